@@ -1,0 +1,19 @@
+# What can be chosen. Sanitizers and warnings apply to hearth's own targets only.
+option(HEARTH_BUILD_TESTS "Build the tests (needs GoogleTest)" ${PROJECT_IS_TOP_LEVEL})
+option(HEARTH_BUILD_EXAMPLES "Build the example programs" ${PROJECT_IS_TOP_LEVEL})
+option(HEARTH_BUILD_TOOLS "Build the hearth command (needs CLI11)" OFF)
+option(HEARTH_BUILD_BENCH "Build the benchmarks (needs Google Benchmark and the peers)" OFF)
+option(HEARTH_BUILD_FUZZ "Build the fuzz targets (needs clang)" OFF)
+option(HEARTH_WERROR "Treat warnings as errors" OFF)
+
+set(HEARTH_SANITIZE "" CACHE STRING "Sanitizers to build with: address,undefined or thread")
+
+set(HEARTH_VALIDATOR "builtin" CACHE STRING
+    "JSON Schema validator: builtin, or platform to link HEARTH_PLATFORM_VALIDATOR in its place")
+set_property(CACHE HEARTH_VALIDATOR PROPERTY STRINGS builtin platform)
+set(HEARTH_PLATFORM_VALIDATOR "" CACHE STRING
+    "Library that has json_validate_instance and json_validate_instance_from_file")
+
+if(NOT CMAKE_BUILD_TYPE AND NOT CMAKE_CONFIGURATION_TYPES)
+  set(CMAKE_BUILD_TYPE RelWithDebInfo CACHE STRING "Build type" FORCE)
+endif()

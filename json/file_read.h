@@ -1,0 +1,15 @@
+// The one reader of JSON files.
+#ifndef HEARTH_JSON_FILE_READ_H
+#define HEARTH_JSON_FILE_READ_H
+
+struct json_object;
+
+namespace hearth {
+
+// The value in the file at path, with one reference that the caller owns. Null when the file cannot
+// be read, does not parse, or is no regular file (a pipe or a device would block or never end).
+[[nodiscard]] json_object* readJsonFile(const char* path);
+
+}  // namespace hearth
+
+#endif
