@@ -27,9 +27,9 @@ include hearth's headers before <syslog.h>, or #undef the three before including
 #endif
 
 #if defined(__GNUC__)
-#define HEARTH_PRINTF_LIKE(format, first) __attribute__((format(printf, format, first)))
+#define HEARTH_PRINTF_LIKE(text, values) __attribute__((format(printf, text, values)))
 #else
-#define HEARTH_PRINTF_LIKE(format, first)
+#define HEARTH_PRINTF_LIKE(text, values)
 #endif
 
 // Severity of a line. LOG_PRINT, and any value not named here, is never switched off.
