@@ -19,5 +19,22 @@ function(hearth_add_objects name)
                                            CXX_VISIBILITY_PRESET hidden
                                            VISIBILITY_INLINES_HIDDEN ON)
   target_include_directories(${name} PUBLIC ${PROJECT_SOURCE_DIR} ${PROJECT_SOURCE_DIR}/include)
+  # Sections of their own let the linker drop what nobody calls. Unwind tables give a backtrace its
+  # frames, also on ARM where C++ code without exceptions has none by default.
+  target_compile_options(${name} PRIVATE -ffunction-sections -fdata-sections -funwind-tables
+                                         -fno-semantic-interposition)
   target_link_libraries(${name} PRIVATE hearth_flags)
+endfunction()
+
+# How the shared library is linked: exactly the public names come out, everything it needs is there,
+# and its tables are read-only once it is loaded.
+function(hearth_link_library name)
+  set(map ${PROJECT_SOURCE_DIR}/cmake/hearth.map)
+  set_target_properties(${name} PROPERTIES LINK_DEPENDS ${map})
+  target_link_options(${name} PRIVATE LINKER:--version-script=${map} LINKER:--gc-sections
+                      LINKER:--as-needed LINKER:-z,relro,-z,now)
+  # A sanitizer's run-time library comes with the program, not with the library.
+  if(NOT HEARTH_SANITIZE)
+    target_link_options(${name} PRIVATE LINKER:--no-undefined)
+  endif()
 endfunction()
