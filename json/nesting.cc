@@ -1,7 +1,5 @@
 #include "json/nesting.h"
 
-#include <json-c/json.h>
-
 namespace hearth {
 namespace {
 

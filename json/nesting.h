@@ -2,12 +2,21 @@
 #ifndef HEARTH_JSON_NESTING_H
 #define HEARTH_JSON_NESTING_H
 
-struct json_object;
+#include <json-c/json.h>
 
 namespace hearth {
 
 // A value that json-c's parser reads has at most this many containers around its innermost one.
 constexpr int kParserNesting = 31;
+
+// What walks down a value by recursion (search, rendering, the check for cycles) goes this deep and
+// no deeper: documents made in memory may be nested at will, and a request thread's stack is small.
+constexpr int kWalkNesting = 256;
+
+inline bool isContainer(json_object* value) {
+  const json_type type = json_object_get_type(value);
+  return type == json_type_object || type == json_type_array;
+}
 
 // True when some value inside stands in more than `levels` containers. Recurses no further than
 // that.

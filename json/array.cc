@@ -1,0 +1,136 @@
+// The handle's value as an array.
+//
+// Removing elements makes a new array and puts it where the old one was: into the handle and, for a
+// borrowed handle, into the container.
+#include <cstdio>
+#include <limits>
+#include <utility>
+
+#include "hearth/tree_map_object.h"
+#include "json/containment.h"
+#include "json/handle.h"
+#include "json/json_ref.h"
+#include "json/relink.h"
+#include "log/log.h"
+
+namespace hearth {
+namespace {
+
+struct IndexKey {
+  explicit IndexKey(int index) { std::snprintf(text, sizeof text, "[%d]", index); }
+  char text[16];
+};
+
+// The length of a handle's array when the item's value may be put into it, else -1.
+int lengthFor(const TreeMapObject& array, const TreeMapObject* item) {
+  if (item == nullptr || item->jobj == nullptr) {
+    return -1;
+  }
+  const int length = array.len();
+  if (length >= 0 && mayContain(item->jobj, array.jobj)) {
+    HEARTH_LOG(LOG_ERROR, "%s: jval=%p cannot be stored inside itself\n", "setArrayItem",
+               static_cast<void*>(item->jobj));
+    return -1;
+  }
+  return length;
+}
+
+// Puts the item's value at an index below the length, or appends it at the length.
+int putItem(json_object* array, int length, int index, TreeMapObject* item) {
+  // Taken first: the element that makes room may be the same value.
+  JsonRef reference(json_object_get(item->jobj));
+  const int failed = index < length
+                         ? json_object_array_put_idx(array, static_cast<size_t>(index), item->jobj)
+                         : json_object_array_add(array, item->jobj);
+  if (failed != 0) {
+    return -1;
+  }
+  static_cast<void>(reference.release());
+  std::snprintf(item->key_obj, sizeof item->key_obj, "%s", IndexKey(index).text);
+  return index;
+}
+
+// Appends the elements of `from` but the one at `left`, each with a reference of its own.
+[[nodiscard]] bool appendAllBut(json_object* from, size_t left, json_object* to) {
+  const size_t length = json_object_array_length(from);
+  for (size_t i = 0; i < length; ++i) {
+    if (i == left) {
+      continue;
+    }
+    JsonRef element(json_object_get(json_object_array_get_idx(from, i)));
+    if (json_object_array_add(to, element.get()) != 0) {
+      return false;
+    }
+    static_cast<void>(element.release());
+  }
+  return true;
+}
+
+// Puts a new array in place of the handle's old one. False, with nothing changed, when the handle
+// is stale.
+[[nodiscard]] bool replaceArray(TreeMapObject& handle, JsonRef made) {
+  if (handle.jobj_parent == nullptr) {
+    json_object_put(handle.jobj);
+  } else if (!relink(handle.jobj_parent, handle.key_obj, handle.jobj, made.get())) {
+    return false;
+  }
+  handle.jobj = made.release();
+  return true;
+}
+
+}  // namespace
+}  // namespace hearth
+
+int TreeMapObject::len() const {
+  if (json_object_is_type(jobj, json_type_array) == 0) {
+    return -1;
+  }
+  return static_cast<int>(json_object_array_length(jobj));
+}
+
+TreeMapObject* TreeMapObject::at(unsigned int index) const {
+  const int length = len();
+  if (length < 0 || index >= static_cast<unsigned int>(length)) {
+    return nullptr;
+  }
+  return hearth::newBorrowedHandle(json_object_array_get_idx(jobj, index), jobj,
+                                   hearth::IndexKey(static_cast<int>(index)).text);
+}
+
+int TreeMapObject::setArrayItem(unsigned int index, TreeMapObject* item) {
+  const int length = hearth::lengthFor(*this, item);
+  if (length < 0) {
+    return -1;
+  }
+  const bool replaces = index < static_cast<unsigned int>(length);
+  return hearth::putItem(jobj, length, replaces ? static_cast<int>(index) : length, item);
+}
+
+int TreeMapObject::addArrayItem(TreeMapObject* item) {
+  return setArrayItem(std::numeric_limits<unsigned int>::max(), item);
+}
+
+int TreeMapObject::delArrayItem(unsigned int index) {
+  const int length = len();
+  if (length < 0 || index >= static_cast<unsigned int>(length)) {
+    return -1;
+  }
+  hearth::JsonRef rest(json_object_new_array());
+  if (rest == nullptr || !hearth::appendAllBut(jobj, index, rest.get())) {
+    HEARTH_LOG(LOG_ERROR, "Cannot create a backup array due to memory error");
+    return -1;
+  }
+  return hearth::replaceArray(*this, std::move(rest)) ? length - 1 : -1;
+}
+
+int TreeMapObject::clearArrayItems() {
+  if (len() < 0) {
+    return -1;
+  }
+  hearth::JsonRef empty(json_object_new_array());
+  if (empty == nullptr) {
+    HEARTH_LOG(LOG_ERROR, "%s: failed to create new array object!\n", "clearArrayItems");
+    return -1;
+  }
+  return hearth::replaceArray(*this, std::move(empty)) ? 0 : -1;
+}

@@ -1,0 +1,94 @@
+#include "json/deep_copy.h"
+
+#include <cstdint>
+#include <limits>
+
+#include "json/nesting.h"
+
+namespace hearth {
+namespace {
+
+[[nodiscard]] bool copyValue(json_object* value, int levels, JsonRef& copy);
+
+[[nodiscard]] bool copyMembers(json_object* object, int levels, json_object* copy) {
+  json_object_object_foreach(object, name, member) {
+    JsonRef child;
+    if (levels == 0 || !copyValue(member, levels - 1, child) ||
+        json_object_object_add_ex(copy, name, child.get(), JSON_C_OBJECT_ADD_KEY_IS_NEW) != 0) {
+      return false;
+    }
+    static_cast<void>(child.release());
+  }
+  return true;
+}
+
+[[nodiscard]] bool copyElements(json_object* array, int levels, json_object* copy) {
+  const size_t length = json_object_array_length(array);
+  for (size_t i = 0; i < length; ++i) {
+    JsonRef child;
+    if (levels == 0 || !copyValue(json_object_array_get_idx(array, i), levels - 1, child) ||
+        json_object_array_add(copy, child.get()) != 0) {
+      return false;
+    }
+    static_cast<void>(child.release());
+  }
+  return true;
+}
+
+json_object* copyInteger(json_object* value) {
+  constexpr auto kLargestSigned = uint64_t{std::numeric_limits<int64_t>::max()};
+  const uint64_t unsignedValue = json_object_get_uint64(value);
+  return unsignedValue > kLargestSigned ? json_object_new_uint64(unsignedValue)
+                                        : json_object_new_int64(json_object_get_int64(value));
+}
+
+// A number with a fraction keeps the text that it was read from, or is given one by the backend's
+// chosen format: only the text itself says what reading it again gives.
+json_object* copyDouble(json_object* value) {
+  const char* const text = json_object_to_json_string(value);
+  return text != nullptr ? json_tokener_parse(text) : nullptr;
+}
+
+json_object* copyString(json_object* value) {
+  return json_object_new_string_len(json_object_get_string(value),
+                                    json_object_get_string_len(value));
+}
+
+// True with a null copy for JSON null. `levels` is how many containers may still be nested.
+bool copyValue(json_object* value, int levels, JsonRef& copy) {
+  switch (json_object_get_type(value)) {
+    case json_type_null:
+      return true;
+    case json_type_object:
+      copy.reset(json_object_new_object());
+      return copy != nullptr && copyMembers(value, levels, copy.get());
+    case json_type_array:
+      copy.reset(json_object_new_array());
+      return copy != nullptr && copyElements(value, levels, copy.get());
+    case json_type_boolean:
+      copy.reset(json_object_new_boolean(json_object_get_boolean(value)));
+      break;
+    case json_type_int:
+      copy.reset(copyInteger(value));
+      break;
+    case json_type_double:
+      copy.reset(copyDouble(value));
+      break;
+    case json_type_string:
+      copy.reset(copyString(value));
+      break;
+  }
+  return copy != nullptr;
+}
+
+}  // namespace
+
+JsonRef deepCopy(json_object* value) {
+  JsonRef copy;
+  if (!copyValue(value, kParserNesting, copy)) {
+    copy.reset();
+  }
+  return copy;
+}
+
+}  // namespace hearth

@@ -1,0 +1,81 @@
+#include "json/path_index.h"
+
+#include <cstdio>
+#include <limits>
+
+namespace hearth {
+namespace {
+
+// As the C locale's isspace, whatever locale the backend has set.
+bool isSpace(char c) {
+  return c == ' ' || (c >= '\t' && c <= '\r');
+}
+
+bool isDigit(char c) {
+  return c >= '0' && c <= '9';
+}
+
+const char* skipSpace(const char* text, const char* end) {
+  while (text != end && isSpace(*text)) {
+    ++text;
+  }
+  return text;
+}
+
+struct Digits {
+  uint32_t wrapped = 0;  // modulo 2^32
+  bool tooLarge = false;
+};
+
+// Reads the digits at text and moves text past them.
+Digits readDigits(const char*& text, const char* end) {
+  Digits digits;
+  constexpr uint32_t kLargest = std::numeric_limits<uint32_t>::max();
+  for (; text != end && isDigit(*text); ++text) {
+    const uint64_t longer = uint64_t{digits.wrapped} * 10 + static_cast<uint32_t>(*text - '0');
+    digits.tooLarge = digits.tooLarge || longer > kLargest;
+    digits.wrapped = static_cast<uint32_t>(longer);
+  }
+  return digits;
+}
+
+}  // namespace
+
+IndexText readIndexText(const char* text, std::size_t size) {
+  const char* const end = text + size;
+  text = skipSpace(text, end);
+  if (text == end) {
+    return {true, false, 0};
+  }
+  const bool negative = *text == '-';
+  if (negative || *text == '+') {
+    ++text;
+  }
+  const Digits digits = readDigits(text, end);
+  IndexText result = {false, skipSpace(text, end) != end, digits.wrapped};
+  if (negative) {
+    result.value = 0U - digits.wrapped;
+  } else if (digits.tooLarge) {
+    result.value = std::numeric_limits<uint32_t>::max();
+  }
+  return result;
+}
+
+bool indexOfToken(const char* token, std::size_t length, uint32_t& index) {
+  constexpr std::size_t kShortest = 3;
+  if (length < kShortest) {
+    return false;
+  }
+  if (length == kShortest && isDigit(token[1])) {  // nearly every index in practice
+    index = static_cast<uint32_t>(token[1] - '0');
+    return true;
+  }
+  const IndexText read = readIndexText(token + 1, length - 2);
+  if (read.hasLeftover) {
+    std::printf("EXCEPTION: BE_StrTo: something unexpected happened");
+  }
+  index = read.value;
+  return !read.blank;
+}
+
+}  // namespace hearth
