@@ -1,0 +1,31 @@
+// Which table belongs to which area.
+#include <iterator>
+
+#include "hearth/labels.h"
+#include "labels/label_table.h"
+
+namespace hearth {
+namespace {
+
+template <unsigned int Count>
+constexpr LabelTable table(const char* const (&rows)[Count]) {
+  return {rows, Count};
+}
+
+constexpr LabelTable kTables[] = {
+    table(GATEWAY_LBL), table(WIFI_LBL),       table(NETWORK_LBL), table(SECURITY_LBL),
+    table(SERVICE_LBL), table(MEDIASHARE_LBL), table(QOS_LBL),
+};
+
+}  // namespace
+
+LabelTable labelTable(unsigned int area) {
+  return area < std::size(kTables) ? kTables[area] : LabelTable{nullptr, 0};
+}
+
+}  // namespace hearth
+
+const char* COMM_LABEL(unsigned int apiT, unsigned int commT) {
+  const char* const label = hearth::labelTable(apiT).at(commT);
+  return label != nullptr ? label : "unknown";
+}
