@@ -1,0 +1,95 @@
+// The one place where the names of database, message and schema files are formed.
+//
+// Each operation has a buffer of its own in every thread: a name stays as it is while other threads
+// form theirs, and a document's name survives the forming of its schema's.
+#include <cstdio>
+
+#include "hearth/json_data.h"
+#include "hearth/local_db_ctrl.h"
+#include "labels/label_table.h"
+#include "localdb/area.h"
+#include "log/log.h"
+
+const char* const API_DATA_DIR[8] = {"gateway", "wifi",       "network", "security",
+                                     "service", "mediashare", "qos",     "misc"};
+
+namespace hearth {
+namespace {
+
+struct NameBuffer {
+  char text[256];
+};
+
+// Writes "<location>/<area>/<stem><ending>". Null for a name that does not fit: a cut name could be
+// another file's.
+const char* formName(NameBuffer& buffer, const char* areaDir, const char* stem,
+                     const char* ending) {
+  constexpr int kSize = sizeof(buffer.text);
+  const char* const location = BEConfig::DATA_LOCATION.c_str();
+  const int length =
+      std::snprintf(buffer.text, kSize, "%s/%s/%s%s", location, areaDir, stem, ending);
+  if (length < 0 || length >= kSize) {
+    HEARTH_LOG(LOG_ERROR, "getFileName: the name of %s/%s%s is longer than %d characters\n",
+               areaDir, stem, ending, kSize - 1);
+    return nullptr;
+  }
+  return buffer.text;
+}
+
+const char* formMessageName(NameBuffer& buffer, unsigned int area, unsigned int message,
+                            const char* ending) {
+  const LabelTable labels = labelTable(area);
+  if (labels.rows == nullptr) {
+    return nullptr;
+  }
+  const char* const label = labels.at(message);
+  if (label == nullptr) {
+    HEARTH_LOG(LOG_ERROR, "getFileName: area %u has no message %u\n", area, message);
+    return nullptr;
+  }
+  return formName(buffer, LocalDbCtrl::getApiDir(area), label, ending);
+}
+
+}  // namespace
+}  // namespace hearth
+
+const char* LocalDbCtrl::getApiDir(unsigned int apiT) {
+  if (apiT >= hearth::kAreaCount) {
+    HEARTH_LOG(LOG_ERROR, "%s: there is no area %u\n", "getApiDir", apiT);
+    return nullptr;
+  }
+  return API_DATA_DIR[apiT];
+}
+
+const char* LocalDbCtrl::getFileName(unsigned int apiT) {
+  static thread_local hearth::NameBuffer buffer;
+  const char* const areaDir = getApiDir(apiT);
+  return areaDir == nullptr ? nullptr : hearth::formName(buffer, areaDir, areaDir, ".ldb");
+}
+
+const char* LocalDbCtrl::getFileName(unsigned int apiT, unsigned int commT) {
+  static thread_local hearth::NameBuffer buffer;
+  return hearth::formMessageName(buffer, apiT, commT, ".ldb");
+}
+
+const char* LocalDbCtrl::getSchemaFile(unsigned int apiT, unsigned int commT) {
+  static thread_local hearth::NameBuffer buffer;
+  return hearth::formMessageName(buffer, apiT, commT, "_SCHEMA.ldb");
+}
+
+int LocalDbCtrl::validateObject(TreeMapObject* obj, unsigned int apiT, unsigned int commT) {
+  constexpr char kOperation[] = "validateObject";
+  constexpr int kFailed = 2;
+  const char* const schemaFile = getSchemaFile(apiT, commT);
+  if (schemaFile == nullptr) {
+    HEARTH_LOG(LOG_ERROR, "%s: failed to get schema file apiT=%d commT=%d\n", kOperation,
+               static_cast<int>(apiT), static_cast<int>(commT));
+    return kFailed;
+  }
+  if (obj == nullptr || obj->jobj == nullptr) {
+    HEARTH_LOG(LOG_ERROR, "%s: incorrect object obj=%p jobj=%p\n", kOperation,
+               static_cast<void*>(obj), static_cast<void*>(nullptr));
+    return kFailed;
+  }
+  return JsonData::validateFile(obj, schemaFile);
+}
