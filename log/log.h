@@ -14,21 +14,36 @@ inline Word relaxedLoad(const Word& word) {
   return __atomic_load_n(&word, __ATOMIC_RELAXED);
 }
 
-// True when the severity's own switch lets lines through. LOG_PRINT and unknown severities have
-// none.
+template <typename Word>
+inline void relaxedStore(Word& word, Word value) {
+  __atomic_store_n(&word, value, __ATOMIC_RELAXED);
+}
+
+// One severity: its label in a line, and the setting that switches it off at zero; null for none.
+struct Severity {
+  const char* label;
+  const int32_t* enable;
+};
+
+// In the order of LOG_TYPE_T.
+inline constexpr Severity kSeverities[] = {
+    {"INFO", &BEConfig::LOG_INFO_ENABLE},
+    {"WARN", &BEConfig::LOG_WARNING_ENABLE},
+    {"DEBUG", &BEConfig::LOG_DEBUG_ENABLE},
+    {"ERROR", &BEConfig::LOG_ERROR_ENABLE},
+    {"PRINT", nullptr},
+};
+
+// Any value without a row of its own behaves as LOG_PRINT.
+inline const Severity& severityOf(LOG_TYPE_T type) {
+  constexpr unsigned kLast = LOG_PRINT;
+  const auto row = static_cast<unsigned>(type);
+  return kSeverities[row < kLast ? row : kLast];
+}
+
 inline bool severityIsOn(LOG_TYPE_T type) {
-  switch (type) {
-    case LOG_INFO:
-      return relaxedLoad(BEConfig::LOG_INFO_ENABLE) != 0;
-    case LOG_WARNING:
-      return relaxedLoad(BEConfig::LOG_WARNING_ENABLE) != 0;
-    case LOG_DEBUG:
-      return relaxedLoad(BEConfig::LOG_DEBUG_ENABLE) != 0;
-    case LOG_ERROR:
-      return relaxedLoad(BEConfig::LOG_ERROR_ENABLE) != 0;
-    default:
-      return true;
-  }
+  const int32_t* const enable = severityOf(type).enable;
+  return enable == nullptr || relaxedLoad(*enable) != 0;
 }
 
 // True when a line of the library's own group and this severity would be written now.

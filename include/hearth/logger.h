@@ -33,11 +33,11 @@ include hearth's headers before <syslog.h>, or #undef the three before including
 #endif
 
 // Severity of a line. LOG_PRINT, and any value not named here, is never switched off.
-enum LOG_TYPE_T { LOG_INFO, LOG_WARNING, LOG_DEBUG, LOG_ERROR, LOG_PRINT };
+enum LOG_TYPE_T : int { LOG_INFO, LOG_WARNING, LOG_DEBUG, LOG_ERROR, LOG_PRINT };
 
 // Group of a line: bit n of Logger::mask lets group n through. The library's own lines are all in
 // LOG_GROUP_UTIL; the others are the backend's to use.
-enum LOG_GROUP_T {
+enum LOG_GROUP_T : int {
   LOG_GROUP_UTIL,
   LOG_GROUP_WSL,
   LOG_GROUP_API_AL,

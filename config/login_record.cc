@@ -1,0 +1,238 @@
+// The login records: an array in a file, read whole by every operation and replaced whole by those
+// that change it, with the store's lock held from the one to the other.
+#include <fcntl.h>
+
+#include <cstdint>
+#include <cstdio>
+#include <cstring>
+#include <ctime>
+#include <limits>
+
+#include "config/login_wait.h"
+#include "hearth/be_login_record.h"
+#include "json/file_read.h"
+#include "json/file_replace.h"
+#include "json/json_ref.h"
+#include "log/log.h"
+#include "log/mutex_lock.h"
+#include "log/unique_fd.h"
+#include "log/write_all.h"
+
+std::atomic<bool> BELoginRecord::isRunning{false};
+pthread_mutex_t BELoginRecord::lock = PTHREAD_MUTEX_INITIALIZER;
+
+namespace hearth {
+namespace {
+
+constexpr char kFile[] = ".loginrecord.cfg";
+constexpr char kAddress[] = "ipAddress";
+constexpr char kAttempts[] = "attempts";
+constexpr char kLastAttempt[] = "lastAttempt";
+
+json_object* memberOf(json_object* record, const char* name) {
+  json_object* member = nullptr;
+  json_object_object_get_ex(record, name, &member);
+  return member;
+}
+
+bool isRecordOf(json_object* element, const char* ipAddress) {
+  json_object* const address = memberOf(element, kAddress);
+  const std::size_t size = strlen(ipAddress);
+  return json_object_is_type(address, json_type_string) != 0 &&
+         static_cast<std::size_t>(json_object_get_string_len(address)) == size &&
+         memcmp(json_object_get_string(address), ipAddress, size) == 0;
+}
+
+// Puts a member that the caller has just made, and gives up its reference. False when memory ran
+// out.
+bool put(json_object* record, const char* name, json_object* made) {
+  if (made != nullptr && json_object_object_add(record, name, made) == 0) {
+    return true;
+  }
+  json_object_put(made);
+  return false;
+}
+
+bool putAttempt(json_object* record, int32_t attempts) {
+  char now[24];
+  snprintf(now, sizeof(now), "%lu", static_cast<unsigned long>(time(nullptr)));
+  return put(record, kAttempts, json_object_new_int(attempts)) &&
+         put(record, kLastAttempt, json_object_new_string(now));
+}
+
+// The records during one operation.
+class Records {
+ public:
+  Records() : guard_(BELoginRecord::lock), array_(readJsonFile(kFile)) {}
+
+  // False when the file holds no records: that is logged, and stops the store.
+  [[nodiscard]] bool areUsable() const;
+
+  // The first record of the address, null when there is none.
+  [[nodiscard]] json_object* find(const char* ipAddress) const;
+
+  [[nodiscard]] bool append(const char* ipAddress);
+
+  // A file that cannot be replaced keeps what it holds, and the store goes on with that.
+  void save() const {
+    static_cast<void>(replaceFileWithJson(kFile, array_.get(), Durability::kUnflushed));
+  }
+
+ private:
+  const MutexLock guard_;
+  const JsonRef array_;
+};
+
+bool Records::areUsable() const {
+  if (json_object_is_type(array_.get(), json_type_array) != 0) {
+    return true;
+  }
+  if (array_ == nullptr) {
+    HEARTH_LOG(LOG_ERROR, "Cannot access Database file\n");
+  } else {
+    HEARTH_LOG(LOG_ERROR, "File has wrong format\n");
+  }
+  BELoginRecord::isRunning = false;
+  return false;
+}
+
+json_object* Records::find(const char* ipAddress) const {
+  const std::size_t count = json_object_array_length(array_.get());
+  for (std::size_t i = 0; i < count; ++i) {
+    json_object* const element = json_object_array_get_idx(array_.get(), i);
+    if (isRecordOf(element, ipAddress)) {
+      return element;
+    }
+  }
+  return nullptr;
+}
+
+bool Records::append(const char* ipAddress) {
+  JsonRef record(json_object_new_object());
+  if (record == nullptr || !put(record.get(), kAddress, json_object_new_string(ipAddress)) ||
+      !putAttempt(record.get(), 1) || json_object_array_add(array_.get(), record.get()) != 0) {
+    return false;
+  }
+  static_cast<void>(record.release());
+  return true;
+}
+
+bool countAgain(json_object* record) {
+  const int32_t attempts = json_object_get_int(memberOf(record, kAttempts));
+  return putAttempt(record,
+                    attempts < std::numeric_limits<int32_t>::max() ? attempts + 1 : attempts);
+}
+
+uint32_t waitOf(json_object* record, int32_t attempts) {
+  if (penaltyMinutes(attempts) == 0) {
+    return 0;
+  }
+  const char* const lastAttempt = json_object_get_string(memberOf(record, kLastAttempt));
+  if (lastAttempt == nullptr) {
+    HEARTH_LOG(LOG_ERROR, "Something error occurred\n");
+    return penaltyMinutes(attempts);
+  }
+  return waitMinutes(attempts, lastAttempt, time(nullptr));
+}
+
+// True when an operation on this address has anything to do.
+bool mayStart(const char* ipAddress) {
+  if (ipAddress == nullptr) {
+    HEARTH_LOG(LOG_ERROR, "Null ipaddress\n");
+    return false;
+  }
+  return BELoginRecord::isRunning;
+}
+
+// Empties the file where it is: it has nothing to lose, and what it gives up makes room for the
+// empty array on a full disk.
+bool emptyInPlace(const char* text) {
+  const UniqueFd file(open(kFile, O_WRONLY | O_TRUNC | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
+  return file && writeAll(file.get(), text, strlen(text));
+}
+
+bool emptyFile(json_object* emptyArray) {
+  return replaceFileWithJson(kFile, emptyArray, Durability::kUnflushed) ||
+         ((errno == ENOSPC || errno == EDQUOT) &&
+          emptyInPlace(json_object_to_json_string_ext(emptyArray, JSON_C_TO_STRING_PRETTY)));
+}
+
+}  // namespace
+}  // namespace hearth
+
+void BELoginRecord::init() {
+  if (isRunning) {
+    HEARTH_LOG(LOG_WARNING, "The process is running\n");
+    return;
+  }
+  const hearth::JsonRef array(json_object_new_array());
+  if (array == nullptr) {
+    puts("Process cannot start due to memory error");
+    return;
+  }
+  if (!hearth::emptyFile(array.get())) {
+    puts("Fail to create record file");
+    return;
+  }
+  printf("%s: new record file is created\n", "init");
+  isRunning = true;
+}
+
+void BELoginRecord::deinit() {
+  const hearth::JsonRef array(json_object_new_array());
+  if (array == nullptr) {
+    return;
+  }
+  if (!hearth::emptyFile(array.get())) {
+    puts("Fail to create record file");
+    return;
+  }
+  printf("%s: erased record file\n", "deinit");
+}
+
+int BELoginRecord::setAttempt(const char* ipAddress) {
+  if (!hearth::mayStart(ipAddress)) {
+    return 1;
+  }
+  hearth::Records records;
+  if (!records.areUsable()) {
+    return 1;
+  }
+  json_object* const record = records.find(ipAddress);
+  if (record != nullptr ? hearth::countAgain(record) : records.append(ipAddress)) {
+    records.save();
+  }
+  return 1;
+}
+
+LOGIN_ATTEMPT_INFO BELoginRecord::getAttempt(const char* ipAddress) {
+  LOGIN_ATTEMPT_INFO info = {1, 0};
+  if (!hearth::mayStart(ipAddress)) {
+    return info;
+  }
+  const hearth::Records records;
+  if (!records.areUsable()) {
+    return info;
+  }
+  json_object* const record = records.find(ipAddress);
+  if (record != nullptr) {
+    info.attempts = json_object_get_int(hearth::memberOf(record, hearth::kAttempts));
+    info.waitMinutes = hearth::waitOf(record, info.attempts);
+  }
+  return info;
+}
+
+int BELoginRecord::eraseAttempt(const char* ipAddress) {
+  if (!hearth::mayStart(ipAddress)) {
+    return 1;
+  }
+  const hearth::Records records;
+  if (!records.areUsable()) {
+    return 1;
+  }
+  json_object* const record = records.find(ipAddress);
+  if (record != nullptr && hearth::put(record, hearth::kAttempts, json_object_new_int(0))) {
+    records.save();
+  }
+  return 1;
+}

@@ -1,0 +1,123 @@
+#include "json/file_temp.h"
+
+#include <dirent.h>
+#include <fcntl.h>
+#include <sys/file.h>
+#include <sys/random.h>
+#include <sys/stat.h>
+#include <time.h>
+
+#include <cinttypes>
+#include <cstdint>
+#include <cstdio>
+#include <cstring>
+#include <memory>
+
+namespace hearth {
+namespace {
+
+constexpr char kPrefix[] = ".hearth-";
+constexpr char kDigits[] = "0123456789abcdef";
+constexpr char kSuffix[] = ".tmp";
+constexpr std::size_t kPrefixSize = sizeof(kPrefix) - 1;
+constexpr std::size_t kDigitCount = 16;
+
+// Nobody can guess it; only before the system has gathered any randomness does the clock serve,
+// which O_EXCL makes a nuisance at worst.
+uint64_t randomNumber() {
+  uint64_t number = 0;
+  if (getrandom(&number, sizeof(number), GRND_NONBLOCK) != sizeof(number)) {
+    timespec now{};
+    clock_gettime(CLOCK_MONOTONIC, &now);
+    number = static_cast<uint64_t>(now.tv_nsec) * 0x9e3779b97f4a7c15U +
+             static_cast<uint64_t>(getpid()) + static_cast<uint64_t>(now.tv_sec);
+  }
+  return number;
+}
+
+bool isTemporaryName(const char* name) {
+  return strncmp(name, kPrefix, kPrefixSize) == 0 &&
+         strspn(name + kPrefixSize, kDigits) == kDigitCount &&
+         strcmp(name + kPrefixSize + kDigitCount, kSuffix) == 0;
+}
+
+// Between its making and its locking, another's search may have found the file and removed it.
+bool isStillNamed(int fd) {
+  struct stat status;
+  return fstat(fd, &status) == 0 && status.st_nlink > 0;
+}
+
+void removeIfStray(int folder, const char* name) {
+  const UniqueFd file(
+      openat(folder, name, O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
+  struct stat status;
+  if (file && fstat(file.get(), &status) == 0 && S_ISREG(status.st_mode) &&
+      flock(file.get(), LOCK_EX | LOCK_NB) == 0) {
+    unlinkat(folder, name, 0);
+  }
+}
+
+struct CloseFolder {
+  void operator()(DIR* folder) const { closedir(folder); }
+};
+
+}  // namespace
+
+TemporaryFile::~TemporaryFile() {
+  if (file_ && name_[0] != '\0') {
+    const int kept = errno;
+    unlinkat(folder_, name_, 0);
+    errno = kept;
+  }
+}
+
+bool TemporaryFile::make(mode_t mode) {
+  for (int attempt = 0; attempt < 16; ++attempt) {
+    const Outcome outcome = tryToMake(mode);
+    if (outcome != Outcome::kTaken) {
+      return outcome == Outcome::kMade;
+    }
+  }
+  errno = EEXIST;
+  return false;
+}
+
+TemporaryFile::Outcome TemporaryFile::tryToMake(mode_t mode) {
+  snprintf(name_, sizeof(name_), "%s%016" PRIx64 "%s", kPrefix, randomNumber(), kSuffix);
+  file_ =
+      UniqueFd(openat(folder_, name_, O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, mode));
+  if (!file_) {
+    return errno == EEXIST ? Outcome::kTaken : Outcome::kFailed;
+  }
+  // A file system without locks has no searches that remove anything either.
+  if (flock(file_.get(), LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK) {
+    return Outcome::kTaken;
+  }
+  return isStillNamed(file_.get()) ? Outcome::kMade : Outcome::kTaken;
+}
+
+bool TemporaryFile::become(const char* target) {
+  if (renameat(folder_, name_, folder_, target) != 0) {
+    return false;
+  }
+  name_[0] = '\0';
+  return true;
+}
+
+void removeStraysIn(int folder) {
+  const int listed = openat(folder, ".", O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+  const std::unique_ptr<DIR, CloseFolder> entries(listed < 0 ? nullptr : fdopendir(listed));
+  if (entries == nullptr) {
+    if (listed >= 0) {
+      close(listed);
+    }
+    return;
+  }
+  while (const dirent* const entry = readdir(entries.get())) {
+    if (isTemporaryName(entry->d_name)) {
+      removeIfStray(folder, entry->d_name);
+    }
+  }
+}
+
+}  // namespace hearth

@@ -1,0 +1,49 @@
+// The temporary files that replaceFile writes before it renames them: ".hearth-", 16 random
+// hexadecimal digits, ".tmp", in the folder of the file that they are to replace.
+//
+// A temporary is locked (flock) from its making to its end. The lock dies with its process, so a
+// temporary whose lock can be taken is what a crash has left behind: no age has to be guessed, and
+// a save in progress, in any thread or process, is never disturbed.
+#ifndef HEARTH_JSON_FILE_TEMP_H
+#define HEARTH_JSON_FILE_TEMP_H
+
+#include <sys/types.h>
+
+#include "log/unique_fd.h"
+
+namespace hearth {
+
+// A temporary in the folder that a descriptor names; it is removed at the end of its scope unless
+// it has become the target.
+class TemporaryFile {
+ public:
+  explicit TemporaryFile(int folder) : folder_(folder) {}
+  ~TemporaryFile();
+  TemporaryFile(const TemporaryFile&) = delete;
+  TemporaryFile& operator=(const TemporaryFile&) = delete;
+
+  // Makes the file, with this mode less the umask. False, with errno, when it cannot be made.
+  [[nodiscard]] bool make(mode_t mode);
+
+  // Gives it the target's name, in one step, in place of what had that name.
+  [[nodiscard]] bool become(const char* target);
+
+  int fd() const { return file_.get(); }
+
+ private:
+  static constexpr int kNameSize = 8 + 16 + 4;
+
+  enum class Outcome { kMade, kFailed, kTaken };
+  Outcome tryToMake(mode_t mode);
+
+  const int folder_;
+  UniqueFd file_;
+  char name_[kNameSize + 1] = "";
+};
+
+// Removes the temporaries in the folder that nobody holds.
+void removeStraysIn(int folder);
+
+}  // namespace hearth
+
+#endif
