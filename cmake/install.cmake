@@ -26,3 +26,7 @@ cmake_path(APPEND pc_libdir "\${prefix}" ${CMAKE_INSTALL_LIBDIR})
 configure_file(cmake/hearth.pc.in hearth.pc @ONLY)
 install(FILES ${PROJECT_BINARY_DIR}/hearth.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig
         COMPONENT development)
+
+install(FILES docs/man/libhearth.3 DESTINATION ${CMAKE_INSTALL_MANDIR}/man3 COMPONENT development)
+install(FILES docs/man/hearth-files.5 DESTINATION ${CMAKE_INSTALL_MANDIR}/man5
+        COMPONENT development)
