@@ -26,7 +26,7 @@ bool PathTokens::cut(char* text, std::size_t size) {
   char* const end = text + size;
   char* token = text;
   while (token != end) {
-    if (count_ + 1 == capacity_ && !moveStartsToHeap(token)) {
+    if (heapStarts_ == nullptr && count_ + 1 == capacity_ && !moveStartsToHeap(token)) {
       return false;
     }
     starts_[count_++] = token;
@@ -42,7 +42,7 @@ bool PathTokens::cut(char* text, std::size_t size) {
   return true;
 }
 
-// The tokens still to come are counted first, so this happens once at most.
+// The tokens still to come are counted first, so once is enough.
 bool PathTokens::moveStartsToHeap(const char* rest) {
   const auto dots = std::count(rest, rest + std::strlen(rest), '.');
   capacity_ = count_ + static_cast<std::size_t>(dots) + 2;

@@ -24,7 +24,7 @@ std::atomic<pthread_t> lockOwner{};
 std::atomic<bool> processIsDying{false};
 
 bool tryLockForHalfASecond() {
-  const timespec tenMilliseconds{0, 10 * 1000 * 1000};
+  const timespec tenMilliseconds{0, 10'000'000};
   for (int attempt = 0; attempt < 50; ++attempt) {
     if (pthread_mutex_trylock(&Logger::lock) == 0) {
       return true;

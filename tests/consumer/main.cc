@@ -21,7 +21,7 @@ int main() {
   const bool placed = std::strcmp(LocalDbCtrl::getApiDir(API_MISC), API_DATA_DIR[API_MISC]) == 0;
   const bool stopped = BELoginRecord::getAttempt("192.0.2.1").attempts == 1;
 
-  std::printf("stored %d, valid %d, named %d, placed %d, stopped %d\n", stored, valid, named, placed,
-              stopped);
+  std::printf("stored %d, valid %d, named %d, placed %d, stopped %d\n", stored, valid, named,
+              placed, stopped);
   return stored && valid && named && placed && stopped ? 0 : 1;
 }
