@@ -48,6 +48,7 @@ bool getStringParam(json_object* object, const char* key, std::string& setting) 
                      static_cast<std::size_t>(json_object_get_string_len(value)));
       return true;
     } catch (const std::bad_alloc&) {
+      // Reported like a wrong key: the setting keeps its value.
     }
   }
   puts("Configuration error, parameter MUST be string");
@@ -167,11 +168,11 @@ bool Configuration::read(const Key& key) const {
                              : getIntegerParam(object, key.name, *key.number);
 }
 
-// Without memory for both, the default stays without its prefix.
 void Configuration::prefixUrlRewrite() const {
   try {
     BEConfig::URL_REWRITE.insert(0, urlRewritePath_);
   } catch (const std::bad_alloc&) {
+    // The default stays without its prefix.
   }
 }
 

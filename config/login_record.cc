@@ -1,7 +1,11 @@
 // The login records: an array in a file, read whole by every operation and replaced whole by those
 // that change it, with the store's lock held from the one to the other.
 #include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
+#include <algorithm>
+#include <cerrno>
 #include <cstdint>
 #include <cstdio>
 #include <cstring>
@@ -60,6 +64,33 @@ bool putAttempt(json_object* record, int32_t attempts) {
          put(record, kLastAttempt, json_object_new_string(now));
 }
 
+// Writes into the space that the file has, which a full disk cannot refuse. A crash meanwhile costs
+// nothing: the next start empties the file.
+bool overwrite(const char* text, std::size_t size) {
+  const UniqueFd file(open(kFile, O_WRONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
+  struct stat status;
+  if (!file || fstat(file.get(), &status) != 0 || !S_ISREG(status.st_mode)) {
+    return false;
+  }
+  const auto fits =
+      static_cast<off_t>(size) <= std::max<off_t>(status.st_blocks * 512, status.st_size);
+  return fits && writeAll(file.get(), text, size) &&
+         ftruncate(file.get(), static_cast<off_t>(size)) == 0;
+}
+
+// False when the file keeps what it holds.
+bool save(json_object* array) {
+  if (replaceFileWithJson(kFile, array, Durability::kUnflushed)) {
+    return true;
+  }
+  if (errno != ENOSPC && errno != EDQUOT) {
+    return false;
+  }
+  std::size_t size = 0;
+  const char* const text = json_object_to_json_string_length(array, JSON_C_TO_STRING_PRETTY, &size);
+  return text != nullptr && overwrite(text, size);
+}
+
 // The records during one operation.
 class Records {
  public:
@@ -74,9 +105,7 @@ class Records {
   [[nodiscard]] bool append(const char* ipAddress);
 
   // A file that cannot be replaced keeps what it holds, and the store goes on with that.
-  void save() const {
-    static_cast<void>(replaceFileWithJson(kFile, array_.get(), Durability::kUnflushed));
-  }
+  void write() const { static_cast<void>(save(array_.get())); }
 
  private:
   const MutexLock guard_;
@@ -144,19 +173,6 @@ bool mayStart(const char* ipAddress) {
   return BELoginRecord::isRunning;
 }
 
-// Empties the file where it is: it has nothing to lose, and what it gives up makes room for the
-// empty array on a full disk.
-bool emptyInPlace(const char* text) {
-  const UniqueFd file(open(kFile, O_WRONLY | O_TRUNC | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
-  return file && writeAll(file.get(), text, strlen(text));
-}
-
-bool emptyFile(json_object* emptyArray) {
-  return replaceFileWithJson(kFile, emptyArray, Durability::kUnflushed) ||
-         ((errno == ENOSPC || errno == EDQUOT) &&
-          emptyInPlace(json_object_to_json_string_ext(emptyArray, JSON_C_TO_STRING_PRETTY)));
-}
-
 }  // namespace
 }  // namespace hearth
 
@@ -170,7 +186,7 @@ void BELoginRecord::init() {
     puts("Process cannot start due to memory error");
     return;
   }
-  if (!hearth::emptyFile(array.get())) {
+  if (!hearth::save(array.get())) {
     puts("Fail to create record file");
     return;
   }
@@ -183,7 +199,7 @@ void BELoginRecord::deinit() {
   if (array == nullptr) {
     return;
   }
-  if (!hearth::emptyFile(array.get())) {
+  if (!hearth::save(array.get())) {
     puts("Fail to create record file");
     return;
   }
@@ -200,7 +216,7 @@ int BELoginRecord::setAttempt(const char* ipAddress) {
   }
   json_object* const record = records.find(ipAddress);
   if (record != nullptr ? hearth::countAgain(record) : records.append(ipAddress)) {
-    records.save();
+    records.write();
   }
   return 1;
 }
@@ -232,7 +248,7 @@ int BELoginRecord::eraseAttempt(const char* ipAddress) {
   }
   json_object* const record = records.find(ipAddress);
   if (record != nullptr && hearth::put(record, hearth::kAttempts, json_object_new_int(0))) {
-    records.save();
+    records.write();
   }
   return 1;
 }

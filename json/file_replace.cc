@@ -11,7 +11,7 @@
 #include <cerrno>
 #include <climits>
 #include <cstring>
-#include <mutex>
+#include <utility>
 
 #include "json/file_temp.h"
 #include "json/nesting.h"
@@ -103,7 +103,7 @@ bool Place::enter(const char* path) {
 
 bool Place::look() {
   if (name_[0] == '\0') {
-    return fail(EISDIR);
+    return fail(ENOENT);
   }
   isNew_ = fstatat(folder(), name_, &status_, AT_SYMLINK_NOFOLLOW) != 0;
   return !isNew_ || errno == ENOENT;
@@ -118,41 +118,6 @@ bool Place::follow() {
   target[size] = '\0';
   return enter(target);
 }
-
-// A crash leaves temporaries only in the folders of an earlier process, so one search per folder
-// and process finds them all. The last few folders are remembered; forgetting one costs a search.
-class SearchedFolders {
- public:
-  // True the first time that the folder is asked about.
-  bool isFirstVisit(int folder) {
-    struct stat status;
-    if (fstat(folder, &status) != 0) {
-      return false;
-    }
-    const std::lock_guard<std::mutex> guard(mutex_);
-    for (const Folder& known : known_) {
-      if (known.device == status.st_dev && known.inode == status.st_ino) {
-        return false;
-      }
-    }
-    known_[next_] = {status.st_dev, status.st_ino};
-    next_ = (next_ + 1) % kRemembered;
-    return true;
-  }
-
- private:
-  struct Folder {
-    dev_t device;
-    ino_t inode;
-  };
-  static constexpr unsigned kRemembered = 32;
-
-  std::mutex mutex_;
-  Folder known_[kRemembered] = {};
-  unsigned next_ = 0;
-};
-
-SearchedFolders searchedFolders;
 
 bool flush(int fd) {
   while (fsync(fd) != 0) {
@@ -203,15 +168,14 @@ bool replaceRegular(const Place& place, const char* data, std::size_t size, Dura
   if (!place.isNew() && faccessat(place.folder(), place.name(), W_OK, AT_EACCESS) != 0) {
     return false;
   }
-  if (searchedFolders.isFirstVisit(place.folder())) {
-    removeStraysIn(place.folder());
-  }
-  TemporaryFile temporary(place.folder());
+  removeStraysOnFirstVisit(place.folder());
   const bool isFlushed = durability == Durability::kFlushed;
-  if (!temporary.make(place.isNew() ? 0644 : 0600) ||
-      !(place.isNew() || inherit(temporary.fd(), place.status())) ||
-      !writeAll(temporary.fd(), data, size) || !(!isFlushed || flush(temporary.fd())) ||
-      !temporary.become(place.name())) {
+  TemporaryFile temporary(place.folder());
+  const bool isComplete = temporary.make(place.isNew() ? 0644 : 0600) &&
+                          (place.isNew() || inherit(temporary.fd(), place.status())) &&
+                          writeAll(temporary.fd(), data, size) &&
+                          (!isFlushed || flush(temporary.fd()));
+  if (!isComplete || !temporary.become(place.name())) {
     return false;
   }
   if (isFlushed) {
@@ -233,7 +197,11 @@ bool replaceFile(const char* path, const char* data, std::size_t size, Durabilit
   if (path == nullptr) {
     return fail(EFAULT);
   }
-  if (stat(path, &status) == 0 && !S_ISREG(status.st_mode)) {
+  const bool exists = stat(path, &status) == 0;
+  if (!exists && errno != ENOENT) {
+    return false;
+  }
+  if (exists && !S_ISREG(status.st_mode)) {
     return S_ISDIR(status.st_mode) ? fail(EISDIR) : writeStraight(path, data, size);
   }
   Place place;

@@ -12,6 +12,7 @@
 #include <cstdio>
 #include <cstring>
 #include <memory>
+#include <mutex>
 
 namespace hearth {
 namespace {
@@ -56,6 +57,41 @@ void removeIfStray(int folder, const char* name) {
     unlinkat(folder, name, 0);
   }
 }
+
+// A crash leaves temporaries only in the folders of an earlier process, so one search per folder
+// and process finds them all. The last few folders are remembered; forgetting one costs a search.
+class SearchedFolders {
+ public:
+  // True the first time that the folder is asked about.
+  bool isFirstVisit(int folder) {
+    struct stat status;
+    if (fstat(folder, &status) != 0) {
+      return false;
+    }
+    const std::lock_guard<std::mutex> guard(mutex_);
+    for (const Folder& known : known_) {
+      if (known.device == status.st_dev && known.inode == status.st_ino) {
+        return false;
+      }
+    }
+    known_[next_] = {status.st_dev, status.st_ino};
+    next_ = (next_ + 1) % kRemembered;
+    return true;
+  }
+
+ private:
+  struct Folder {
+    dev_t device;
+    ino_t inode;
+  };
+  static constexpr unsigned kRemembered = 32;
+
+  std::mutex mutex_;
+  Folder known_[kRemembered] = {};
+  unsigned next_ = 0;
+};
+
+SearchedFolders searchedFolders;
 
 struct CloseFolder {
   void operator()(DIR* folder) const { closedir(folder); }
@@ -117,6 +153,12 @@ void removeStraysIn(int folder) {
     if (isTemporaryName(entry->d_name)) {
       removeIfStray(folder, entry->d_name);
     }
+  }
+}
+
+void removeStraysOnFirstVisit(int folder) {
+  if (searchedFolders.isFirstVisit(folder)) {
+    removeStraysIn(folder);
   }
 }
 

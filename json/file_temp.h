@@ -44,6 +44,9 @@ class TemporaryFile {
 // Removes the temporaries in the folder that nobody holds.
 void removeStraysIn(int folder);
 
+// The same, but only the first time in this process.
+void removeStraysOnFirstVisit(int folder);
+
 }  // namespace hearth
 
 #endif
