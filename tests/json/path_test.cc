@@ -1,0 +1,244 @@
+// The path language: every rule by example, and every short path against the model.
+#include <gtest/gtest.h>
+
+#include "hearth/json_data.h"
+#include "json/json_ref.h"
+#include "tests/json/path_check.h"
+#include "tests/support/captured_log.h"
+
+namespace {
+
+using hearth::JsonRef;
+
+JsonRef parse(const std::string& text) {
+  return JsonRef(json_tokener_parse(text.c_str()));
+}
+
+std::string plain(json_object* value) {
+  return json_object_to_json_string_ext(value, JSON_C_TO_STRING_PLAIN);
+}
+
+// Calls check with every path of at most `longest` characters over the alphabet.
+template <typename Check>
+void forEveryPath(const std::string& alphabet, std::size_t longest, Check check) {
+  std::vector<std::string> paths = {""};
+  for (std::size_t i = 0; i < paths.size(); ++i) {
+    check(paths[i]);
+    if (paths[i].size() < longest) {
+      for (const char c : alphabet) {
+        paths.push_back(paths[i] + c);
+      }
+    }
+  }
+}
+
+const char* const kDocuments[] = {"{}",
+                                  "[]",
+                                  "7",
+                                  R"({"a":{"a":[1,{"a":2}],"":3},"":{"":[null,4]},"[":5,"-":null})",
+                                  R"([[1,[2]],{"a":[{},[]]},null])",
+                                  R"({"a":[[],[0,[1]]],"0":"s","1":{"]":{"a":6}}})"};
+
+TEST(PathModel, EveryShortPathReadsAsTheModelDoes) {
+  testing::internal::CaptureStdout();
+  std::string differences;
+  for (const char* const text : kDocuments) {
+    const JsonRef root = parse(text);
+    forEveryPath("a.[01]-", 5, [&](const std::string& path) {
+      const std::string difference = readingDiffers(root.get(), path);
+      if (!difference.empty()) {
+        differences += std::string(text) + " '" + path + "': " + difference + "\n";
+      }
+    });
+  }
+  testing::internal::GetCapturedStdout();
+  EXPECT_EQ("", differences);
+}
+
+TEST(PathModel, EveryShortPathWritesAsTheModelDoes) {
+  testing::internal::CaptureStdout();
+  std::string differences;
+  for (const char* const text : kDocuments) {
+    forEveryPath("a.[01]-", 5, [&](const std::string& path) {
+      const std::string difference = writingDiffers(parse(text).release(), path);
+      if (!difference.empty()) {
+        differences += std::string(text) + " '" + path + "': " + difference + "\n";
+      }
+    });
+  }
+  testing::internal::GetCapturedStdout();
+  EXPECT_EQ("", differences);
+}
+
+constexpr char kLeftover[] = "EXCEPTION: BE_StrTo: something unexpected happened";
+
+struct ReadCase {
+  const char* path;
+  const char* value;  // as JSON text; "null" where nothing is found
+  const char* printed;
+};
+
+TEST(PathReading, FollowsTheTokenRules) {
+  const JsonRef root = parse(R"({"a":{"b":[10,{"c":1}],"":"e"},"a[0]":"m","n":null,"v":[null]})");
+  const ReadCase cases[] = {
+      {"a.b.[1].c", "1", ""},
+      {"a.b.[0]", "10", ""},
+      {"a.b.[ 1 ]", R"({"c":1})", ""},
+      {"a.b.[+1]", R"({"c":1})", ""},
+      {"a.b.[1x", R"({"c":1})", ""},
+      {"a.b.[1y]", R"({"c":1})", kLeftover},
+      {"a.b.[z]", "10", kLeftover},
+      {"a.b.[0x1]", "10", kLeftover},
+      {"a.b.[-4294967295].c", "1", ""},
+      {"a.b.[2]", "null", "ERROR: Request wrong index num=2 len=2!\n"},
+      {"a.b.[-1]", "null", "ERROR: Request wrong index num=-1 len=2!\n"},
+      {"a.b.[99999999999]", "null", "ERROR: Request wrong index num=-1 len=2!\n"},
+      {"a.b.[]", "null", "ERROR: Wrong array index [] - size:2\n"},
+      {"a.b.[ \t]", "null", "ERROR: Wrong array index [ \t] - size:4\n"},
+      {"a.[0]", "null", "ERROR: Object is not array 'object'!\n"},
+      {"n.[0]", "null", "ERROR: Object is not array 'null'!\n"},
+      {"v.[0]", "null", "ERROR: Cannot get array index num=0 len=1!\n"},
+      {"a[0]", R"("m")", ""},
+      {"a..", R"("e")", ""},
+      {"a.b.", R"([10,{"c":1}])", ""},
+      {"n", "null", ""},
+      {"n.x", "null", ""},
+  };
+  for (const ReadCase& c : cases) {
+    SCOPED_TRACE(c.path);
+    CapturedLog log({LOG_ERROR});
+    EXPECT_STREQ(c.value, plain(JsonData::getJObj(root.get(), c.path)).c_str());
+    EXPECT_EQ(c.printed, log.text());
+  }
+}
+
+TEST(PathReading, LogsItsSteps) {
+  const JsonRef root = parse(R"({"a":{"b":[]}})");
+  const auto logOf = [&](const char* path) {
+    CapturedLog log;
+    JsonData::getJObj(root.get(), path);
+    std::string text = log.text();
+    for (std::size_t at; (at = text.find("0x")) != std::string::npos;) {
+      text.replace(at, text.find_first_not_of("0123456789abcdefx", at) - at, "P");
+    }
+    return text;
+  };
+  EXPECT_EQ(
+      "DEBUG: getJObj: Parse: idx=0 key=a isEnd=false\n"
+      "DEBUG: getJObj: continue search next key\n"
+      "DEBUG: getJObj: Parse: idx=1 key=b isEnd=true\n"
+      "DEBUG: getJObj: found the object b\n"
+      "INFO: getJObj: FOUND parent=P, key=b\n",
+      logOf("a.b"));
+  EXPECT_EQ(
+      "DEBUG: getJObj: Parse: idx=0 key=x isEnd=false\n"
+      "DEBUG: getJObj: cannot found the object x.y\n"
+      "INFO: getJObj: FOUND parent=P, key=x\n",
+      logOf("x.y"));
+  EXPECT_EQ("", logOf(""));
+}
+
+TEST(PathReading, LeavesOutParametersAloneWithoutARootOrAPath) {
+  const JsonRef root = parse("{}");
+  json_object* parent = root.get();
+  const char* key = "before";
+  CapturedLog log;
+  EXPECT_EQ(nullptr, JsonData::getJObj(nullptr, "a", parent, key));
+  EXPECT_EQ(nullptr, JsonData::getJObj(root.get(), nullptr, parent, key));
+  EXPECT_EQ(root.get(), parent);
+  EXPECT_STREQ("before", key);
+  EXPECT_TRUE(log.has("ERROR: getJObj: wrong params jobj="));
+}
+
+struct WriteCase {
+  const char* before;
+  const char* path;
+  const char* after;  // an X stands for the value
+  const char* error;  // the LOG_ERROR line; none where the store succeeds
+};
+
+TEST(PathWriting, MakesWhatIsMissing) {
+  const WriteCase cases[] = {
+      {"{}", "a", R"({"a":X})", ""},
+      {"{}", "a.b.c", R"({"a":{"b":{"c":X}}})", ""},
+      {"{}", "a..", R"({"a":{"":X}})", ""},
+      {"{}", "list.[0]", R"({"list":[X]})", ""},
+      {"{}", "list.[7]", R"({"list":[X]})", ""},
+      {"{}", "m.[0].[0].[9].k", R"({"m":[[[{"k":X}]]]})", ""},
+      {R"({"list":[1,2]})", "list.[1]", R"({"list":[1,X]})", ""},
+      {R"({"list":[1,2]})", "list.[-1]", R"({"list":[1,2,X]})", ""},
+      {R"({"list":[1,2]})", "list.[2].x", R"({"list":[1,2,{"x":X}]})", ""},
+      {"[1,2]", "x", R"([1,2,{"x":X}])", ""},
+      {"[1,2]", "[0]", "[X,2]", ""},
+      {R"({"a":{"b":1}})", "a.b", R"({"a":{"b":X}})", ""},
+      {R"({"a":"s"})", "a.[0]", R"({"a":"s"})", "existing object is not array 'a'\n"},
+      {R"({"a":null})", "a.[0]", R"({"a":null})", "existing object is not array 'a'\n"},
+      {"{}", "[0]", "{}", "existing object is not array ''\n"},
+      {"{}", "n.[]", R"({"n":{}})", "wrong array format []\n"},
+      {"{}", "n.[ ]", R"({"n":{}})", "wrong array format [ ]\n"},
+      {R"({"l":[null]})", "l.[0].x", R"({"l":[null]})",
+       "cannot get array element at idx=0 'l.[0]'\n"},
+      {R"({"a":"s"})", "a.b", R"({"a":"s"})", "fail to add jval 'b' to jcrr="},
+      {R"({"a":[1]})", "a.b.c", R"({"a":[1]})", "fail to add new object 'b'\n"},
+      {"{}", "", "{}", "wrong params jobj="},
+  };
+  for (const WriteCase& c : cases) {
+    SCOPED_TRACE(std::string(c.before) + " " + c.path);
+    CapturedLog log({LOG_ERROR});
+    const JsonRef root = parse(c.before);
+    const JsonRef value = parse("\"X\"");
+    const std::string error = c.error;
+    EXPECT_EQ(error.empty() ? 0 : 2, JsonData::setJObj(root.get(), c.path, value.get()));
+    std::string after = plain(root.get());
+    for (std::size_t at; (at = after.find("\"X\"")) != std::string::npos;) {
+      after.replace(at, 3, "X");
+    }
+    EXPECT_EQ(c.after, after);
+    EXPECT_EQ(error.empty() ? "" : "ERROR: JsonData::setJObj: " + error,
+              log.text().substr(0, error.empty() ? std::string::npos : 26 + error.size()));
+  }
+}
+
+TEST(PathWriting, KeepsTheTreeATree) {
+  const JsonRef root = parse(R"({"a":{"b":[{}]},"n":1})");
+  json_object* const a = JsonData::getJObj(root.get(), "a");
+  json_object* const inner = JsonData::getJObj(a, "b.[0]");
+  const std::string before = plain(root.get());
+  CapturedLog log({LOG_ERROR});
+  EXPECT_EQ(2, JsonData::setJObj(root.get(), "self", root.get()));
+  EXPECT_EQ(2, JsonData::setJObj(a, "b.[9]", root.get()));
+  EXPECT_EQ(2, JsonData::setJObj(inner, "up", a));
+  EXPECT_EQ(2, JsonData::setJObj(a, "b.[0]", a));
+  EXPECT_EQ(before, plain(root.get()));
+  EXPECT_TRUE(log.has("cannot be stored inside itself"));
+  // Sharing without a cycle is welcome, and so is a value onto its own place.
+  EXPECT_EQ(0, JsonData::setJObj(root.get(), "twin", inner));
+  EXPECT_EQ(0, JsonData::setJObj(root.get(), "n", JsonData::getJObj(root.get(), "n")));
+  EXPECT_EQ(0, JsonData::setJObj(root.get(), "a.b.[0]", inner));
+  EXPECT_EQ(R"({"a":{"b":[{}]},"n":1,"twin":{}})", plain(root.get()));
+}
+
+TEST(PathLimits, TokensAndPathsOfAnyLength) {
+  const std::string name(100000, 'n');
+  std::string deep = "a";
+  for (int i = 0; i < 100000; ++i) {
+    deep += i % 3 == 0 ? ".[0]" : ".a";
+  }
+  for (const std::string& path : {name, name + "." + name, deep}) {
+    const JsonRef root = parse("{}");
+    const JsonRef value = parse("7");
+    json_object* parent = nullptr;
+    const char* key = nullptr;
+    ASSERT_EQ(0, JsonData::setJObj(root.get(), path.c_str(), value.get(), parent, key));
+    EXPECT_EQ(path.substr(path.rfind('.') + 1), key);
+    std::free(const_cast<char*>(key));
+    EXPECT_EQ(value.get(), JsonData::getJObj(root.get(), path.c_str()));
+  }
+  // A member path applied to an array is cut at 255 characters, index included.
+  const JsonRef array = parse("[]");
+  const JsonRef value = parse("7");
+  ASSERT_EQ(0, JsonData::setJObj(array.get(), name.c_str(), value.get()));
+  EXPECT_NE(nullptr, JsonData::getJObj(array.get(), ("[0]." + name.substr(0, 251)).c_str()));
+}
+
+}  // namespace
