@@ -4,6 +4,7 @@
 #include <pthread.h>
 
 #include <clocale>
+#include <cstdlib>
 #include <memory>
 
 #include "hearth/json_data.h"
@@ -79,13 +80,12 @@ TEST(Documents, ACopyIsWhatRenderingAndParsingGives) {
     EXPECT_EQ(json_object_get_type(parsed.get()), json_object_get_type(copy.get()));
     EXPECT_NE(source.get(), copy.get());
   }
-  const JsonRef formatted(json_object_new_array());
-  json_object_array_add(formatted.get(), json_object_new_double(2.0 / 3));
+  // The backend's own format of numbers counts too: here it makes an integer.
+  const JsonRef formatted(json_object_new_double(2.0 / 3));
   json_c_set_serialization_double_format("%.0f", JSON_C_OPTION_GLOBAL);
   const JsonRef copy(JsonData::cloneObject(formatted.get()));
   json_c_set_serialization_double_format(nullptr, JSON_C_OPTION_GLOBAL);
-  EXPECT_EQ(json_type_double, json_object_get_type(json_object_array_get_idx(copy.get(), 0)));
-  EXPECT_EQ("[1.0]", plain(copy.get()));
+  EXPECT_EQ(json_type_int, json_object_get_type(copy.get()));
 }
 
 TEST(Documents, CloneSharesNothing) {
@@ -102,15 +102,16 @@ TEST(Documents, CloneSharesNothing) {
 }
 
 TEST(Documents, Save) {
+  constexpr char kSaved[] = "{\n  \"a\":[\n    1.50,\n    [\n    ]\n  ]\n}";
   const TempDir dir;
-  TreeMapObject handle(R"({"a":[1.50,{}]})");
+  TreeMapObject handle(R"({"a":[1.50,[]]})");
   TreeMapObject empty;
   {
     CapturedLog log({LOG_DEBUG});
     EXPECT_EQ(0, JsonData::saveObjectToFile((dir / "f").c_str(), &handle));
     EXPECT_TRUE(log.has("DEBUG: saveObjectToFile: object is saved\n"));
   }
-  EXPECT_EQ("{\n  \"a\":[\n    1.50,\n    {}\n  ]\n}", dir.contentsOf("f"));
+  EXPECT_EQ(kSaved, dir.contentsOf("f"));
   const std::string missing = dir / "no/f";
   CapturedLog log({LOG_DEBUG});
   EXPECT_EQ(2, JsonData::saveObjectToFile(missing.c_str(), &handle));
@@ -119,7 +120,7 @@ TEST(Documents, Save) {
   EXPECT_EQ(2, JsonData::saveObjectToFile((dir / "f").c_str(), nullptr));
   EXPECT_EQ(2, JsonData::saveObjectToFile(nullptr, &handle));
   EXPECT_TRUE(log.has("failed to save object to file (" + missing + ") ret=-1\n"));
-  EXPECT_EQ("{\n  \"a\":[\n    1.50,\n    {}\n  ]\n}", dir.contentsOf("f"));
+  EXPECT_EQ(kSaved, dir.contentsOf("f"));
 }
 
 TEST(Documents, Dump) {
@@ -169,10 +170,12 @@ TEST(Documents, SchemasDecide) {
 }
 
 TEST(Documents, NumbersIgnoreTheLocale) {
-  if (std::setlocale(LC_ALL, "de_DE.UTF-8") == nullptr) {
-    GTEST_SKIP() << "needs the locale de_DE.UTF-8";
-  }
   const TempDir dir;
+  const std::string make = "localedef -i de_DE -f UTF-8 " + (dir / "de_DE.UTF-8") + " 2>&1";
+  setenv("LOCPATH", dir.path().c_str(), 1);
+  if (std::system(make.c_str()) != 0 || std::setlocale(LC_ALL, "de_DE.UTF-8") == nullptr) {
+    GTEST_SKIP() << "needs localedef and the source of the locale de_DE";
+  }
   TreeMapObject handle(R"({"a":1.25})");
   handle.set("b", 2.5);
   EXPECT_EQ(0, JsonData::saveObjectToFile((dir / "f").c_str(), &handle));
