@@ -2,6 +2,7 @@
 // the slot is slot.cc's.
 #include <utility>
 
+#include "json/status.h"
 #include "localdb/holds.h"
 #include "localdb/registry.h"
 #include "localdb/slot.h"
@@ -9,8 +10,6 @@
 
 namespace hearth {
 namespace {
-
-constexpr int kFailed = 2;
 
 constexpr char kLock[] = "lockDbObject";
 constexpr Ending kSave = {"saveDbObject", LOG_DEBUG, LOG_DEBUG};
@@ -62,7 +61,7 @@ Hold* findHoldToEnd(const HandlerUse& named, const char* sessionKey, unsigned in
 template <typename Finish>
 int endLock(const Ending& ending, unsigned int area, const char* sessionKey, Finish finish) {
   if (!isArea(area, ending.operation)) {
-    return kFailed;
+    return kFailure;
   }
   HandlerUse use = useHandler(sessionKey);
   Hold* const hold = findHoldToEnd(use, sessionKey, area);
@@ -70,17 +69,17 @@ int endLock(const Ending& ending, unsigned int area, const char* sessionKey, Fin
     use = endHold(*hold);
   } else if (use == nullptr) {
     logNoHandler(ending.operation);
-    return kFailed;
+    return kFailure;
   }
   const Slot slot(*use->handler, area);
   HEARTH_LOG(LOG_DEBUG, "%s: apiT=%d state=%d\n", ending.operation, static_cast<int>(area),
              static_cast<int>(slot.state()));
   if (hold == nullptr) {
     HEARTH_LOG(ending.notLocked, "%s: I am not in locked state\n", ending.operation);
-    return kFailed;
+    return kFailure;
   }
   slot.leave();
-  return slot.isLockedDatabase(ending) ? finish(slot) : kFailed;
+  return slot.isLockedDatabase(ending) ? finish(slot) : kFailure;
 }
 
 }  // namespace

@@ -6,6 +6,7 @@
 
 #include "hearth/json_data.h"
 #include "hearth/local_db_ctrl.h"
+#include "json/status.h"
 #include "labels/label_table.h"
 #include "localdb/area.h"
 #include "log/log.h"
@@ -79,17 +80,16 @@ const char* LocalDbCtrl::getSchemaFile(unsigned int apiT, unsigned int commT) {
 
 int LocalDbCtrl::validateObject(TreeMapObject* obj, unsigned int apiT, unsigned int commT) {
   constexpr char kOperation[] = "validateObject";
-  constexpr int kFailed = 2;
   const char* const schemaFile = getSchemaFile(apiT, commT);
   if (schemaFile == nullptr) {
     HEARTH_LOG(LOG_ERROR, "%s: failed to get schema file apiT=%d commT=%d\n", kOperation,
                static_cast<int>(apiT), static_cast<int>(commT));
-    return kFailed;
+    return hearth::kFailure;
   }
   if (obj == nullptr || obj->jobj == nullptr) {
     HEARTH_LOG(LOG_ERROR, "%s: incorrect object obj=%p jobj=%p\n", kOperation,
                static_cast<void*>(obj), static_cast<void*>(nullptr));
-    return kFailed;
+    return hearth::kFailure;
   }
   return JsonData::validateFile(obj, schemaFile);
 }

@@ -23,15 +23,13 @@
 #include <ctime>
 
 #include "hearth/json_data.h"
+#include "json/status.h"
 #include "localdb/area.h"
 #include "localdb/holds.h"
 #include "log/log.h"
 
 namespace hearth {
 namespace {
-
-constexpr int kOk = 0;
-constexpr int kFailed = 2;
 
 // How long a thread looks away from a slot before it looks again.
 void pauseBriefly() {
@@ -134,14 +132,14 @@ int Slot::save(const char* operation) const {
   HEARTH_LOG(LOG_DEBUG, "%s: type=%d save object %p to file %s\n", operation,
              static_cast<int>(area_), static_cast<void*>(object()),
              name != nullptr ? name : kNoName);
-  const int written = name != nullptr ? JsonData::saveObjectToFile(name, object()) : kFailed;
+  const int written = name != nullptr ? JsonData::saveObjectToFile(name, object()) : kFailure;
   discardObject();
   return written;
 }
 
 int Slot::unlock() const {
   setState(LDB_ACCESSIBLE);
-  return kOk;
+  return kSuccess;
 }
 
 void Slot::empty(Waiting waiting) const {
