@@ -13,9 +13,11 @@ namespace {
 constexpr int kAreas = 8;
 constexpr int kThreads = 8;
 constexpr int kRounds = 4;
-constexpr std::chrono::seconds kPatience(60);  // for a lock, before a request gives up
+constexpr std::chrono::seconds kPatience(60);  // of the whole crowd, before requests give up
 
 struct Tally {
+  const std::chrono::steady_clock::time_point deadline =
+      std::chrono::steady_clock::now() + kPatience;
   std::atomic<int> saved{0};
   std::atomic<int> turnedAway{0};
   std::atomic<int> gaveUp{0};
@@ -23,8 +25,7 @@ struct Tally {
 
 // One request: adds one to the area's revision and saves. A refusal is answered with another try.
 void countOne(API_TYPE_T area, Tally& tally) {
-  const auto deadline = std::chrono::steady_clock::now() + kPatience;
-  while (std::chrono::steady_clock::now() < deadline) {
+  while (std::chrono::steady_clock::now() < tally.deadline) {
     AreaLock database(area, "", kDefaultSession);
     if (database) {
       database->set("revision", database->get<int>("revision") + 1);

@@ -64,6 +64,9 @@ int Story::end(const std::string& lastWords) {
   std::fprintf(out_, "\n%d chapters, %d checks, %d not met.\n%s", chapters_, checks_, failed_,
                lastWords.c_str());
   const bool written = std::fflush(out_) == 0;
+  if (!written) {
+    std::perror("the transcript is incomplete");
+  }
   return failed_ == 0 && checks_ > 0 && written ? EXIT_SUCCESS : EXIT_FAILURE;
 }
 
