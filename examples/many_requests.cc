@@ -115,11 +115,13 @@ void countInACrowd(Story& story) {
   story.tell(std::to_string(kThreads) + " threads go " + std::to_string(kRounds) +
              " times through all 8 areas; each request adds 1 to \"revision\" and saves.");
   std::vector<int> before;
+  before.reserve(kAreas);
   for (int area = 0; area < kAreas; ++area) {
     before.push_back(revisionOf(static_cast<API_TYPE_T>(area)));
   }
   Tally tally;
   std::vector<std::thread> threads;
+  threads.reserve(kThreads);
   for (int i = 0; i < kThreads; ++i) {
     threads.emplace_back(workThrough, i, std::ref(tally));
   }

@@ -1,19 +1,16 @@
 // The four steps by which a backend starts hearth, and a look at the files after the day's work.
+#include <algorithm>
 #include <filesystem>
+#include <iterator>
 
 #include "backend.h"
 #include "chapters.h"
 
 namespace {
 
-// The state of every area in the handler "default".
-bool nothingIsLoaded(const LOCALDB_HANDLER* handler) {
-  for (const LOCALDB_STATE_T state : handler->state) {
-    if (state != LDB_NOT_INITIALIZED) {
-      return false;
-    }
-  }
-  return true;
+bool nothingIsLoaded(const LOCALDB_HANDLER& handler) {
+  return std::all_of(std::begin(handler.state), std::end(handler.state),
+                     [](LOCALDB_STATE_T state) { return state == LDB_NOT_INITIALIZED; });
 }
 
 // Locks an area and saves it without a change.
@@ -55,7 +52,7 @@ void startUp(Story& story) {
   story.tell("Step 4, LocalDbCtrl::init registers the handler \"default\".");
   LocalDbCtrl::init();
   const LOCALDB_HANDLER* handler = LocalDbCtrl::getDBByKey("default");
-  story.check(handler != nullptr && nothingIsLoaded(handler),
+  story.check(handler != nullptr && nothingIsLoaded(*handler),
               "it is there, and no database has been read yet");
 }
 
