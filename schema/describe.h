@@ -1,0 +1,35 @@
+// What a rule asks for, in words.
+#ifndef HEARTH_SCHEMA_DESCRIBE_H
+#define HEARTH_SCHEMA_DESCRIBE_H
+
+#include <string>
+
+#include "schema/effort.h"
+#include "schema/keywords.h"
+
+struct json_object;
+
+namespace hearth {
+namespace schema {
+
+// Why the instance does not satisfy the keyword that has this value in this schema: the end of a
+// sentence that begins with the instance.
+std::string describeFailure(json_object* instance, Id keyword, json_object* value,
+                            json_object* schema, Draft draft);
+
+// Why the validation ended early, with the keyword at fault.
+std::string describeTrouble(Trouble trouble, Id keyword, json_object* value);
+
+// A value as JSON text, shortened to what fits a sentence.
+std::string shown(json_object* value);
+
+// The JSON pointer to a value, found by its identity, below top; false when it is not there.
+[[nodiscard]] bool locate(json_object* top, json_object* wanted, std::string* pointer);
+
+// Appends one step to a JSON pointer.
+void addToPointer(std::string* pointer, const char* token);
+
+}  // namespace schema
+}  // namespace hearth
+
+#endif

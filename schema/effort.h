@@ -1,0 +1,64 @@
+// What one validation may cost, and what ended it early. Whoever does work that a mean schema or
+// instance could make large spends from the budget first and stops when it is refused.
+#ifndef HEARTH_SCHEMA_EFFORT_H
+#define HEARTH_SCHEMA_EFFORT_H
+
+#include <cstddef>
+#include <cstdint>
+
+namespace hearth {
+namespace schema {
+
+// Why a validation ended before its end. The answer is then "does not conform", whatever `not` or
+// another combination would make of it.
+enum class Trouble : uint8_t {
+  kNone,
+  kTooDeep,
+  kEndless,        // a reference that leads back to itself
+  kTooMuchWork,
+  kNoMemory,
+  kBadSchema,      // neither an object nor a boolean
+  kBadValue,       // of a keyword
+  kUnresolved,     // a reference
+  kBadPattern,
+  kPatternLimit,
+  kUnknownVocabulary,
+};
+
+// Schemas, and containers inside the values that are compared, stand at most this deep in each other.
+// 128 KiB of stack hold it many times over in an optimized build.
+constexpr unsigned kMaxDepth = 128;
+
+class Effort {
+ public:
+  // False when the budget is used up; the validation is then stopped.
+  [[nodiscard]] bool spend(size_t steps) {
+    if (steps > left_) {
+      return stop(Trouble::kTooMuchWork);
+    }
+    left_ -= steps;
+    return true;
+  }
+
+  // Stops the validation; the first reason stays. Answers false, for the caller to pass on.
+  bool stop(Trouble trouble) {
+    if (trouble_ == Trouble::kNone) {
+      trouble_ = trouble;
+    }
+    return false;
+  }
+
+  [[nodiscard]] bool stopped() const { return trouble_ != Trouble::kNone; }
+  [[nodiscard]] Trouble trouble() const { return trouble_; }
+
+ private:
+  // A step is a keyword looked at, a value compared, a member visited: some tens of nanoseconds on a
+  // desk computer, so that the whole is less than a second there. A request takes thousands.
+  size_t left_ = 10'000'000;
+  Trouble trouble_ = Trouble::kNone;
+};
+
+}  // namespace schema
+}  // namespace hearth
+
+#endif

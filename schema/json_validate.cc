@@ -1,0 +1,109 @@
+// The two functions that the rest of the library knows.
+#include "schema/json_validate.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <climits>
+#include <new>
+#include <string>
+
+#include "schema/validate.h"
+#include "schema/walker.h"
+
+namespace hearth {
+namespace schema {
+
+bool validate(json_object* instance, json_object* schema, Violation* violation,
+              Draft unnamed) noexcept {
+  try {
+    Violation found;
+    if (Walker(schema, unnamed, violation ? &found : nullptr).run(instance)) {
+      return true;
+    }
+    if (violation) {
+      *violation = std::move(found);
+    }
+  } catch (const std::bad_alloc&) {
+    if (violation) {
+      violation->message.clear();
+    }
+  }
+  return false;
+}
+
+namespace {
+
+// A JSON document from a file; its value may be JSON's null, so success is told apart from it.
+class Document {
+ public:
+  explicit Document(const char* path) { isRead_ = readText(path) && parse(); }
+  ~Document() { json_object_put(value_); }
+  Document(const Document&) = delete;
+  Document& operator=(const Document&) = delete;
+
+  [[nodiscard]] bool isRead() const { return isRead_; }
+  [[nodiscard]] json_object* value() const { return value_; }
+
+ private:
+  bool readText(const char* path) {
+    // Opening a pipe would wait for its other end.
+    const int file = path ? open(path, O_RDONLY | O_CLOEXEC | O_NONBLOCK) : -1;
+    if (file < 0) {
+      return false;
+    }
+    struct stat status;
+    const bool complete = fstat(file, &status) == 0 && S_ISREG(status.st_mode) && readAll(file);
+    close(file);
+    return complete;
+  }
+
+  bool readAll(int file) {
+    char buffer[4096];
+    for (;;) {
+      const ssize_t size = read(file, buffer, sizeof buffer);
+      if (size > 0) {
+        text_.append(buffer, static_cast<size_t>(size));
+      } else if (size == 0 || errno != EINTR) {
+        return size == 0 && text_.size() < INT_MAX;
+      }
+    }
+  }
+
+  bool parse() {
+    json_tokener* const tokener = json_tokener_new();
+    if (!tokener) {
+      return false;
+    }
+    // The NUL at the end tells the parser that a number is complete.
+    value_ = json_tokener_parse_ex(tokener, text_.c_str(), static_cast<int>(text_.size()) + 1);
+    const bool success = json_tokener_get_error(tokener) == json_tokener_success;
+    json_tokener_free(tokener);
+    return success;
+  }
+
+  std::string text_;
+  json_object* value_ = nullptr;
+  bool isRead_ = false;
+};
+
+}  // namespace
+}  // namespace schema
+}  // namespace hearth
+
+int json_validate_instance(json_object* instance, json_object* schema) {
+  return hearth::schema::validate(instance, schema);
+}
+
+int json_validate_instance_from_file(const char* instanceFile, const char* schemaFile) {
+  try {
+    const hearth::schema::Document instance(instanceFile);
+    const hearth::schema::Document schema(schemaFile);
+    return instance.isRead() && schema.isRead() &&
+           hearth::schema::validate(instance.value(), schema.value());
+  } catch (const std::bad_alloc&) {
+    return 0;
+  }
+}

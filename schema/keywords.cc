@@ -1,0 +1,164 @@
+#include "schema/keywords.h"
+
+#include <array>
+#include <cstddef>
+#include <cstring>
+
+namespace hearth {
+namespace schema {
+namespace {
+
+// Drafts.
+constexpr uint8_t k4 = 1, k6 = 2, k7 = 4, k19 = 8, k20 = 16;
+constexpr uint8_t kAll = k4 | k6 | k7 | k19 | k20, kFrom6 = kAll & ~k4, kFrom7 = kFrom6 & ~k6;
+constexpr uint8_t kFrom19 = k19 | k20, kTo19 = kAll & ~k20;
+
+// Types of values.
+constexpr uint8_t kBool = 1 << json_type_boolean, kObj = 1 << json_type_object;
+constexpr uint8_t kArr = 1 << json_type_array, kStr = 1 << json_type_string;
+constexpr uint8_t kNum = (1 << json_type_int) | (1 << json_type_double);
+constexpr uint8_t kAny = 0x7f, kSub = kObj | kBool;
+
+constexpr Keyword kKeywords[] = {
+    {"$schema", Id::kSchema, kAll, kAny, kStr, Slot::kNever, Below::kNothing, kCore},
+    {"id", Id::kId, k4, kAny, kAny, Slot::kNever, Below::kNothing, kCore},
+    {"$id", Id::kId, kFrom6, kAny, kStr, Slot::kNever, Below::kNothing, kCore},
+    {"$ref", Id::kRef, kAll, kAny, kStr, Slot::kRef, Below::kNothing, kCore},
+    {"$recursiveRef", Id::kRecursiveRef, k19, kAny, kStr, Slot::kDynamicRef, Below::kNothing, kCore},
+    {"$dynamicRef", Id::kDynamicRef, k20, kAny, kStr, Slot::kDynamicRef, Below::kNothing, kCore},
+    {"definitions", Id::kDefinitions, kAll, kAny, kAny, Slot::kNever, Below::kMap, kCore},
+    {"$defs", Id::kDefinitions, kFrom19, kAny, kAny, Slot::kNever, Below::kMap, kCore},
+
+    {"type", Id::kType, kAll, kAny, kStr | kArr, Slot::kNow, Below::kNothing, kValidation},
+    {"enum", Id::kEnum, kAll, kAny, kArr, Slot::kNow, Below::kNothing, kValidation},
+    {"const", Id::kConst, kFrom6, kAny, kAny, Slot::kNow, Below::kNothing, kValidation},
+
+    {"multipleOf", Id::kMultipleOf, kAll, kNum, kNum, Slot::kNow, Below::kNothing, kValidation},
+    {"maximum", Id::kMaximum, kAll, kNum, kNum, Slot::kNow, Below::kNothing, kValidation},
+    {"minimum", Id::kMinimum, kAll, kNum, kNum, Slot::kNow, Below::kNothing, kValidation},
+    {"exclusiveMaximum", Id::kExclusiveMaximum, k4, 0, kBool, Slot::kNow, Below::kNothing,
+     kValidation},
+    {"exclusiveMinimum", Id::kExclusiveMinimum, k4, 0, kBool, Slot::kNow, Below::kNothing,
+     kValidation},
+    {"exclusiveMaximum", Id::kExclusiveMaximum, kFrom6, kNum, kNum, Slot::kNow, Below::kNothing,
+     kValidation},
+    {"exclusiveMinimum", Id::kExclusiveMinimum, kFrom6, kNum, kNum, Slot::kNow, Below::kNothing,
+     kValidation},
+
+    {"maxLength", Id::kMaxLength, kAll, kStr, kNum, Slot::kNow, Below::kNothing, kValidation},
+    {"minLength", Id::kMinLength, kAll, kStr, kNum, Slot::kNow, Below::kNothing, kValidation},
+    {"pattern", Id::kPattern, kAll, kStr, kStr, Slot::kNow, Below::kNothing, kValidation},
+    {"format", Id::kFormat, kAll, kStr, kStr, Slot::kNow, Below::kNothing, kFormatVocabulary},
+    {"contentEncoding", Id::kContentEncoding, k7, kStr, kStr, Slot::kNow, Below::kNothing, kCore},
+    {"contentMediaType", Id::kContentMediaType, k7, kStr, kStr, Slot::kNow, Below::kNothing, kCore},
+    {"contentSchema", Id::kNone, kFrom19, kAny, kSub, Slot::kNever, Below::kSchema, kCore},
+
+    {"maxItems", Id::kMaxItems, kAll, kArr, kNum, Slot::kNow, Below::kNothing, kValidation},
+    {"minItems", Id::kMinItems, kAll, kArr, kNum, Slot::kNow, Below::kNothing, kValidation},
+    {"uniqueItems", Id::kUniqueItems, kAll, kArr, kBool, Slot::kNow, Below::kNothing, kValidation},
+
+    {"maxProperties", Id::kMaxProperties, kAll, kObj, kNum, Slot::kNow, Below::kNothing,
+     kValidation},
+    {"minProperties", Id::kMinProperties, kAll, kObj, kNum, Slot::kNow, Below::kNothing,
+     kValidation},
+    {"required", Id::kRequired, kAll, kObj, kArr, Slot::kNow, Below::kNothing, kValidation},
+    {"dependentRequired", Id::kDependentRequired, kFrom19, kObj, kObj, Slot::kNow, Below::kNothing,
+     kValidation},
+
+    {"allOf", Id::kAllOf, kAll, kAny, kArr, Slot::kAllOf, Below::kList, kApplicator},
+    {"anyOf", Id::kAnyOf, kAll, kAny, kArr, Slot::kAnyOf, Below::kList, kApplicator},
+    {"oneOf", Id::kOneOf, kAll, kAny, kArr, Slot::kOneOf, Below::kList, kApplicator},
+    {"not", Id::kNot, kAll, kAny, kSub, Slot::kNot, Below::kSchema, kApplicator},
+    {"if", Id::kIf, kFrom7, kAny, kSub, Slot::kIf, Below::kSchema, kApplicator},
+    {"then", Id::kThen, kFrom7, kAny, kSub, Slot::kThen, Below::kSchema, kApplicator},
+    {"else", Id::kElse, kFrom7, kAny, kSub, Slot::kElse, Below::kSchema, kApplicator},
+
+    {"properties", Id::kProperties, kAll, kObj, kObj, Slot::kProperties, Below::kMap, kApplicator},
+    {"patternProperties", Id::kPatternProperties, kAll, kObj, kObj, Slot::kPatternProperties,
+     Below::kMap, kApplicator},
+    {"additionalProperties", Id::kAdditionalProperties, kAll, kObj, kSub,
+     Slot::kAdditionalProperties, Below::kSchema, kApplicator},
+    {"propertyNames", Id::kPropertyNames, kFrom6, kObj, kSub, Slot::kPropertyNames, Below::kSchema,
+     kApplicator},
+    {"dependencies", Id::kDependencies, kAll, kObj, kObj, Slot::kDependencies,
+     Below::kMapOfSchemaOrNames, kApplicator},
+    {"dependentSchemas", Id::kDependentSchemas, kFrom19, kObj, kObj, Slot::kDependentSchemas,
+     Below::kMap, kApplicator},
+    {"unevaluatedProperties", Id::kUnevaluatedProperties, kFrom19, kObj, kSub, Slot::kUnevaluated,
+     Below::kSchema, kUnevaluated},
+
+    {"items", Id::kItems, kTo19, kArr, kSub | kArr, Slot::kItems, Below::kSchemaOrList,
+     kApplicator},
+    {"items", Id::kItems, k20, kArr, kSub, Slot::kItems, Below::kSchema, kApplicator},
+    {"prefixItems", Id::kPrefixItems, k20, kArr, kArr, Slot::kPrefixItems, Below::kList,
+     kApplicator},
+    {"additionalItems", Id::kAdditionalItems, kTo19, kArr, kSub, Slot::kAdditionalItems,
+     Below::kSchema, kApplicator},
+    {"contains", Id::kContains, kFrom6, kArr, kSub, Slot::kContains, Below::kSchema, kApplicator},
+    {"minContains", Id::kMinContains, kFrom19, kArr, kNum, Slot::kMinContains, Below::kNothing,
+     kValidation},
+    {"maxContains", Id::kMaxContains, kFrom19, kArr, kNum, Slot::kMaxContains, Below::kNothing,
+     kValidation},
+    {"unevaluatedItems", Id::kUnevaluatedItems, kFrom19, kArr, kSub, Slot::kUnevaluated,
+     Below::kSchema, kUnevaluated},
+};
+constexpr size_t kKeywordCount = sizeof kKeywords / sizeof kKeywords[0];
+
+// An open hash table over the names, made while compiling. Keys of equal name stand in it one after
+// the other, told apart by their drafts.
+constexpr size_t kBuckets = 128;
+constexpr size_t kLongestName = sizeof(Keyword::name) - 1;
+
+constexpr unsigned step(unsigned hash, char c) {
+  return hash * 33U + static_cast<unsigned char>(c);
+}
+constexpr size_t bucketOf(unsigned hash) { return (hash ^ (hash >> 7)) % kBuckets; }
+
+constexpr std::array<uint8_t, kBuckets> makeBuckets() {
+  std::array<uint8_t, kBuckets> buckets{};
+  for (size_t i = 0; i < kKeywordCount; ++i) {
+    unsigned hash = 0;
+    for (const char* c = kKeywords[i].name; *c; ++c) {
+      hash = step(hash, *c);
+    }
+    size_t bucket = bucketOf(hash);
+    while (buckets[bucket] != 0) {
+      bucket = (bucket + 1) % kBuckets;
+    }
+    buckets[bucket] = static_cast<uint8_t>(i + 1);
+  }
+  return buckets;
+}
+constexpr std::array<uint8_t, kBuckets> kBucketTable = makeBuckets();
+
+}  // namespace
+
+const Keyword* findKeyword(const char* name, Draft draft) {
+  unsigned hash = 0;
+  size_t size = 0;
+  for (; name[size]; ++size) {
+    if (size == kLongestName) {
+      return nullptr;
+    }
+    hash = step(hash, name[size]);
+  }
+  for (size_t i = bucketOf(hash); kBucketTable[i] != 0; i = (i + 1) % kBuckets) {
+    const Keyword& keyword = kKeywords[kBucketTable[i] - 1];
+    if ((keyword.drafts & draftBit(draft)) && memcmp(keyword.name, name, size + 1) == 0) {
+      return &keyword;
+    }
+  }
+  return nullptr;
+}
+
+const char* nameOf(Id id) {
+  for (const Keyword& keyword : kKeywords) {
+    if (keyword.id == id) {
+      return keyword.name;
+    }
+  }
+  return "";
+}
+
+}  // namespace schema
+}  // namespace hearth

@@ -1,0 +1,124 @@
+// What the walk does when a rule fails. Nothing is written unless somebody asked for the violation, and
+// nothing for the failure of a trial, which is no violation. A reason that stops the whole validation is
+// always written, and is the last one.
+#include <new>
+#include <utility>
+
+#include "schema/describe.h"
+#include "schema/walker.h"
+
+namespace hearth {
+namespace schema {
+namespace {
+
+// Written from its end, to need no stack for the way.
+std::string instancePointer(const Place& place) {
+  std::string pointer;
+  for (const Place* on = &place; on; on = on->outer) {
+    std::string step;
+    if (on->member) {
+      addToPointer(&step, on->member);
+    } else if (on->element != Place::kNoElement) {
+      addToPointer(&step, std::to_string(on->element).c_str());
+    }
+    pointer.insert(0, step);
+  }
+  return pointer;
+}
+
+unsigned instanceDepth(const Place& place) {
+  unsigned depth = 0;
+  for (const Place* on = &place; on; on = on->outer) {
+    depth += on->member || on->element != Place::kNoElement;
+  }
+  return depth;
+}
+
+}  // namespace
+
+bool Walker::wantsReport() const { return violation_ && quiet_ == 0 && !isFinal_; }
+
+bool Walker::fail(const Place& place, Id keyword, json_object* value) {
+  if (workshop_.effort.stopped()) {
+    return stop(place, keyword, value, workshop_.effort.trouble());
+  }
+  if (wantsReport()) {
+    record(place, keyword, value,
+           describeFailure(place.instance, keyword, value, place.schema, draftAt(place)));
+  }
+  return false;
+}
+
+bool Walker::stop(const Place& place, Id keyword, json_object* value, Trouble trouble) {
+  workshop_.effort.stop(trouble);
+  if (violation_ && !isFinal_) {
+    isFinal_ = true;
+    record(place, keyword, value, describeTrouble(workshop_.effort.trouble(), keyword, value));
+  }
+  return false;
+}
+
+bool Walker::failCount(const Place& place, Id keyword, json_object* value, size_t count) {
+  if (wantsReport()) {
+    std::string message = "must have ";
+    message += keyword == Id::kMaxContains ? "at most " : "at least ";
+    message += keyword == Id::kContains ? "1" : shown(value);
+    message += " matching \"contains\", but has " + std::to_string(count);
+    record(place, keyword, value, std::move(message));
+  }
+  return false;
+}
+
+// No alternative matched: the one whose failure lies deepest in the instance is likely the one that was
+// meant, and its reason is worth telling.
+bool Walker::failAlternatives(const Place& place, Id keyword, json_object* schemas) {
+  if (!wantsReport()) {
+    return false;
+  }
+  Violation closest;
+  unsigned closestDepth = 0;
+  size_t closestIndex = 0;
+  const size_t count = json_object_array_length(schemas);
+  for (size_t i = 0; i < count && !effort().stopped(); ++i) {
+    deepest_ = 0;
+    if (!holds(place, json_object_array_get_idx(schemas, i), keyword, nullptr) &&
+        (i == 0 || deepest_ > closestDepth)) {
+      closest = *violation_;
+      closestDepth = deepest_;
+      closestIndex = i;
+    }
+  }
+  if (isFinal_) {
+    return false;
+  }
+  std::string message = "must match ";
+  message += keyword == Id::kOneOf ? "exactly one of " : "at least one of ";
+  message += std::to_string(count) + " alternatives, but matches none";
+  if (count > 0) {
+    message += "; the closest is number " + std::to_string(closestIndex + 1) + ": " +
+               (closest.instanceLocation.empty() ? "it" : closest.instanceLocation) + ' ' +
+               closest.message;
+  }
+  record(place, keyword, schemas, std::move(message));
+  return false;
+}
+
+void Walker::record(const Place& place, Id keyword, json_object* value, std::string message) {
+  violation_->instanceLocation = instancePointer(place);
+  violation_->keyword = nameOf(keyword);
+  violation_->message = std::move(message);
+  json_object* top = nullptr;
+  std::string location;
+  const std::string document = resources_.documentOf(place.resource, &top);
+  if (locate(top, place.schema, &location) && value != place.schema && keyword != Id::kNone) {
+    json_object* own = nullptr;
+    if (json_object_object_get_ex(place.schema, nameOf(keyword), &own)) {
+      addToPointer(&location, nameOf(keyword));
+    }
+  }
+  violation_->schemaLocation = document.empty() ? location : document + '#' + location;
+  deepest_ = instanceDepth(place);
+}
+
+}  // namespace schema
+}  // namespace hearth

@@ -1,0 +1,182 @@
+#include "schema/walker.h"
+
+namespace hearth {
+namespace schema {
+namespace {
+
+bool isDraft7OrOlder(Draft draft) { return draft <= Draft::k7; }
+
+// From 2020-12 on, a format is a remark unless the schema's vocabularies say that it is a rule.
+bool assertsFormats(const Resource& resource) {
+  return resource.draft != Draft::k2020 || (resource.vocabularies & kFormatAssertion);
+}
+
+bool applies(const Keyword& keyword, const Resource& resource) {
+  return (keyword.vocabulary & ~resource.vocabularies) == 0 &&
+         (keyword.id != Id::kFormat || assertsFormats(resource));
+}
+
+size_t sizeOf(json_object* container) {
+  return json_object_get_type(container) == json_type_object
+             ? static_cast<size_t>(json_object_object_length(container))
+             : json_object_array_length(container);
+}
+
+
+}  // namespace
+
+bool Walker::run(json_object* instance) {
+  Place root{nullptr, resources_.at(0).top, instance, nullptr, Place::kNoElement, 0, 0, Id::kNone};
+  if (effort().stopped()) {
+    return stop(root, Id::kSchema, nullptr, effort().trouble());
+  }
+  return conforms(root, nullptr);
+}
+
+bool Walker::enter(const Place& place) {
+  if (place.depth < kMaxDepth) {
+    return effort().spend(1) || fail(place, Id::kNone, nullptr);
+  }
+  // Too deep, or going round in a circle: the same schema for the same value, on the way here.
+  for (const Place* outer = place.outer; outer; outer = outer->outer) {
+    if (outer->schema == place.schema && outer->instance == place.instance) {
+      return stop(place, place.via, nullptr, Trouble::kEndless);
+    }
+  }
+  return stop(place, place.via, nullptr, Trouble::kTooDeep);
+}
+
+bool Walker::conforms(Place& place, Marks* marks) {
+  if (!enter(place)) {
+    return false;
+  }
+  const json_type type = json_object_get_type(place.schema);
+  if (type == json_type_boolean) {
+    return json_object_get_boolean(place.schema) || fail(place, place.via, place.schema);
+  }
+  if (type != json_type_object) {
+    return stop(place, place.via, place.schema, Trouble::kBadSchema);
+  }
+  Slots slots;
+  if (!read(place, slots)) {
+    return false;
+  }
+  return slots.has(Slot::kUnevaluated) ? followMarking(place, slots, marks)
+                                       : followAll(place, slots, marks);
+}
+
+// The members come in any order, so one that changes what the others mean ($ref, $id, $schema) may
+// come after a rule that it would have made void. Only a rule that fails makes that matter: then these
+// three are looked for, and the schema read once more if one was missed.
+bool Walker::read(Place& place, Slots& slots) {
+  Reading reading = readOnce(place, slots, false);
+  if (reading == Reading::kAgain) {
+    slots = Slots{};
+    reading = readOnce(place, slots, true);
+  }
+  return reading == Reading::kHolds;
+}
+
+Walker::Reading Walker::readOnce(Place& place, Slots& slots, bool settled) {
+  if (settled && settle(place, slots)) {
+    return Reading::kHolds;
+  }
+  const Resource& resource = resources_.at(place.resource);
+  const unsigned instanceBit = typeBit(place.instance);
+  lh_table* const members = json_object_get_object(place.schema);
+  if (!effort().spend(static_cast<size_t>(lh_table_length(members)))) {
+    fail(place, Id::kNone, nullptr);
+    return Reading::kFails;
+  }
+  for (lh_entry* entry = lh_table_head(members); entry; entry = lh_entry_next(entry)) {
+    const Keyword* const keyword =
+        findKeyword(static_cast<const char*>(lh_entry_k(entry)), resource.draft);
+    if (!keyword || !applies(*keyword, resource)) {
+      continue;
+    }
+    json_object* const value = static_cast<json_object*>(lh_entry_v(entry));
+    const bool usable = (keyword->valueTypes & typeBit(value)) != 0;
+    if (keyword->slot == Slot::kNever) {
+      if ((keyword->id == Id::kId || keyword->id == Id::kSchema) && !settled && usable &&
+          belongsElsewhere(place)) {
+        return Reading::kAgain;
+      }
+    } else if (!usable || (keyword->slot == Slot::kNow && (keyword->appliesTo & instanceBit) &&
+                           !satisfies(place.instance, *keyword, value, place.schema,
+                                      resource.draft, workshop_))) {
+      if (!settled && belongsElsewhere(place)) {
+        return Reading::kAgain;
+      }
+      usable ? fail(place, keyword->id, value)
+             : stop(place, keyword->id, value, Trouble::kBadValue);
+      return Reading::kFails;
+    } else if (keyword->id == Id::kRef && isDraft7OrOlder(resource.draft)) {
+      slots = Slots{};
+      slots.fill(Slot::kRef, value);
+      return Reading::kHolds;
+    } else if (keyword->slot < Slot::kCount && (keyword->appliesTo & instanceBit)) {
+      slots.fill(keyword->slot, value);
+    }
+  }
+  return Reading::kHolds;
+}
+
+// Whether the schema starts a resource of its own, or a reference makes its other members void.
+bool Walker::belongsElsewhere(const Place& place) {
+  if (effort().stopped() && effort().trouble() != Trouble::kBadValue &&
+      effort().trouble() != Trouble::kBadPattern) {
+    return false;
+  }
+  return resources_.of(place.schema, place.resource) != place.resource ||
+         (isDraft7OrOlder(draftAt(place)) &&
+          json_object_object_get_ex(place.schema, "$ref", nullptr));
+}
+
+// Enters the resource that the schema starts. True when a reference is all that counts in it.
+bool Walker::settle(Place& place, Slots& slots) {
+  place.resource = resources_.of(place.schema, place.resource);
+  json_object* reference = nullptr;
+  if (isDraft7OrOlder(draftAt(place)) &&
+      json_object_object_get_ex(place.schema, "$ref", &reference) &&
+      json_object_get_type(reference) == json_type_string) {
+    slots.fill(Slot::kRef, reference);
+    return true;
+  }
+  return false;
+}
+
+bool Walker::followAll(const Place& place, const Slots& slots, Marks* marks) {
+  if (slots.has(Slot::kRef) && !followReference(place, slots[Slot::kRef], marks)) {
+    return false;
+  }
+  if (slots.has(Slot::kDynamicRef) && !followDynamic(place, slots[Slot::kDynamicRef], marks)) {
+    return false;
+  }
+  if (slots.any(Slot::kAllOf, Slot::kElse) && !followCombinations(place, slots, marks)) {
+    return false;
+  }
+  if (!slots.any(Slot::kProperties, Slot::kDependentSchemas)) {
+    return true;
+  }
+  return json_object_get_type(place.instance) == json_type_object
+             ? followObject(place, slots, marks)
+             : followArray(place, slots, marks);
+}
+
+// The unevaluated keywords see what everything else in this schema has marked, and mark the rest.
+bool Walker::followMarking(const Place& place, const Slots& slots, Marks* marks) {
+  json_object* const schema = slots[Slot::kUnevaluated];
+  Marks own(sizeOf(place.instance));
+  if (!effort().spend(own.words()) || !followAll(place, slots, &own)) {
+    return effort().stopped() && fail(place, Id::kNone, nullptr);
+  }
+  if (marks) {
+    marks->markAll();
+  }
+  return json_object_get_type(place.instance) == json_type_object
+             ? unevaluatedMembers(place, schema, own)
+             : unevaluatedElements(place, schema, own);
+}
+
+}  // namespace schema
+}  // namespace hearth
