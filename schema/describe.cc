@@ -211,7 +211,7 @@ std::string describeFailure(json_object* instance, Id keyword, json_object* valu
     case Id::kOneOf:
       return "must match exactly one of the alternatives, but matches more";
     default:
-      return "is not allowed here";  // a schema that is false
+      return "does not satisfy " + quoted(nameOf(keyword));
   }
 }
 

@@ -44,7 +44,9 @@ bool Walker::fail(const Place& place, Id keyword, json_object* value) {
   }
   if (wantsReport()) {
     record(place, keyword, value,
-           describeFailure(place.instance, keyword, value, place.schema, draftAt(place)));
+           value == place.schema
+               ? "is not allowed here"
+               : describeFailure(place.instance, keyword, value, place.schema, draftAt(place)));
   }
   return false;
 }

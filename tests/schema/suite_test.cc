@@ -22,6 +22,8 @@ struct Folder {
   Draft draft;
 };
 
+void PrintTo(const Folder& folder, std::ostream* out) { *out << folder.name; }
+
 class SuiteTest : public testing::TestWithParam<Folder> {};
 
 json_object* member(json_object* object, const char* name) {
