@@ -1,5 +1,4 @@
-// The configuration file: one table of its keys, in the order in which they are looked up, and one
-// walk over it.
+// The configuration file: one walk over the table of its keys.
 #include <algorithm>
 #include <cstdint>
 #include <cstdio>
@@ -8,6 +7,7 @@
 #include <new>
 #include <string>
 
+#include "config/config_keys.h"
 #include "hearth/be_config.h"
 #include "hearth/be_login_record.h"
 #include "json/file_read.h"
@@ -16,28 +16,6 @@
 
 namespace hearth {
 namespace {
-
-// The object that holds a key: the root, "system" in the root, "timer" in "system".
-enum Section { kRoot, kSystem, kTimer, kSectionCount };
-
-// What happens to the setting after its key, whether the key was read or not.
-enum class Then { kNothing, kPrefixUrlRewrite, kMinutesToSeconds };
-
-// A key and the setting that it goes to, a text or a number.
-struct Key {
-  Key(const char* keyName, std::string& setting, Section place = kRoot,
-      Then afterwards = Then::kNothing)
-      : name(keyName), text(&setting), section(place), then(afterwards) {}
-  Key(const char* keyName, int32_t& setting, Section place = kRoot,
-      Then afterwards = Then::kNothing)
-      : name(keyName), number(&setting), section(place), then(afterwards) {}
-
-  const char* name;
-  std::string* text = nullptr;
-  int32_t* number = nullptr;
-  Section section;
-  Then then;
-};
 
 bool getStringParam(json_object* object, const char* key, std::string& setting) {
   json_object* value = nullptr;
@@ -78,13 +56,21 @@ int32_t minutesToSeconds(int32_t minutes) {
       std::clamp<int64_t>(int64_t{60} * minutes, Limits::min(), Limits::max()));
 }
 
+void putBefore(std::string& setting, const std::string& prefix) {
+  try {
+    setting.insert(0, prefix);
+  } catch (const std::bad_alloc&) {
+    // The setting stays without its prefix.
+  }
+}
+
 json_object* objectIn(json_object* object, const char* name) {
   json_object* member = nullptr;
   json_object_object_get_ex(object, name, &member);
   return member;
 }
 
-// One reading of the file: the table, the walk over it, and what is read for this call alone.
+// One reading of the file, and what is read for this call alone.
 class Configuration {
  public:
   explicit Configuration(json_object* root) {
@@ -97,82 +83,48 @@ class Configuration {
   bool startsLoginRecords() const { return loginRecords_ == 1; }
 
  private:
-  void apply(const Key& key);
-  bool read(const Key& key) const;
-  void prefixUrlRewrite() const;
+  void apply(const ConfigKey& key);
+  void read(const ConfigKey& key, std::string* text, int32_t* number) const;
 
   json_object* sections_[kSectionCount];
-  std::string urlRewritePath_;
   int32_t loginRecords_ = 1;
 };
 
 void Configuration::apply() {
-  const Key keys[] = {
-      {"webserver_ports", BEConfig::WEBSERVER_PORTS},
-      {"ipv4_allow_ports", BEConfig::IPV4_ALLOW_PORTS},
-      {"ipv6_allow_ports", BEConfig::IPV6_ALLOW_PORTS},
-      {"lan_allow_ports", BEConfig::LAN_ALLOW_PORTS},
-      {"wan_allow_ports", BEConfig::WAN_ALLOW_PORTS},
-      {"wlan_allow_ports", BEConfig::WLAN_ALLOW_PORTS},
-      {"data_location", BEConfig::DATA_LOCATION},
-      {"webserver_docroot", BEConfig::WEBSERVER_DOCROOT},
-      {"url_rewrite_path", urlRewritePath_, kRoot, Then::kPrefixUrlRewrite},
-      {"download_storage", BEConfig::DOWNLOAD_STORAGE},
-      {"upload_storage", BEConfig::UPLOAD_STORAGE},
-      {"ssl_certification_file", BEConfig::SSL_CERTIFICATION_FILE},
-      {"enable_check_duplicate", BEConfig::ENABLE_CHECK_DUPLICATE},
-      {"duplicate_login_enable", BEConfig::DUPLICATE_LOGIN_ENABLE},
-      {"log_file", BEConfig::LOG_FILE},
-      {"enable_https", BEConfig::ENABLE_HTTPS},
-      {"repo_type", BEConfig::REPO_TYPE},
-      {"api_version", BEConfig::API_VERSION},
-      {"enable_multidb_mode", BEConfig::MULTIDB_MODE_ENABLE},
-      {"log_to_file", BEConfig::LOG_TO_FILE},
-      {"log_debug_enable", BEConfig::LOG_DEBUG_ENABLE},
-      {"log_warning_enable", BEConfig::LOG_WARNING_ENABLE},
-      {"log_info_enable", BEConfig::LOG_INFO_ENABLE},
-      {"log_error_enable", BEConfig::LOG_ERROR_ENABLE},
-      {"log_mask", BEConfig::LOG_MASK},
-      {"validation_on_response", BEConfig::VALIDATION_ON_RESPONSE},
-      {"enable_bruteforce_prevent", loginRecords_},
-      {"enable_cross_domain", BEConfig::ENABLE_CROSS_DOMAIN},
-      {"enable_bypass_token", BEConfig::ENABLE_BYPASS_TOKEN},
-      {"validation_on_request", BEConfig::VALIDATION_ON_REQUEST},
-      {"cleanup_time", BEConfig::AUTH_CLEANUP, kSystem, Then::kMinutesToSeconds},
-      {"domain_name", BEConfig::AUTH_SECRET_STR, kSystem},
-      {"session", BEConfig::AUTH_EXPIRATION, kTimer, Then::kMinutesToSeconds},
-  };
-  for (const Key& key : keys) {
-    apply(key);
+  for (const ConfigKey& key : kConfigKeys) {
+    if (sections_[key.section] != nullptr) {  // else it is passed over in silence, with its keys
+      apply(key);
+    }
   }
 }
 
-// A section that is not there is passed over in silence, with its keys.
-void Configuration::apply(const Key& key) {
-  if (sections_[key.section] == nullptr) {
-    return;
-  }
-  if (!read(key)) {
-    printf("Configuration is wrong, use default value for %s\n", key.name);
-  }
-  if (key.then == Then::kPrefixUrlRewrite) {
-    prefixUrlRewrite();
-  } else if (key.then == Then::kMinutesToSeconds) {
-    *key.number = minutesToSeconds(*key.number);
+// What follows a number or a prefix is done whether the key was read or not.
+void Configuration::apply(const ConfigKey& key) {
+  std::string prefix;
+  switch (key.use) {
+    case KeyUse::kPlain:
+      read(key, key.text, key.number);
+      break;
+    case KeyUse::kPrefixesUrlRewrite:
+      read(key, &prefix, nullptr);
+      putBefore(*key.text, prefix);
+      break;
+    case KeyUse::kMinutesToSeconds:
+      read(key, nullptr, key.number);
+      *key.number = minutesToSeconds(*key.number);
+      break;
+    case KeyUse::kStartsLoginRecords:
+      read(key, nullptr, &loginRecords_);
+      break;
   }
 }
 
-bool Configuration::read(const Key& key) const {
+void Configuration::read(const ConfigKey& key, std::string* text, int32_t* number) const {
   json_object* const object = sections_[key.section];
-  return key.text != nullptr ? getStringParam(object, key.name, *key.text)
-                             : getIntegerParam(object, key.name, *key.number);
-}
-
-void Configuration::prefixUrlRewrite() const {
-  try {
-    BEConfig::URL_REWRITE.insert(0, urlRewritePath_);
-  } catch (const std::bad_alloc&) {
-    // The default stays without its prefix.
+  const bool isRead = text != nullptr ? getStringParam(object, key.name, *text)
+                                      : getIntegerParam(object, key.name, *number);
+  if (!isRead) {
+    printf("Configuration is wrong, use default value for %s\n", key.name);
   }
 }
 
