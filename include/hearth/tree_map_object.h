@@ -124,6 +124,8 @@ class HEARTH_API TreeMapObject {
   // Logs the value at path ("" for the whole).
   void dump(const char* path);
 
+  // --- Fields ------------------------------------------------------------------------------------
+
   json_object* jobj;         // the value; may be null
   char key_obj[32];          // its member name or "[index]" in its container, cut at 31 characters
   json_object* jobj_parent;  // the container of a borrowed value; null when the handle owns it
