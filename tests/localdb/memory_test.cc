@@ -1,0 +1,87 @@
+// What the local database asks of the heap: nothing for a refused lock, and no more than it gets.
+#include <cstdlib>
+#include <new>
+
+#include "tests/localdb/database_fixture.h"
+
+namespace {
+
+// Of this thread: allocations made so far, and how many more succeed (negative: all do).
+thread_local int allocations = 0;
+thread_local int allowed = -1;
+
+void* allocate(std::size_t size) noexcept {
+  ++allocations;
+  if (allowed == 0) {
+    return nullptr;
+  }
+  --allowed;
+  return std::malloc(size);
+}
+
+}  // namespace
+
+void* operator new(std::size_t size) {
+  void* const memory = allocate(size);
+  return memory != nullptr ? memory : throw std::bad_alloc();
+}
+void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
+  return allocate(size);
+}
+void operator delete(void* memory) noexcept {
+  std::free(memory);
+}
+void operator delete(void* memory, std::size_t) noexcept {
+  std::free(memory);
+}
+void operator delete(void* memory, const std::nothrow_t&) noexcept {
+  std::free(memory);
+}
+
+namespace {
+
+using MemoryTest = DatabaseTest;
+constexpr char kSession[] = "a-session-key-that-is-longer-than-a-small-string";
+
+TEST_F(MemoryTest, IsNotTakenForARefusal) {
+  LocalDbCtrl::cloneNewDB(kSession);
+  const std::string longKey(1000, 'k');
+  for (const char* key : {kSession, "unknown, and longer than a small string", longKey.c_str()}) {
+    ASSERT_TRUE(lockAndCount(API_WIFI, key, 1)) << key;
+    const int taken = Thread().run([key] {
+      const int before = allocations;
+      EXPECT_EQ(LocalDbCtrl::lockDbObject(API_WIFI, "", key), nullptr);
+      return allocations - before;
+    });
+    EXPECT_EQ(taken, 0) << key;
+    EXPECT_EQ(LocalDbCtrl::unlockDbObject(API_WIFI, key), 0);
+  }
+}
+
+// Lets one allocation more succeed each time, until the operation does.
+template <typename Operation>
+int triesUntil(Operation succeeds) {
+  for (int tries = 0;; ++tries) {
+    allowed = tries;
+    const bool isDone = succeeds();
+    allowed = -1;
+    if (isDone) {
+      return tries;
+    }
+  }
+}
+
+TEST_F(MemoryTest, MayRunOut) {
+  LOCALDB_HANDLER* const usual = LocalDbCtrl::getDBByKey("default");
+  EXPECT_GT(triesUntil([] { return LocalDbCtrl::cloneNewDB(kSession) == 1; }), 2);
+  EXPECT_GT(triesUntil([] { return LocalDbCtrl::lockDbObject(API_WIFI, "radios", kSession); }), 0);
+  EXPECT_EQ(LocalDbCtrl::unlockDbObject(API_WIFI, kSession), 0);
+  EXPECT_EQ(LocalDbCtrl::getDBByKey("default"), usual);
+  EXPECT_GT(triesUntil([=] {
+              LocalDbCtrl::init();
+              return LocalDbCtrl::controllers.size() == 1;
+            }),
+            1);
+}
+
+}  // namespace
