@@ -74,7 +74,12 @@ int triesUntil(Operation succeeds) {
 TEST_F(MemoryTest, MayRunOut) {
   LOCALDB_HANDLER* const usual = LocalDbCtrl::getDBByKey("default");
   EXPECT_GT(triesUntil([] { return LocalDbCtrl::cloneNewDB(kSession) == 1; }), 2);
-  EXPECT_GT(triesUntil([] { return LocalDbCtrl::lockDbObject(API_WIFI, "radios", kSession); }), 0);
+  EXPECT_GT(triesUntil([] {
+              const std::unique_ptr<TreeMapObject> radios(
+                  LocalDbCtrl::lockDbObject(API_WIFI, "radios", kSession));
+              return radios != nullptr;
+            }),
+            1);
   EXPECT_EQ(LocalDbCtrl::unlockDbObject(API_WIFI, kSession), 0);
   EXPECT_EQ(LocalDbCtrl::getDBByKey("default"), usual);
   EXPECT_GT(triesUntil([=] {

@@ -24,6 +24,14 @@ std::string answerOf(const std::string& event) {
   return handle != nullptr ? "handle" : "null";
 }
 
+std::string answersOf(std::initializer_list<const char*> events) {
+  std::string answers;
+  for (const char* event : events) {
+    answers += answerOf(event);
+  }
+  return answers;
+}
+
 struct Transition {
   const char *from, *event, *file, *answer;
   LOCALDB_STATE_T to;
@@ -89,7 +97,7 @@ TEST_F(SlotTest, MovesAsTheTableSays) {
     // Nothing stays blocked, whatever the answer was.
     writeFile(kWifi, kFreshFile);
     LocalDbCtrl::unlockDbObject(kWifi, "default");
-    EXPECT_TRUE(Thread().run([] { return answerOf("lock ") + answerOf("unlock"); }) == "handle0");
+    EXPECT_EQ(Thread().run([] { return answersOf({"lock ", "unlock"}); }), "handle0");
   }
 }
 
@@ -107,9 +115,9 @@ TEST_F(SlotTest, KeepsUnsavedChangesInMemoryOnly) {
 
 TEST_F(SlotTest, LosesChangesWhoseWriteFails) {
   ASSERT_TRUE(lockAndCount(kWifi, "default", 1));
-  BEConfig::DATA_LOCATION = root_ + "/missing";
+  BEConfig::DATA_LOCATION = data_ / "missing";
   EXPECT_EQ(LocalDbCtrl::saveDbObject(API_WIFI, "default"), 2);
-  BEConfig::DATA_LOCATION = root_;
+  BEConfig::DATA_LOCATION = data_.path();
   EXPECT_EQ(stateOf(kWifi), LDB_NOT_INITIALIZED);
   EXPECT_EQ(fileHolds(kWifi, "count"), 0);
 }
@@ -121,9 +129,7 @@ TEST_F(SlotTest, RefusesWhatNamesNoSlot) {
   LocalDbCtrl::removeDB("default");
   std::string answers;
   EXPECT_EQ(protocolLinesOf([&] {
-              for (const char* event : {"lock ", "save", "unlock"}) {
-                answers += answerOf(event);
-              }
+              answers = answersOf({"lock ", "save", "unlock"});
             }),
             "ERROR: lockDbObject: there is no database handler\n"
             "ERROR: saveDbObject: there is no database handler\n"
@@ -136,9 +142,7 @@ TEST_F(SlotTest, IsOutOfReachForStrangers) {
   holder.run([] { ASSERT_TRUE(lockAndCount(kWifi, "default", 1)); });
   std::string answers;
   EXPECT_EQ(protocolLinesOf([&] {
-              for (const char* event : {"lock ", "save", "unlock"}) {
-                answers += answerOf(event);
-              }
+              answers = answersOf({"lock ", "save", "unlock"});
             }),
             "DEBUG: lockDbObject: start state=2\n"
             "WARN: lockDbObject: failed to access local database (1) in writing state\n"
