@@ -42,20 +42,21 @@ class Place {
   // False, with errno, when the path leads to no folder or its links go in circles.
   [[nodiscard]] bool find(const char* path);
 
+  // The folder alone; whatever has the name.
+  [[nodiscard]] bool enter(const char* path);
+
   int folder() const { return folder_.get(); }
   const char* name() const { return name_; }
   bool isNew() const { return isNew_; }
   // What has the name now, unless it is new.
   const struct stat& status() const { return status_; }
 
-  // The folder alone, for a search; the name may be anything.
-  [[nodiscard]] bool enter(const char* path);
-
  private:
   static constexpr int kMaxLinks = 40;
 
   [[nodiscard]] bool look();
   [[nodiscard]] bool follow();
+  bool isLink() const { return !isNew_ && S_ISLNK(status_.st_mode); }
 
   UniqueFd folder_{};
   char name_[NAME_MAX + 1] = "";
@@ -63,11 +64,18 @@ class Place {
   struct stat status_ {};
 };
 
+// What a link leads to is the system's to say first: some links in /proc lead where their text does
+// not.
 bool Place::find(const char* path) {
   if (!enter(path) || !look()) {
     return false;
   }
-  for (int links = 0; !isNew_ && S_ISLNK(status_.st_mode); ++links) {
+  struct stat target;
+  if (isLink() && stat(path, &target) == 0 && !S_ISREG(target.st_mode)) {
+    status_ = target;
+    return true;
+  }
+  for (int links = 0; isLink(); ++links) {
     if (links == kMaxLinks) {
       return fail(ELOOP);
     }
@@ -85,7 +93,7 @@ bool Place::enter(const char* path) {
   const std::size_t folderSize = static_cast<std::size_t>(name - path);
   const std::size_t nameSize = strlen(name);
   char folder[PATH_MAX] = ".";
-  if (folderSize >= sizeof(folder) || nameSize >= sizeof(name_)) {
+  if (folderSize + nameSize >= sizeof(folder) || nameSize >= sizeof(name_)) {
     return fail(ENAMETOOLONG);
   }
   if (folderSize > 0) {
@@ -101,9 +109,10 @@ bool Place::enter(const char* path) {
   return true;
 }
 
+// A path that ends in a slash names a folder, or nothing.
 bool Place::look() {
   if (name_[0] == '\0') {
-    return fail(ENOENT);
+    return fail(EISDIR);
   }
   isNew_ = fstatat(folder(), name_, &status_, AT_SYMLINK_NOFOLLOW) != 0;
   return !isNew_ || errno == ENOENT;
@@ -146,11 +155,9 @@ mode_t narrowed(mode_t mode, bool ownerIsKept, bool groupIsKept) {
 }
 
 // Gives the temporary the owner and the mode of the file that it replaces.
-bool inherit(int fd, const struct stat& old) {
-  struct stat made;
-  if (fstat(fd, &made) != 0) {
-    return false;
-  }
+bool inherit(const TemporaryFile& temporary, const struct stat& old) {
+  const int fd = temporary.fd();
+  const struct stat& made = temporary.status();
   bool ownerIsKept = made.st_uid == old.st_uid;
   bool groupIsKept = made.st_gid == old.st_gid;
   if (!ownerIsKept && fchown(fd, old.st_uid, old.st_gid) == 0) {
@@ -168,16 +175,17 @@ bool replaceRegular(const Place& place, const char* data, std::size_t size, Dura
   if (!place.isNew() && faccessat(place.folder(), place.name(), W_OK, AT_EACCESS) != 0) {
     return false;
   }
-  removeStraysOnFirstVisit(place.folder());
+  removeStraysIfChanged(place.folder());
   const bool isFlushed = durability == Durability::kFlushed;
   TemporaryFile temporary(place.folder());
   const bool isComplete = temporary.make(place.isNew() ? 0644 : 0600) &&
-                          (place.isNew() || inherit(temporary.fd(), place.status())) &&
+                          (place.isNew() || inherit(temporary, place.status())) &&
                           writeAll(temporary.fd(), data, size) &&
                           (!isFlushed || flush(temporary.fd()));
   if (!isComplete || !temporary.become(place.name())) {
     return false;
   }
+  expectNoStrays(place.folder());
   if (isFlushed) {
     flush(place.folder());
   }
@@ -193,19 +201,17 @@ bool writeStraight(const char* path, const char* data, std::size_t size) {
 }  // namespace
 
 bool replaceFile(const char* path, const char* data, std::size_t size, Durability durability) {
-  struct stat status;
+  Place place;
   if (path == nullptr) {
     return fail(EFAULT);
   }
-  const bool exists = stat(path, &status) == 0;
-  if (!exists && errno != ENOENT) {
+  if (!place.find(path)) {
     return false;
   }
-  if (exists && !S_ISREG(status.st_mode)) {
-    return S_ISDIR(status.st_mode) ? fail(EISDIR) : writeStraight(path, data, size);
+  if (place.isNew() || S_ISREG(place.status().st_mode)) {
+    return replaceRegular(place, data, size, durability);
   }
-  Place place;
-  return place.find(path) && replaceRegular(place, data, size, durability);
+  return S_ISDIR(place.status().st_mode) ? fail(EISDIR) : writeStraight(path, data, size);
 }
 
 bool replaceFileWithJson(const char* path, json_object* value, Durability durability) {

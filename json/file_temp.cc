@@ -42,12 +42,6 @@ bool isTemporaryName(const char* name) {
          strcmp(name + kPrefixSize + kDigitCount, kSuffix) == 0;
 }
 
-// Between its making and its locking, another's search may have found the file and removed it.
-bool isStillNamed(int fd) {
-  struct stat status;
-  return fstat(fd, &status) == 0 && status.st_nlink > 0;
-}
-
 void removeIfStray(int folder, const char* name) {
   const UniqueFd file(
       openat(folder, name, O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
@@ -58,33 +52,51 @@ void removeIfStray(int folder, const char* name) {
   }
 }
 
-// A crash leaves temporaries only in the folders of an earlier process, so one search per folder
-// and process finds them all. The last few folders are remembered; forgetting one costs a search.
+// The folders that were free of strays when last looked at, and the time of their last change then:
+// one that has not changed since needs no search. Forgetting a folder costs a search, no more.
 class SearchedFolders {
  public:
-  // True the first time that the folder is asked about.
-  bool isFirstVisit(int folder) {
-    struct stat status;
-    if (fstat(folder, &status) != 0) {
+  bool isUnchanged(int folder) {
+    struct stat now;
+    if (fstat(folder, &now) != 0) {
       return false;
     }
     const std::lock_guard<std::mutex> guard(mutex_);
-    for (const Folder& known : known_) {
-      if (known.device == status.st_dev && known.inode == status.st_ino) {
-        return false;
-      }
+    const Folder* const known = find(now);
+    return known != nullptr && known->changed.tv_sec == now.st_mtim.tv_sec &&
+           known->changed.tv_nsec == now.st_mtim.tv_nsec;
+  }
+
+  void remember(int folder) {
+    struct stat now;
+    if (fstat(folder, &now) != 0) {
+      return;
     }
-    known_[next_] = {status.st_dev, status.st_ino};
-    next_ = (next_ + 1) % kRemembered;
-    return true;
+    const std::lock_guard<std::mutex> guard(mutex_);
+    Folder* place = find(now);
+    if (place == nullptr) {
+      place = &known_[next_];
+      next_ = (next_ + 1) % kRemembered;
+    }
+    *place = {now.st_dev, now.st_ino, now.st_mtim};
   }
 
  private:
   struct Folder {
     dev_t device;
     ino_t inode;
+    timespec changed;
   };
   static constexpr unsigned kRemembered = 32;
+
+  Folder* find(const struct stat& status) {
+    for (Folder& known : known_) {
+      if (known.device == status.st_dev && known.inode == status.st_ino) {
+        return &known;
+      }
+    }
+    return nullptr;
+  }
 
   std::mutex mutex_;
   Folder known_[kRemembered] = {};
@@ -129,7 +141,9 @@ TemporaryFile::Outcome TemporaryFile::tryToMake(mode_t mode) {
   if (flock(file_.get(), LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK) {
     return Outcome::kTaken;
   }
-  return isStillNamed(file_.get()) ? Outcome::kMade : Outcome::kTaken;
+  // Between its making and its locking, another's search may have found it and removed it.
+  return fstat(file_.get(), &status_) == 0 && status_.st_nlink > 0 ? Outcome::kMade
+                                                                   : Outcome::kTaken;
 }
 
 bool TemporaryFile::become(const char* target) {
@@ -156,10 +170,14 @@ void removeStraysIn(int folder) {
   }
 }
 
-void removeStraysOnFirstVisit(int folder) {
-  if (searchedFolders.isFirstVisit(folder)) {
+void removeStraysIfChanged(int folder) {
+  if (!searchedFolders.isUnchanged(folder)) {
     removeStraysIn(folder);
   }
+}
+
+void expectNoStrays(int folder) {
+  searchedFolders.remember(folder);
 }
 
 }  // namespace hearth

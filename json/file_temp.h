@@ -7,7 +7,7 @@
 #ifndef HEARTH_JSON_FILE_TEMP_H
 #define HEARTH_JSON_FILE_TEMP_H
 
-#include <sys/types.h>
+#include <sys/stat.h>
 
 #include "log/unique_fd.h"
 
@@ -29,6 +29,8 @@ class TemporaryFile {
   [[nodiscard]] bool become(const char* target);
 
   int fd() const { return file_.get(); }
+  // As it was made.
+  const struct stat& status() const { return status_; }
 
  private:
   static constexpr int kNameSize = 8 + 16 + 4;
@@ -38,14 +40,17 @@ class TemporaryFile {
 
   const int folder_;
   UniqueFd file_;
+  struct stat status_ {};
   char name_[kNameSize + 1] = "";
 };
 
 // Removes the temporaries in the folder that nobody holds.
 void removeStraysIn(int folder);
 
-// The same, but only the first time in this process.
-void removeStraysOnFirstVisit(int folder);
+// The same, unless nothing has come into the folder or left it since expectNoStrays was called: so
+// a save does not list its folder every time, and still finds what another process's crash left.
+void removeStraysIfChanged(int folder);
+void expectNoStrays(int folder);
 
 }  // namespace hearth
 

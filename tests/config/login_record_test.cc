@@ -1,0 +1,237 @@
+#include <fcntl.h>
+#include <sys/mount.h>
+#include <sys/stat.h>
+
+#include <climits>
+#include <ctime>
+#include <thread>
+#include <vector>
+
+#include "config/login_wait.h"
+#include "hearth/be_config.h"
+#include "hearth/be_login_record.h"
+#include "hearth/logger.h"
+#include "json/json_ref.h"
+#include "tests/support/scratch.h"
+
+namespace hearth {
+namespace {
+
+constexpr char kFile[] = ".loginrecord.cfg";
+
+TEST(LoginWait, CountsDownFromThePenalty) {
+  constexpr time_t kNow = 1000000;
+  const struct {
+    int32_t attempts;
+    const char* last;
+    uint32_t wait;
+  } kCases[] = {
+      {4, "1000000", 0},
+      {-5, "1000000", 0},
+      {5, "1000000", 1},
+      {5, "999970", 1},
+      {5, "999941", 1},
+      {5, "999940", 0},
+      {7, "999875", 1},
+      {7, "999800", 0},
+      {7, "1000001", 3},
+      {7, "never", 0},
+      {7, "", 0},
+      {7, "-1", 3},
+      {7, " +999875x", 1},
+      {7, "99999999999999999999999", 3},
+      {INT32_MAX, "1000000", INT32_MAX - 4},
+  };
+  for (const auto& c : kCases) {
+    EXPECT_EQ(c.wait, waitMinutes(c.attempts, c.last, kNow)) << c.attempts << " " << c.last;
+  }
+}
+
+class LoginRecordTest : public Scratch {
+ protected:
+  LoginRecordTest() {
+    Logger::mask = 1;
+    Logger::enableFileLog = 0;
+    BELoginRecord::isRunning = false;
+  }
+
+  static std::string printed(const std::function<void()>& work) {
+    testing::internal::CaptureStdout();
+    work();
+    fflush(stdout);
+    return testing::internal::GetCapturedStdout();
+  }
+
+  // Starts the store on a file of this text.
+  static void startWith(const std::string& text) {
+    BELoginRecord::isRunning = false;
+    EXPECT_EQ("init: new record file is created\n", printed(BELoginRecord::init));
+    putText(kFile, text);
+  }
+
+  // "attempts/wait" of an address.
+  static std::string infoOf(const char* ipAddress) {
+    const LOGIN_ATTEMPT_INFO info = BELoginRecord::getAttempt(ipAddress);
+    return std::to_string(info.attempts) + "/" + std::to_string(info.waitMinutes);
+  }
+
+  // The file, with the current time, give or take a second, as NOW.
+  static std::string fileNow() {
+    std::string text = textOf(kFile);
+    const time_t now = time(nullptr);
+    for (time_t t = now - 1; t <= now; ++t) {
+      for (size_t at = 0; (at = text.find(std::to_string(t))) != std::string::npos;) {
+        text.replace(at, std::to_string(t).size(), "NOW");
+      }
+    }
+    return text;
+  }
+};
+
+constexpr char kOneRecord[] =
+    "[\n  {\n    \"ipAddress\":\"10.0.0.1\",\n    \"attempts\":%d,\n"
+    "    \"lastAttempt\":\"NOW\"\n  }\n]";
+
+std::string oneRecord(int attempts) {
+  char text[200];
+  snprintf(text, sizeof(text), kOneRecord, attempts);
+  return text;
+}
+
+TEST_F(LoginRecordTest, CountsPerAddress) {
+  EXPECT_EQ(1, BELoginRecord::setAttempt("10.0.0.1"));
+  EXPECT_EQ("1/0", infoOf("10.0.0.1"));
+  EXPECT_EQ(1, BELoginRecord::eraseAttempt("10.0.0.1"));
+  EXPECT_TRUE(namesIn(".").empty()) << "a stopped store touches nothing";
+
+  startWith("[]");
+  EXPECT_EQ("1/0", infoOf("10.0.0.1"));
+  const char* const kWaits[] = {"1/0", "2/0", "3/0", "4/0", "5/1", "6/2"};
+  for (int i = 0; i < 6; ++i) {
+    EXPECT_EQ(1, BELoginRecord::setAttempt("10.0.0.1"));
+    EXPECT_EQ(oneRecord(i + 1), fileNow());
+    EXPECT_EQ(kWaits[i], infoOf("10.0.0.1"));
+  }
+  const std::string before = textOf(kFile);
+  EXPECT_EQ(1, BELoginRecord::eraseAttempt("10.0.0.2"));
+  EXPECT_EQ(before, textOf(kFile));
+  EXPECT_EQ(1, BELoginRecord::eraseAttempt("10.0.0.1"));
+  EXPECT_EQ(oneRecord(0), fileNow());
+  EXPECT_EQ("0/0", infoOf("10.0.0.1"));
+  EXPECT_EQ("UTIL          | WARN: The process is running\n", printed(BELoginRecord::init));
+  EXPECT_EQ("deinit: erased record file\n", printed(BELoginRecord::deinit));
+  const JsonRef empty(json_object_new_array());
+  EXPECT_EQ(json_object_to_json_string_ext(empty.get(), JSON_C_TO_STRING_PRETTY), textOf(kFile));
+  EXPECT_TRUE(BELoginRecord::isRunning);
+}
+
+TEST_F(LoginRecordTest, KeepsWhatItDoesNotUnderstand) {
+  startWith(R"([1,{"ipAddress":5},{"ipAddress":"a\u0000"},{"x":1,"ipAddress":"a","y":2},)"
+            R"({"ipAddress":"a","attempts":9}])");
+  BELoginRecord::setAttempt("a");
+  BELoginRecord::setAttempt("A");
+  EXPECT_EQ(
+      "[\n  1,\n  {\n    \"ipAddress\":5\n  },\n  {\n    \"ipAddress\":\"a\\u0000\"\n  },\n"
+      "  {\n    \"x\":1,\n    \"ipAddress\":\"a\",\n    \"y\":2,\n    \"attempts\":1,\n"
+      "    \"lastAttempt\":\"NOW\"\n  },\n  {\n    \"ipAddress\":\"a\",\n    \"attempts\":9\n  },\n"
+      "  {\n    \"ipAddress\":\"A\",\n    \"attempts\":1,\n    \"lastAttempt\":\"NOW\"\n  }\n]",
+      fileNow());
+}
+
+TEST_F(LoginRecordTest, ReadsAnyRecord) {
+  const char kError[] = "UTIL          |ERROR: Something error occurred\n";
+  const struct {
+    const char *members, *info, *out;
+  } kCases[] = {
+      {R"("attempts":7,"lastAttempt":"1")", "7/0", ""},
+      {R"("attempts":7,"lastAttempt":1)", "7/0", ""},
+      {R"("attempts":7,"lastAttempt":{})", "7/0", ""},
+      {R"("attempts":7,"lastAttempt":"9999999999")", "7/3", ""},
+      {R"("attempts":7,"lastAttempt":null)", "7/3", kError},
+      {R"("attempts":7)", "7/3", kError},
+      {R"("attempts":4)", "4/0", ""},
+      {R"("lastAttempt":"1")", "0/0", ""},
+      {R"("attempts":"6","lastAttempt":"1")", "6/0", ""},
+      {R"("attempts":99999999999)", "2147483647/2147483643", kError},
+  };
+  for (const auto& c : kCases) {
+    startWith(std::string(R"([{"ipAddress":"a",)") + c.members + "}]");
+    EXPECT_EQ(c.out, printed([&c] { EXPECT_EQ(c.info, infoOf("a")) << c.members; })) << c.members;
+  }
+  BELoginRecord::setAttempt("a");
+  EXPECT_EQ("2147483647/2147483643", infoOf("a")) << "the count stays at its end";
+}
+
+TEST_F(LoginRecordTest, ABrokenFileStopsTheStore) {
+  const struct {
+    const char *text, *line;
+  } kCases[] = {{"", "Cannot access Database file\n"},
+                {"[", "Cannot access Database file\n"},
+                {"null", "Cannot access Database file\n"},
+                {"{}", "File has wrong format\n"},
+                {"\"[]\"", "File has wrong format\n"}};
+  void (*const kOperations[])() = {[] { EXPECT_EQ(1, BELoginRecord::setAttempt("a")); },
+                                   [] { EXPECT_EQ("1/0", infoOf("a")); },
+                                   [] { EXPECT_EQ(1, BELoginRecord::eraseAttempt("a")); }};
+  for (const auto& c : kCases) {
+    for (const auto& operation : kOperations) {
+      startWith(c.text);
+      EXPECT_EQ(std::string("UTIL          |ERROR: ") + c.line, printed(operation)) << c.text;
+      EXPECT_FALSE(BELoginRecord::isRunning);
+      EXPECT_EQ("", printed(operation));
+      EXPECT_EQ(c.text, textOf(kFile));
+    }
+  }
+  BELoginRecord::isRunning = true;
+  EXPECT_EQ("UTIL          |ERROR: Null ipaddress\n",
+            printed([] { EXPECT_EQ("1/0", infoOf(nullptr)); }));
+}
+
+TEST_F(LoginRecordTest, CannotStartWithoutItsFile) {
+  mkdir(kFile, 0777);
+  EXPECT_EQ("Fail to create record file\n", printed(BELoginRecord::init));
+  EXPECT_FALSE(BELoginRecord::isRunning);
+  EXPECT_EQ("Fail to create record file\n", printed(BELoginRecord::deinit));
+}
+
+TEST_F(LoginRecordTest, AFullDiskDoesNotStopIt) {
+  mkdir("disk", 0777);
+  if (mount("none", "disk", "tmpfs", 0, "size=64k") != 0) {
+    GTEST_SKIP() << "needs the right to mount";
+  }
+  std::filesystem::current_path("disk");
+  startWith("[]");
+  BELoginRecord::setAttempt("10.0.0.1");
+  const std::string filler(1 << 20, 'x');
+  putText("filler", filler);
+  BELoginRecord::setAttempt("10.0.0.1");
+  EXPECT_EQ(oneRecord(2), fileNow()) << "counted in the space that the file has";
+  for (int i = 0; i < 100; ++i) {
+    BELoginRecord::setAttempt(std::to_string(i).c_str());
+  }
+  EXPECT_EQ("2/0", infoOf("10.0.0.1")) << "what does not fit is lost, and nothing else";
+  startWith("[]");
+  EXPECT_EQ((std::set<std::string>{kFile, "filler"}), namesIn("."));
+  std::filesystem::current_path("..");
+  EXPECT_EQ(0, umount("disk"));
+}
+
+TEST_F(LoginRecordTest, CountsForManyThreads) {
+  startWith("[]");
+  std::vector<std::thread> threads;
+  for (int t = 0; t < 4; ++t) {
+    threads.emplace_back([] {
+      for (int i = 0; i < 25; ++i) {
+        BELoginRecord::setAttempt("a");
+        BELoginRecord::getAttempt("a");
+      }
+    });
+  }
+  for (std::thread& thread : threads) {
+    thread.join();
+  }
+  EXPECT_EQ("100/96", infoOf("a"));
+}
+
+}  // namespace
+}  // namespace hearth

@@ -1,0 +1,57 @@
+#include "config/uptime.h"
+
+#include <clocale>
+#include <ctime>
+
+#include "hearth/be_config.h"
+#include "tests/support/scratch.h"
+
+namespace hearth {
+namespace {
+
+using UptimeTest = Scratch;
+
+TEST_F(UptimeTest, IsTheFirstNumberInWholeSeconds) {
+  const struct {
+    const char* text;
+    int32_t seconds;
+  } kCases[] = {
+      {"12345.67 98765.43\n", 12345},
+      {"99.9999996 1\n", 100},
+      {"99.9999994", 99},
+      {"0.99", 0},
+      {" \t7", 7},
+      {"1e3", 1000},
+      {"-5.5", -5},
+      {"", 0},
+      {"\n", 0},
+      {"up 5", 0},
+      {".", 0},
+      {"12,9 3", 12},
+      {"2147483647.5", 2147483647},
+      {"2147483648", 2147483647},
+      {"1e300", 2147483647},
+      {"-1e300", INT32_MIN},
+      {"nan", 0},
+  };
+  for (const char* locale : {"C", "de_DE.UTF-8"}) {  // the second where it is installed
+    setlocale(LC_ALL, locale);
+    for (const auto& c : kCases) {
+      EXPECT_EQ(c.seconds, wholeSeconds(c.text)) << c.text;
+      putText("uptime", c.text);
+      EXPECT_EQ(c.seconds, wholeSecondsIn("uptime")) << c.text;
+    }
+    setlocale(LC_ALL, "C");
+  }
+  EXPECT_EQ(0, wholeSecondsIn("missing"));
+  EXPECT_EQ(0, wholeSecondsIn("."));
+}
+
+TEST_F(UptimeTest, IsTheSystems) {
+  timespec now{};
+  clock_gettime(CLOCK_BOOTTIME, &now);
+  EXPECT_NEAR(static_cast<double>(now.tv_sec), BEConfig::get_Session_Uptime(), 2);
+}
+
+}  // namespace
+}  // namespace hearth

@@ -1,0 +1,300 @@
+#include "json/file_replace.h"
+
+#include <fcntl.h>
+#include <json-c/json.h>
+#include <sys/file.h>
+#include <sys/stat.h>
+
+#include <atomic>
+#include <cerrno>
+#include <climits>
+#include <csignal>
+#include <thread>
+#include <vector>
+
+#include "json/file_temp.h"
+#include "json/json_ref.h"
+#include "json/nesting.h"
+#include "tests/support/scratch.h"
+
+namespace hearth {
+namespace {
+
+constexpr char kStray[] = ".hearth-0123456789abcdef.tmp";
+
+bool replaceText(const std::string& path, const std::string& text,
+                 Durability durability = Durability::kFlushed) {
+  return replaceFile(path.c_str(), text.data(), text.size(), durability);
+}
+
+struct stat statusOf(const std::string& path) {
+  struct stat status {};
+  lstat(path.c_str(), &status);
+  return status;
+}
+
+class FileReplaceTest : public Scratch {
+ protected:
+  FileReplaceTest() : mask_(umask(022)) {}
+  ~FileReplaceTest() override { umask(mask_); }
+
+  // The replacement fails with the error, and nothing in the folder is other than before.
+  static void expectRefused(const std::string& path, int error) {
+    const auto names = namesIn(".");
+    errno = 0;
+    EXPECT_FALSE(replaceText(path, "new")) << path;
+    EXPECT_EQ(error, errno) << path.substr(0, 80);
+    EXPECT_EQ(names, namesIn(".")) << path;
+  }
+
+ private:
+  const mode_t mask_;
+};
+
+TEST_F(FileReplaceTest, MakesOrReplacesTheFile) {
+  mkdir("folder", 0777);
+  const std::string longest(NAME_MAX, 'n');
+  for (const std::string& path :
+       {std::string("file"), folder() + "/absolute", std::string("folder/inside"),
+        std::string("folder//../up"), longest}) {
+    for (const std::string& text : {std::string("first, and longer"), std::string(),
+                                    std::string(300000, 'x'), std::string("a\0b", 3)}) {
+      for (const Durability durability : {Durability::kFlushed, Durability::kUnflushed}) {
+        EXPECT_TRUE(replaceText(path, text, durability)) << path << " " << strerror(errno);
+        EXPECT_EQ(text, textOf(path)) << path;
+      }
+    }
+  }
+  EXPECT_EQ((std::set<std::string>{"absolute", "file", "folder", "up", longest}), namesIn("."));
+}
+
+TEST_F(FileReplaceTest, KeepsOwnerAndModeAndMakesNewOnesWithTheUmask) {
+  const bool isRoot = geteuid() == 0;
+  for (const mode_t mode : {0600U, 0644U, 0660U, 0666U, 0755U, 0200U, 0444U, 04755U}) {
+    if (!isRoot && (mode & 0200U) == 0) {
+      continue;
+    }
+    putText("old", "old");
+    if (isRoot) {
+      ASSERT_EQ(0, chown("old", 1234, 5678));
+    }
+    chmod("old", mode);
+    const struct stat before = statusOf("old");
+    EXPECT_TRUE(replaceText("old", "new"));
+    const struct stat after = statusOf("old");
+    EXPECT_EQ(before.st_mode, after.st_mode) << std::oct << mode;
+    EXPECT_EQ(before.st_uid, after.st_uid);
+    EXPECT_EQ(before.st_gid, after.st_gid);
+    EXPECT_NE(before.st_ino, after.st_ino) << "one step";
+    unlink("old");
+  }
+  const mode_t kMasks[][2] = {{0, 0644}, {022, 0644}, {027, 0640}, {077, 0600}};
+  for (const auto& [mask, mode] : kMasks) {
+    umask(mask);
+    EXPECT_TRUE(replaceText("new", "new"));
+    EXPECT_EQ(mode, statusOf("new").st_mode & 07777U) << std::oct << mask;
+    unlink("new");
+  }
+}
+
+// As another user, in a folder of root's that takes everybody's files.
+TEST_F(FileReplaceTest, PermissionsBindWhoIsNotRoot) {
+  if (geteuid() != 0) {
+    GTEST_SKIP() << "needs root to become others";
+  }
+  chmod(".", 0777);
+  const struct {
+    uid_t owner;
+    gid_t group;
+    mode_t mode;
+    const char* result;  // the new mode, or null for a refusal
+  } kCases[] = {
+      {4000, 4000, 0444, nullptr}, {0, 0, 0644, nullptr},   {0, 4000, 0644, nullptr},
+      {4000, 4000, 0640, "640"},   {0, 4000, 0664, "664"},  {0, 0, 0666, "666"},
+      {0, 0, 0606, "600"},         {0, 0, 0646, "644"},     {4000, 0, 0660, "600"},
+      {4000, 0, 0604, "600"},      {0, 4000, 02664, "664"}, {0, 4000, 0466, "444"},
+  };
+  for (const auto& c : kCases) {
+    putText("file", "old");
+    ASSERT_EQ(0, chown("file", c.owner, c.group));
+    chmod("file", c.mode);
+    const Ended ended = inChild([] {
+      if (setegid(4000) == 0 && seteuid(4000) == 0) {
+        printf("%d", replaceText("file", "new") ? 1 : errno);
+      }
+    });
+    char mode[20];
+    snprintf(mode, sizeof(mode), "%o", statusOf("file").st_mode & 07777U);
+    SCOPED_TRACE(testing::Message() << c.owner << " " << c.group << std::oct << " " << c.mode);
+    EXPECT_EQ(c.result == nullptr ? std::to_string(EACCES) : "1", ended.out);
+    EXPECT_EQ(c.result == nullptr ? "old" : "new", textOf("file"));
+    EXPECT_EQ(c.result == nullptr ? c.owner : 4000, statusOf("file").st_uid);
+    if (c.result != nullptr) {
+      EXPECT_STREQ(c.result, mode);
+    }
+    unlink("file");
+  }
+}
+
+TEST_F(FileReplaceTest, FollowsLinksToTheirTarget) {
+  mkdir("folder", 0777);
+  mkdir("folder/sub", 0777);
+  putText("folder/target", "old");
+  symlink("folder/target", "direct");
+  symlink("../target", "folder/sub/up");
+  symlink("folder/sub/up", "chain");
+  symlink((folder() + "/folder/new").c_str(), "dangling");
+  symlink("folder/sub", "way");
+  for (const char* path : {"direct", "chain", "way/up", "folder/sub/../target"}) {
+    EXPECT_TRUE(replaceText(path, path));
+    EXPECT_EQ(path, textOf("folder/target"));
+  }
+  EXPECT_TRUE(replaceText("dangling", "made"));
+  EXPECT_EQ("made", textOf("folder/new"));
+  for (const char* link : {"direct", "chain", "dangling", "folder/sub/up"}) {
+    EXPECT_TRUE(S_ISLNK(statusOf(link).st_mode)) << link;
+  }
+  putText("one", "old");
+  ASSERT_EQ(0, link("one", "other"));
+  EXPECT_TRUE(replaceText("one", "new"));
+  EXPECT_EQ("old", textOf("other")) << "the other hard link keeps its document";
+}
+
+TEST_F(FileReplaceTest, RefusesWithoutTouchingAnything) {
+  mkdir("folder", 0777);
+  putText("file", "old");
+  symlink("loop", "loop");
+  symlink("missing/x", "astray");
+  mkfifo("pipe", 0666);
+  const std::string deepFolder = std::string(PATH_MAX, '/') + "file";
+  expectRefused("", EISDIR);
+  expectRefused("folder", EISDIR);
+  expectRefused("folder/", EISDIR);
+  expectRefused("..", EISDIR);
+  expectRefused("missing/file", ENOENT);
+  expectRefused("file/x", ENOTDIR);
+  expectRefused("loop", ELOOP);
+  expectRefused("astray", ENOENT);
+  expectRefused("pipe", ENXIO);
+  expectRefused("/dev/full", ENOSPC);
+  expectRefused("/proc/new", ENOENT);
+  expectRefused(std::string(NAME_MAX + 1, 'n'), ENAMETOOLONG);
+  expectRefused(deepFolder, ENAMETOOLONG);
+  EXPECT_FALSE(replaceFile(nullptr, "", 0, Durability::kFlushed));
+  removeStrayTemporaries(nullptr);
+  EXPECT_EQ("old", textOf("file"));
+}
+
+TEST_F(FileReplaceTest, WritesDevicesAndPipesStraight) {
+  EXPECT_TRUE(replaceText("/dev/null", "new"));
+  mkfifo("pipe", 0666);
+  std::string got;
+  std::thread reader([&got] { got = textOf("pipe"); });
+  const std::string text(1000000, 'x');
+  while (!replaceText("pipe", text)) {
+    ASSERT_EQ(ENXIO, errno);
+  }
+  reader.join();
+  EXPECT_EQ(text, got);
+  EXPECT_EQ("new", inChild([] { static_cast<void>(replaceText("/dev/stdout", "new")); }).out);
+}
+
+TEST_F(FileReplaceTest, StraysGoAndLiveOnesStay) {
+  const std::set<std::string> others = {".hearth-0123456789abcdeg.tmp", ".hearth-.tmp",
+                                        ".hearth-0123456789abcdef", "0123456789abcdef.tmp"};
+  for (const std::string& name : others) {
+    putText(name, "");
+  }
+  putText("target", "old");
+  putText(kStray, "");
+  symlink("target", ".hearth-aaaaaaaaaaaaaaaa.tmp");
+  const UniqueFd here(open(".", O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+  TemporaryFile live(here.get());
+  ASSERT_TRUE(live.make(0600));
+  EXPECT_TRUE(replaceText("target", "new"));
+  EXPECT_FALSE(namesIn(".").count(kStray));
+  EXPECT_EQ(others.size() + 3, namesIn(".").size()) << "others, target, link and the live one";
+  putText(kStray, "");
+  EXPECT_TRUE(replaceText("target", "new"));
+  EXPECT_FALSE(namesIn(".").count(kStray)) << "another process has crashed meanwhile";
+  putText(kStray, "");
+  removeStrayTemporaries((folder() + "/any").c_str());
+  EXPECT_FALSE(namesIn(".").count(kStray)) << "at a start";
+  EXPECT_TRUE(live.become("target"));
+  EXPECT_EQ(others.size() + 2, namesIn(".").size());
+}
+
+// Saves go on while others look for strays, and every reader meets a whole document.
+TEST_F(FileReplaceTest, IsWholeForEveryThread) {
+  std::atomic<int> failures{0};
+  std::atomic<bool> isOver{false};
+  replaceText("file", std::string(5000, '0'));
+  std::vector<std::thread> threads;
+  for (int t = 0; t < 2; ++t) {
+    threads.emplace_back([&failures, t] {
+      for (int i = 0; i < 200; ++i) {
+        failures += !replaceText("file", std::string(5000U + 40U * static_cast<unsigned>(i),
+                                                     static_cast<char>('0' + t)));
+      }
+    });
+  }
+  threads.emplace_back([&isOver] {
+    while (!isOver) {
+      removeStrayTemporaries("file");
+    }
+  });
+  threads.emplace_back([&failures, &isOver] {
+    while (!isOver) {
+      const std::string text = textOf("file");
+      failures += text.size() < 5000 || text.find_first_not_of(text[0]) != std::string::npos;
+    }
+  });
+  threads[0].join();
+  threads[1].join();
+  isOver = true;
+  threads[2].join();
+  threads[3].join();
+  EXPECT_EQ(0, failures);
+  EXPECT_EQ(std::set<std::string>{"file"}, namesIn("."));
+}
+
+TEST_F(FileReplaceTest, AKilledSaveLeavesAWholeFileAndAStrayAtMost) {
+  putText("file", std::string(100000, 'o'));
+  for (useconds_t delay = 200; delay < 20000; delay += 600) {
+    const pid_t child = fork();
+    if (child == 0) {
+      for (char c = 'a';; c = static_cast<char>('a' + (c - 'a' + 1) % 26)) {
+        static_cast<void>(replaceText("file", std::string(100000, c)));
+      }
+    }
+    usleep(delay);
+    kill(child, SIGKILL);
+    waitpid(child, nullptr, 0);
+    const std::string text = textOf("file");
+    ASSERT_EQ(std::string(100000, text[0]), text);
+    removeStrayTemporaries("file");
+    ASSERT_EQ(std::set<std::string>{"file"}, namesIn("."));
+  }
+}
+
+TEST_F(FileReplaceTest, JsonIsIndentedAndCanBeReadBack) {
+  const JsonRef value(json_tokener_parse(R"({"a":[1,{"b":"\u0000"}],"c":1.50})"));
+  ASSERT_EQ(0, json_object_to_file_ext("theirs", value.get(), JSON_C_TO_STRING_PRETTY));
+  EXPECT_TRUE(replaceFileWithJson("ours", value.get(), Durability::kFlushed));
+  EXPECT_EQ(textOf("theirs"), textOf("ours"));
+  EXPECT_FALSE(replaceFileWithJson("ours", nullptr, Durability::kFlushed));
+  json_object* nested = json_object_new_int(1);
+  for (int levels = 1; levels <= kParserNesting + 1; ++levels) {
+    json_object* const outer = json_object_new_array();
+    json_object_array_add(outer, nested);
+    nested = outer;
+    EXPECT_EQ(levels <= kParserNesting,
+              replaceFileWithJson("nested", nested, Durability::kFlushed));
+    const JsonRef back(json_object_from_file("nested"));
+    EXPECT_NE(nullptr, back);
+  }
+  json_object_put(nested);
+}
+
+}  // namespace
+}  // namespace hearth
