@@ -18,9 +18,9 @@ unsigned typesNamed(const char* name) {
     uint8_t types;
   };
   static constexpr Row kRows[] = {
-      {"string", 1 << json_type_string},   {"object", 1 << json_type_object},
-      {"integer", 1 << json_type_int},     {"boolean", 1 << json_type_boolean},
-      {"array", 1 << json_type_array},     {"number", 1 << json_type_int | 1 << json_type_double},
+      {"string", 1 << json_type_string}, {"object", 1 << json_type_object},
+      {"integer", 1 << json_type_int},   {"boolean", 1 << json_type_boolean},
+      {"array", 1 << json_type_array},   {"number", 1 << json_type_int | 1 << json_type_double},
       {"null", 1 << json_type_null},
   };
   for (const Row& row : kRows) {
@@ -32,9 +32,8 @@ unsigned typesNamed(const char* name) {
 }
 
 bool isOfType(json_object* instance, json_object* name, Draft draft, Effort& effort) {
-  const unsigned types = json_object_get_type(name) == json_type_string
-                             ? typesNamed(json_object_get_string(name))
-                             : 0;
+  const unsigned types =
+      json_object_get_type(name) == json_type_string ? typesNamed(json_object_get_string(name)) : 0;
   if (types == 0) {
     return effort.stop(Trouble::kBadValue);
   }
@@ -160,8 +159,7 @@ bool hasNoEqualElements(json_object* instance, json_object* wanted, Effort& effo
 }  // namespace
 
 std::string_view textOf(json_object* string) {
-  return {json_object_get_string(string),
-          static_cast<size_t>(json_object_get_string_len(string))};
+  return {json_object_get_string(string), static_cast<size_t>(json_object_get_string_len(string))};
 }
 
 size_t lengthOf(std::string_view text) {

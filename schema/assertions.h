@@ -24,9 +24,9 @@ std::string_view textOf(json_object* string);
 // How many characters (Unicode code points) a text has.
 size_t lengthOf(std::string_view text);
 
-// Whether the instance satisfies the keyword, which has `value` in `schema`. Requires that the keyword
-// applies to the instance and that the value's type is one of the keyword's. A value that cannot be
-// used stops the effort.
+// Whether the instance satisfies the keyword, which has `value` in `schema`. Requires that the
+// keyword applies to the instance and that the value's type is one of the keyword's. A value that
+// cannot be used stops the effort.
 [[nodiscard]] bool satisfies(json_object* instance, const Keyword& keyword, json_object* value,
                              json_object* schema, Draft draft, Workshop& workshop);
 

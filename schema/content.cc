@@ -52,8 +52,8 @@ bool isJson(std::string_view text) {
   }
   json_tokener_set_flags(tokener, JSON_TOKENER_STRICT);
   // The NUL that ends the text ends the document too.
-  json_object* const value = json_tokener_parse_ex(tokener, std::string(text).c_str(),
-                                                   static_cast<int>(text.size()) + 1);
+  json_object* const value =
+      json_tokener_parse_ex(tokener, std::string(text).c_str(), static_cast<int>(text.size()) + 1);
   const bool whole = json_tokener_get_error(tokener) == json_tokener_success &&
                      json_tokener_get_parse_end(tokener) >= text.size();
   json_object_put(value);
@@ -65,8 +65,7 @@ bool isJson(std::string_view text) {
 
 bool isEncoded(std::string_view text, std::string_view encoding, Effort& effort) {
   std::string decoded;
-  return encoding != "base64" ||
-         (effort.spend(text.size() / 4) && decodeBase64(text, &decoded));
+  return encoding != "base64" || (effort.spend(text.size() / 4) && decodeBase64(text, &decoded));
 }
 
 bool isOfMediaType(std::string_view text, std::string_view type, json_object* schema,

@@ -35,7 +35,9 @@ const char* typeNamed(json_object* value) {
   }
 }
 
-std::string quoted(const char* text) { return std::string("\"") + text + '"'; }
+std::string quoted(const char* text) {
+  return std::string("\"") + text + '"';
+}
 
 std::string counted(size_t count, const char* noun) {
   return std::to_string(count) + ' ' + noun + (count == 1 ? "" : "s");
@@ -135,7 +137,8 @@ std::string shown(json_object* value) {
     return "an array of " + counted(json_object_array_length(value), "element");
   }
   if (json_object_get_type(value) == json_type_object) {
-    return "an object of " + counted(static_cast<size_t>(json_object_object_length(value)), "member");
+    return "an object of " +
+           counted(static_cast<size_t>(json_object_object_length(value)), "member");
   }
   if (json_object_get_type(value) != json_type_string) {
     return json_object_to_json_string_ext(value, JSON_C_TO_STRING_PLAIN);
@@ -163,8 +166,9 @@ std::string describeFailure(json_object* instance, Id keyword, json_object* valu
     case Id::kMultipleOf:
       return describeBound(instance, "a multiple of", value);
     case Id::kMaximum:
-      return describeBound(
-          instance, isExclusive(schema, "exclusiveMaximum", draft) ? "less than" : "at most", value);
+      return describeBound(instance,
+                           isExclusive(schema, "exclusiveMaximum", draft) ? "less than" : "at most",
+                           value);
     case Id::kMinimum:
       return describeBound(
           instance, isExclusive(schema, "exclusiveMinimum", draft) ? "more than" : "at least",

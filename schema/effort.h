@@ -14,19 +14,19 @@ namespace schema {
 enum class Trouble : uint8_t {
   kNone,
   kTooDeep,
-  kEndless,        // a reference that leads back to itself
+  kEndless,  // a reference that leads back to itself
   kTooMuchWork,
   kNoMemory,
-  kBadSchema,      // neither an object nor a boolean
-  kBadValue,       // of a keyword
-  kUnresolved,     // a reference
+  kBadSchema,   // neither an object nor a boolean
+  kBadValue,    // of a keyword
+  kUnresolved,  // a reference
   kBadPattern,
   kPatternLimit,
   kUnknownVocabulary,
 };
 
-// Schemas, and containers inside the values that are compared, stand at most this deep in each other.
-// 128 KiB of stack hold it many times over in an optimized build.
+// Schemas, and containers inside the values that are compared, stand at most this deep in each
+// other. 128 KiB of stack hold it many times over in an optimized build.
 constexpr unsigned kMaxDepth = 128;
 
 class Effort {
@@ -52,8 +52,8 @@ class Effort {
   [[nodiscard]] Trouble trouble() const { return trouble_; }
 
  private:
-  // A step is a keyword looked at, a value compared, a member visited: some tens of nanoseconds on a
-  // desk computer, so that the whole is less than a second there. A request takes thousands.
+  // A step is a keyword looked at, a value compared, a member visited: some tens of nanoseconds on
+  // a desk computer, so that the whole is less than a second there. A request takes thousands.
   size_t left_ = 10'000'000;
   Trouble trouble_ = Trouble::kNone;
 };

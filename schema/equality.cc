@@ -13,7 +13,9 @@ namespace hearth {
 namespace schema {
 namespace {
 
-bool isNumber(json_type type) { return type == json_type_int || type == json_type_double; }
+bool isNumber(json_type type) {
+  return type == json_type_int || type == json_type_double;
+}
 
 bool sameText(json_object* left, json_object* right) {
   const int size = json_object_get_string_len(left);

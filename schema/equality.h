@@ -1,5 +1,5 @@
-// When two JSON values are the same value: numbers by their value (1 is 1.0), objects in any order of
-// their members, and never across types (false is not 0).
+// When two JSON values are the same value: numbers by their value (1 is 1.0), objects in any order
+// of their members, and never across types (false is not 0).
 #ifndef HEARTH_SCHEMA_EQUALITY_H
 #define HEARTH_SCHEMA_EQUALITY_H
 

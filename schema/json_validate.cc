@@ -7,7 +7,7 @@
 
 #include <cerrno>
 #include <climits>
-#include <new>
+#include <exception>
 #include <string>
 
 #include "schema/validate.h"
@@ -26,9 +26,9 @@ bool validate(json_object* instance, json_object* schema, Violation* violation,
     if (violation) {
       *violation = std::move(found);
     }
-  } catch (const std::bad_alloc&) {
+  } catch (const std::exception&) {  // memory ran out
     if (violation) {
-      violation->message.clear();
+      *violation = Violation();
     }
   }
   return false;
@@ -103,7 +103,7 @@ int json_validate_instance_from_file(const char* instanceFile, const char* schem
     const hearth::schema::Document schema(schemaFile);
     return instance.isRead() && schema.isRead() &&
            hearth::schema::validate(instance.value(), schema.value());
-  } catch (const std::bad_alloc&) {
+  } catch (const std::exception&) {
     return 0;
   }
 }

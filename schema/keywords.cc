@@ -24,7 +24,8 @@ constexpr Keyword kKeywords[] = {
     {"id", Id::kId, k4, kAny, kAny, Slot::kNever, Below::kNothing, kCore},
     {"$id", Id::kId, kFrom6, kAny, kStr, Slot::kNever, Below::kNothing, kCore},
     {"$ref", Id::kRef, kAll, kAny, kStr, Slot::kRef, Below::kNothing, kCore},
-    {"$recursiveRef", Id::kRecursiveRef, k19, kAny, kStr, Slot::kDynamicRef, Below::kNothing, kCore},
+    {"$recursiveRef", Id::kRecursiveRef, k19, kAny, kStr, Slot::kDynamicRef, Below::kNothing,
+     kCore},
     {"$dynamicRef", Id::kDynamicRef, k20, kAny, kStr, Slot::kDynamicRef, Below::kNothing, kCore},
     {"definitions", Id::kDefinitions, kAll, kAny, kAny, Slot::kNever, Below::kMap, kCore},
     {"$defs", Id::kDefinitions, kFrom19, kAny, kAny, Slot::kNever, Below::kMap, kCore},
@@ -112,7 +113,9 @@ constexpr size_t kLongestName = sizeof(Keyword::name) - 1;
 constexpr unsigned step(unsigned hash, char c) {
   return hash * 33U + static_cast<unsigned char>(c);
 }
-constexpr size_t bucketOf(unsigned hash) { return (hash ^ (hash >> 7)) % kBuckets; }
+constexpr size_t bucketOf(unsigned hash) {
+  return (hash ^ (hash >> 7)) % kBuckets;
+}
 
 constexpr std::array<uint8_t, kBuckets> makeBuckets() {
   std::array<uint8_t, kBuckets> buckets{};

@@ -1,6 +1,6 @@
-// What the language's keywords are, as a table: in which drafts a keyword exists, to which values it
-// applies, what its own value may be, where schemas stand below it, and when the walk turns to it.
-// The walk, the index of identifiers and the built-in metaschemas all read this one table.
+// What the language's keywords are, as a table: in which drafts a keyword exists, to which values
+// it applies, what its own value may be, where schemas stand below it, and when the walk turns to
+// it. The walk, the index of identifiers and the built-in metaschemas all read this one table.
 #ifndef HEARTH_SCHEMA_KEYWORDS_H
 #define HEARTH_SCHEMA_KEYWORDS_H
 
@@ -15,27 +15,82 @@ namespace schema {
 
 enum class Id : uint8_t {
   kNone,
-  kSchema, kId, kRef, kDynamicRef, kRecursiveRef, kDefinitions,
-  kType, kEnum, kConst,
-  kMultipleOf, kMaximum, kExclusiveMaximum, kMinimum, kExclusiveMinimum,
-  kMaxLength, kMinLength, kPattern, kFormat, kContentEncoding, kContentMediaType,
-  kMaxItems, kMinItems, kUniqueItems,
-  kMaxProperties, kMinProperties, kRequired, kDependentRequired,
-  kAllOf, kAnyOf, kOneOf, kNot, kIf, kThen, kElse,
-  kProperties, kPatternProperties, kAdditionalProperties, kPropertyNames, kDependencies,
-  kDependentSchemas, kUnevaluatedProperties,
-  kItems, kPrefixItems, kAdditionalItems, kContains, kMinContains, kMaxContains, kUnevaluatedItems,
+  kSchema,
+  kId,
+  kRef,
+  kDynamicRef,
+  kRecursiveRef,
+  kDefinitions,
+  kType,
+  kEnum,
+  kConst,
+  kMultipleOf,
+  kMaximum,
+  kExclusiveMaximum,
+  kMinimum,
+  kExclusiveMinimum,
+  kMaxLength,
+  kMinLength,
+  kPattern,
+  kFormat,
+  kContentEncoding,
+  kContentMediaType,
+  kMaxItems,
+  kMinItems,
+  kUniqueItems,
+  kMaxProperties,
+  kMinProperties,
+  kRequired,
+  kDependentRequired,
+  kAllOf,
+  kAnyOf,
+  kOneOf,
+  kNot,
+  kIf,
+  kThen,
+  kElse,
+  kProperties,
+  kPatternProperties,
+  kAdditionalProperties,
+  kPropertyNames,
+  kDependencies,
+  kDependentSchemas,
+  kUnevaluatedProperties,
+  kItems,
+  kPrefixItems,
+  kAdditionalItems,
+  kContains,
+  kMinContains,
+  kMaxContains,
+  kUnevaluatedItems,
 };
 
 // When the walk turns to a keyword: at once while it reads the schema's members, or later, when it
-// has seen them all. What waits is kept in one slot each; the slots of objects and of arrays overlap,
-// an instance being one or the other.
+// has seen them all. What waits is kept in one slot each; the slots of objects and of arrays
+// overlap, an instance being one or the other.
 enum class Slot : uint8_t {
-  kRef, kDynamicRef, kAllOf, kAnyOf, kOneOf, kNot, kIf, kThen, kElse,
+  kRef,
+  kDynamicRef,
+  kAllOf,
+  kAnyOf,
+  kOneOf,
+  kNot,
+  kIf,
+  kThen,
+  kElse,
   kUnevaluated,
-  kProperties, kPatternProperties, kAdditionalProperties, kPropertyNames, kDependencies,
+  kProperties,
+  kPatternProperties,
+  kAdditionalProperties,
+  kPropertyNames,
+  kDependencies,
   kDependentSchemas,
-  kItems = kProperties, kPrefixItems, kAdditionalItems, kContains, kMinContains, kMaxContains,
+  kItems = kProperties,
+  kPrefixItems,
+  kAdditionalItems,
+  kContains,
+  kMinContains,
+  kMaxContains,
   kCount = kDependentSchemas + 1,
   kNow = kCount,  // checked at once
   kNever,         // says something about the schema, nothing about the instance
@@ -66,8 +121,12 @@ struct Keyword {
   uint8_t vocabulary;
 };
 
-constexpr unsigned draftBit(Draft draft) { return 1U << static_cast<unsigned>(draft); }
-inline unsigned typeBit(json_object* value) { return 1U << json_object_get_type(value); }
+constexpr unsigned draftBit(Draft draft) {
+  return 1U << static_cast<unsigned>(draft);
+}
+inline unsigned typeBit(json_object* value) {
+  return 1U << json_object_get_type(value);
+}
 
 // The keyword of that name in that draft, or null.
 const Keyword* findKeyword(const char* name, Draft draft);

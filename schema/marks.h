@@ -1,5 +1,6 @@
-// Which members or elements of one value some keyword has already looked at: what unevaluatedProperties
-// and unevaluatedItems leave alone. Kept only below a schema that has one of these two.
+// Which members or elements of one value some keyword has already looked at: what
+// unevaluatedProperties and unevaluatedItems leave alone. Kept only below a schema that has one of
+// these two.
 #ifndef HEARTH_SCHEMA_MARKS_H
 #define HEARTH_SCHEMA_MARKS_H
 

@@ -9,8 +9,10 @@ bool isMetaschema(std::string_view uri, Draft* draft) {
     Draft draft;
   };
   static constexpr Row kRows[] = {
-      {"json-schema.org/draft-04/schema", Draft::k4}, {"json-schema.org/draft-06/schema", Draft::k6},
-      {"json-schema.org/draft-07/schema", Draft::k7}, {"json-schema.org/draft/2019-09/", Draft::k2019},
+      {"json-schema.org/draft-04/schema", Draft::k4},
+      {"json-schema.org/draft-06/schema", Draft::k6},
+      {"json-schema.org/draft-07/schema", Draft::k7},
+      {"json-schema.org/draft/2019-09/", Draft::k2019},
       {"json-schema.org/draft/2020-12/", Draft::k2020},
   };
   const size_t scheme = uri.find("://");
@@ -27,7 +29,9 @@ bool isMetaschema(std::string_view uri, Draft* draft) {
   return false;
 }
 
-json_object* makeMetaschema(Draft) { return nullptr; }
+json_object* makeMetaschema(Draft) {
+  return nullptr;
+}
 
 }  // namespace schema
 }  // namespace hearth

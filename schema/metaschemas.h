@@ -9,8 +9,8 @@
 namespace hearth {
 namespace schema {
 
-// The draft whose metaschema (or a part of it) has this URI, with or without an empty fragment; false
-// when it is none of them.
+// The draft whose metaschema (or a part of it) has this URI, with or without an empty fragment;
+// false when it is none of them.
 [[nodiscard]] bool isMetaschema(std::string_view uri, Draft* draft);
 
 // The metaschema of a draft with all its parts embedded, as a value that the caller owns; null when

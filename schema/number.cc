@@ -26,8 +26,7 @@ Parts partsOf(double real) {
 }
 
 Parts partsOf(const Number& number) {
-  return number.isDouble ? partsOf(number.real)
-                         : Parts{number.negative, number.magnitude, false};
+  return number.isDouble ? partsOf(number.real) : Parts{number.negative, number.magnitude, false};
 }
 
 Order orderOf(bool less, bool greater) {
@@ -38,7 +37,7 @@ Order compareDoubles(double left, double right) {
   if (std::isnan(left) || std::isnan(right)) {
     return Order::kNone;
   }
-  return orderOf(left < right, left > right);
+  return orderOf(left<right, left> right);
 }
 
 Order reversed(Order order) {

@@ -1,6 +1,6 @@
-// JSON numbers, compared and divided as the numbers that their texts say. json-c holds an integer of
-// up to 64 bits with or without sign, or a double; converting the one into the other loses digits, so
-// nothing here does.
+// JSON numbers, compared and divided as the numbers that their texts say. json-c holds an integer
+// of up to 64 bits with or without sign, or a double; converting the one into the other loses
+// digits, so nothing here does.
 #ifndef HEARTH_SCHEMA_NUMBER_H
 #define HEARTH_SCHEMA_NUMBER_H
 
@@ -28,8 +28,8 @@ Order compare(const Number& left, const Number& right);
 // Whether it has no fraction, be it written as an integer or not.
 bool isIntegral(const Number& number);
 
-// Whether value is an integer times step, both taken as the shortest decimals that mean them: 19.99 is
-// a multiple of 0.01. Requires a step above 0.
+// Whether value is an integer times step, both taken as the shortest decimals that mean them: 19.99
+// is a multiple of 0.01. Requires a step above 0.
 bool isMultiple(const Number& value, const Number& step);
 
 // The count that a keyword such as maxLength gives, in *count; false when it is no integer or

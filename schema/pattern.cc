@@ -15,7 +15,9 @@ constexpr uint32_t kHeapLimitKiB = 4096;
 // for few.
 constexpr uint32_t kMatchLimits[] = {100, 5'000, 250'000};
 
-PCRE2_SPTR bytes(std::string_view text) { return reinterpret_cast<PCRE2_SPTR>(text.data()); }
+PCRE2_SPTR bytes(std::string_view text) {
+  return reinterpret_cast<PCRE2_SPTR>(text.data());
+}
 
 }  // namespace
 
@@ -61,8 +63,8 @@ bool Patterns::compile(std::string_view source, bool repeats, Compiled* entry) {
       PCRE2_UTF | PCRE2_DOLLAR_ENDONLY | PCRE2_MATCH_UNSET_BACKREF | PCRE2_ALLOW_EMPTY_CLASS;
   int error = 0;
   PCRE2_SIZE offset = 0;
-  entry->code = pcre2_compile(bytes(source), source.size(), kOptions, &error, &offset,
-                              compileContext_);
+  entry->code =
+      pcre2_compile(bytes(source), source.size(), kOptions, &error, &offset, compileContext_);
   if (!entry->code) {
     constexpr int kNoMemory = 121, kLookbehindNotFixed = 125;
     if (error == kNoMemory) {

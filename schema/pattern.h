@@ -1,5 +1,5 @@
-// Regular expressions in ECMA-262's flavour, matched by PCRE2. A pattern is compiled when it is first
-// needed and kept for the rest of the validation, in a cache of fixed size.
+// Regular expressions in ECMA-262's flavour, matched by PCRE2. A pattern is compiled when it is
+// first needed and kept for the rest of the validation, in a cache of fixed size.
 #ifndef HEARTH_SCHEMA_PATTERN_H
 #define HEARTH_SCHEMA_PATTERN_H
 
@@ -15,8 +15,8 @@
 namespace hearth {
 namespace schema {
 
-// The pattern in PCRE2's words, in *translated; false when it is no ECMA-262 pattern. *repeats tells
-// whether it holds a quantifier.
+// The pattern in PCRE2's words, in *translated; false when it is no ECMA-262 pattern. *repeats
+// tells whether it holds a quantifier.
 [[nodiscard]] bool translatePattern(std::string_view pattern, std::string* translated,
                                     bool* repeats);
 

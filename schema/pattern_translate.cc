@@ -1,12 +1,14 @@
 // From ECMA-262's regular expressions (with Unicode on) to PCRE2's. Most of both is the same. What
 // differs is rewritten (\s, ., \uXXXX, \p{Letter}, [ inside a class), and what PCRE2 would read as
-// something of its own is refused: inline options, atomic groups, possessive quantifiers, verbs, and
-// escapes such as \A or \Q.
+// something of its own is refused: inline options, atomic groups, possessive quantifiers, verbs,
+// and escapes such as \A or \Q.
 #include <cstdint>
 #include <cstdio>
 #include <cstring>
 
 #include "schema/pattern.h"
+#include "schema/reader.h"
+#include "schema/utf8.h"
 
 namespace hearth {
 namespace schema {
@@ -14,9 +16,10 @@ namespace {
 
 constexpr char kSpace[] = R"(\t-\r \x{a0}\x{1680}\x{2000}-\x{200a}\x{2028}\x{2029}\x{202f}\x{205f})"
                           R"(\x{3000}\x{feff})";
-constexpr char kNoSpace[] = R"(\x{0}-\x{8}\x{e}-\x{1f}!-\x{9f}\x{a1}-\x{167f}\x{1681}-\x{1fff})"
-                            R"(\x{200b}-\x{2027}\x{202a}-\x{202e}\x{2030}-\x{205e}\x{2060}-\x{2fff})"
-                            R"(\x{3001}-\x{fefe}\x{ff00}-\x{10ffff})";
+constexpr char kNoSpace[] =
+    R"(\x{0}-\x{8}\x{e}-\x{1f}!-\x{9f}\x{a1}-\x{167f}\x{1681}-\x{1fff})"
+    R"(\x{200b}-\x{2027}\x{202a}-\x{202e}\x{2030}-\x{205e}\x{2060}-\x{2fff})"
+    R"(\x{3001}-\x{fefe}\x{ff00}-\x{10ffff})";
 constexpr char kDot[] = R"([^\n\r\x{2028}\x{2029}])";
 
 // The long names of general categories, each with the short one that PCRE2 knows.
@@ -30,18 +33,9 @@ constexpr char kCategories[] =
     ";spaceseparator=Zs;lineseparator=Zl;paragraphseparator=Zp;other=C;control=Cc;cntrl=Cc"
     ";format=Cf;surrogate=Cs;privateuse=Co;unassigned=Cn;";
 
-bool isDigit(char c) { return c >= '0' && c <= '9'; }
-bool isLetter(char c) { return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z'); }
-
-int hexValue(char c) {
-  if (isDigit(c)) {
-    return c - '0';
-  }
-  const char lower = static_cast<char>(c | 0x20);
-  return lower >= 'a' && lower <= 'f' ? lower - 'a' + 10 : -1;
+bool isSurrogate(uint32_t c) {
+  return c >= 0xD800 && c <= 0xDFFF;
 }
-
-bool isSurrogate(uint32_t c) { return c >= 0xD800 && c <= 0xDFFF; }
 
 class Translator {
  public:
@@ -237,7 +231,11 @@ class Translator {
   bool codePoint(uint32_t* code) {
     const char c = peek(1);
     switch (c) {
-      case 't': case 'n': case 'v': case 'f': case 'r': {
+      case 't':
+      case 'n':
+      case 'v':
+      case 'f':
+      case 'r': {
         constexpr char kNames[] = "tnvfr";
         constexpr char kValues[] = "\t\n\v\f\r";
         *code = static_cast<uint32_t>(kValues[strchr(kNames, c) - kNames]);
@@ -323,7 +321,7 @@ class Translator {
     if (peek() != '-' || peek(1) == ']' || at_ + 1 >= in_.size()) {
       return emit(from, true);
     }
-    const size_t dash = at_++;
+    ++at_;
     uint32_t to = 0;
     const size_t before = out_.size();
     if (!classAtom(&to, &single)) {
@@ -333,7 +331,6 @@ class Translator {
       out_.insert(before, "\\-");
       return emit(from, true);
     }
-    (void)dash;
     if (from > to) {
       return false;
     }
@@ -381,21 +378,10 @@ class Translator {
 
   // Reads one character of the pattern itself; false when it is not UTF-8.
   bool utf8(uint32_t* code) {
-    const auto lead = static_cast<unsigned char>(peek());
-    const size_t size = lead < 0x80 ? 1 : lead < 0xE0 ? 2 : lead < 0xF0 ? 3 : 4;
-    *code = size == 1 ? lead : lead & (0x7FU >> size);
-    if ((lead & 0xC0) == 0x80) {
-      return false;
-    }
-    for (size_t i = 1; i < size; ++i) {
-      const auto next = static_cast<unsigned char>(peek(i));
-      if ((next & 0xC0) != 0x80) {
-        return false;
-      }
-      *code = *code << 6 | (next & 0x3FU);
-    }
-    at_ += size;
-    return *code <= 0x10FFFF;
+    std::string_view rest = in_.substr(at_);
+    const bool taken = takeUtf8(&rest, code);
+    at_ = in_.size() - rest.size();
+    return taken;
   }
 
   std::string_view in_;

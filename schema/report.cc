@@ -1,6 +1,6 @@
-// What the walk does when a rule fails. Nothing is written unless somebody asked for the violation, and
-// nothing for the failure of a trial, which is no violation. A reason that stops the whole validation is
-// always written, and is the last one.
+// What the walk does when a rule fails. Nothing is written unless somebody asked for the violation,
+// and nothing for the failure of a trial, which is no violation. A reason that stops the whole
+// validation is always written, and is the last one.
 #include <new>
 #include <utility>
 
@@ -36,7 +36,9 @@ unsigned instanceDepth(const Place& place) {
 
 }  // namespace
 
-bool Walker::wantsReport() const { return violation_ && quiet_ == 0 && !isFinal_; }
+bool Walker::wantsReport() const {
+  return violation_ && quiet_ == 0 && !isFinal_;
+}
 
 bool Walker::fail(const Place& place, Id keyword, json_object* value) {
   if (workshop_.effort.stopped()) {
@@ -71,8 +73,8 @@ bool Walker::failCount(const Place& place, Id keyword, json_object* value, size_
   return false;
 }
 
-// No alternative matched: the one whose failure lies deepest in the instance is likely the one that was
-// meant, and its reason is worth telling.
+// No alternative matched: the one whose failure lies deepest in the instance is likely the one that
+// was meant, and its reason is worth telling.
 bool Walker::failAlternatives(const Place& place, Id keyword, json_object* schemas) {
   if (!wantsReport()) {
     return false;

@@ -43,7 +43,9 @@ std::string_view textMember(json_object* object, const char* name) {
   return json_object_get_string(member);
 }
 
-bool isObject(json_object* value) { return json_object_get_type(value) == json_type_object; }
+bool isObject(json_object* value) {
+  return json_object_get_type(value) == json_type_object;
+}
 
 Draft draftOf(json_object* schema, Draft around) {
   Draft draft = around;
@@ -96,8 +98,8 @@ Resources::~Resources() {
   }
 }
 
-// A $schema that is no known metaschema may name one that the document itself holds, which then tells
-// the draft and the vocabularies. Otherwise it tells nothing.
+// A $schema that is no known metaschema may name one that the document itself holds, which then
+// tells the draft and the vocabularies. Otherwise it tells nothing.
 void Resources::identify(ResourceIndex index) {
   json_object* const top = resources_[index].top;
   const std::string_view uri = textMember(top, "$schema");
@@ -265,8 +267,8 @@ void Resources::scanBelow(json_object* schema, ResourceIndex resource, const std
     if (!keyword || keyword->below == Below::kNothing) {
       continue;
     }
-    const bool manyBelow = keyword->below == Below::kMap ||
-                           keyword->below == Below::kMapOfSchemaOrNames;
+    const bool manyBelow =
+        keyword->below == Below::kMap || keyword->below == Below::kMapOfSchemaOrNames;
     if (json_object_get_type(value) == json_type_array) {
       for (size_t i = 0; i < json_object_array_length(value); ++i) {
         scan(json_object_array_get_idx(value, i), resource, base, depth + 1);

@@ -1,8 +1,8 @@
 // Where references lead. A document holds one schema resource, or several: a schema below with an
-// identifier of its own starts another one, with its own base URI, its own anchors and perhaps its own
-// draft. References of the form "#/a/b" are followed from the top of their resource and need nothing
-// else. The first reference of another form has the whole document searched once for identifiers and
-// anchors.
+// identifier of its own starts another one, with its own base URI, its own anchors and perhaps its
+// own draft. References of the form "#/a/b" are followed from the top of their resource and need
+// nothing else. The first reference of another form has the whole document searched once for
+// identifiers and anchors.
 #ifndef HEARTH_SCHEMA_RESOURCES_H
 #define HEARTH_SCHEMA_RESOURCES_H
 
@@ -95,8 +95,8 @@ class Resources {
   bool isIndexed_ = false;
   unsigned loaded_ = 0;  // a bit per Draft whose metaschemas are in
   std::vector<Resource> resources_;
-  std::vector<Entry> entries_;             // sorted by hash
-  std::vector<json_object*> builtIns_;     // owned
+  std::vector<Entry> entries_;          // sorted by hash
+  std::vector<json_object*> builtIns_;  // owned
   Followed followed_[kFollowed] = {};
 };
 

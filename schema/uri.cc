@@ -1,5 +1,7 @@
 #include "schema/uri.h"
 
+#include "schema/reader.h"
+
 namespace hearth {
 namespace schema {
 namespace {
@@ -68,14 +70,6 @@ std::string joined(std::string_view scheme, std::string_view authority, std::str
   out += authority;
   out += path;
   return out += query;
-}
-
-int hexValue(char c) {
-  if (c >= '0' && c <= '9') {
-    return c - '0';
-  }
-  const char lower = static_cast<char>(c | 0x20);
-  return lower >= 'a' && lower <= 'f' ? lower - 'a' + 10 : -1;
 }
 
 }  // namespace

@@ -80,8 +80,7 @@ bool Walker::contains(const Place& place, const Slots& slots, Marks* marks) {
     return failCount(place, named ? Id::kMinContains : Id::kContains,
                      slots[named ? Slot::kMinContains : Slot::kContains], found);
   }
-  return found <= most ||
-         failCount(place, Id::kMaxContains, slots[Slot::kMaxContains], found);
+  return found <= most || failCount(place, Id::kMaxContains, slots[Slot::kMaxContains], found);
 }
 
 bool Walker::unevaluatedElements(const Place& place, json_object* schema, const Marks& marks) {

@@ -7,8 +7,12 @@ namespace hearth {
 namespace schema {
 namespace {
 
-const char* nameOfMember(lh_entry* entry) { return static_cast<const char*>(lh_entry_k(entry)); }
-json_object* valueOf(lh_entry* entry) { return static_cast<json_object*>(lh_entry_v(entry)); }
+const char* nameOfMember(lh_entry* entry) {
+  return static_cast<const char*>(lh_entry_k(entry));
+}
+json_object* valueOf(lh_entry* entry) {
+  return static_cast<json_object*>(lh_entry_v(entry));
+}
 
 // Finds members by name, faster when they are asked for in the order in which they stand.
 class OrderedLookup {
@@ -149,8 +153,7 @@ bool Walker::unevaluatedMembers(const Place& place, json_object* schema, const M
   size_t position = 0;
   lh_table* const table = json_object_get_object(place.instance);
   for (lh_entry* entry = lh_table_head(table); entry; entry = lh_entry_next(entry), ++position) {
-    if (!marks.has(position) &&
-        !memberConforms(place, schema, entry, Id::kUnevaluatedProperties)) {
+    if (!marks.has(position) && !memberConforms(place, schema, entry, Id::kUnevaluatedProperties)) {
       return false;
     }
   }

@@ -40,8 +40,8 @@ bool Walker::followDynamic(const Place& place, json_object* reference, Marks* ma
                      marks);
 }
 
-// Of the resources on the way here with $recursiveAnchor at their top, the outermost, if the one that
-// the reference names is such a resource.
+// Of the resources on the way here with $recursiveAnchor at their top, the outermost, if the one
+// that the reference names is such a resource.
 Target Walker::recursiveTarget(const Place& place, json_object* reference) {
   Target target = resources_.resolve(reference, place.resource);
   if (!target.schema || !hasTrueMember(target.schema, "$recursiveAnchor")) {

@@ -4,7 +4,9 @@ namespace hearth {
 namespace schema {
 namespace {
 
-bool isDraft7OrOlder(Draft draft) { return draft <= Draft::k7; }
+bool isDraft7OrOlder(Draft draft) {
+  return draft <= Draft::k7;
+}
 
 // From 2020-12 on, a format is a remark unless the schema's vocabularies say that it is a rule.
 bool assertsFormats(const Resource& resource) {
@@ -21,7 +23,6 @@ size_t sizeOf(json_object* container) {
              ? static_cast<size_t>(json_object_object_length(container))
              : json_object_array_length(container);
 }
-
 
 }  // namespace
 
@@ -66,8 +67,8 @@ bool Walker::conforms(Place& place, Marks* marks) {
 }
 
 // The members come in any order, so one that changes what the others mean ($ref, $id, $schema) may
-// come after a rule that it would have made void. Only a rule that fails makes that matter: then these
-// three are looked for, and the schema read once more if one was missed.
+// come after a rule that it would have made void. Only a rule that fails makes that matter: then
+// these three are looked for, and the schema read once more if one was missed.
 bool Walker::read(Place& place, Slots& slots) {
   Reading reading = readOnce(place, slots, false);
   if (reading == Reading::kAgain) {
@@ -102,8 +103,8 @@ Walker::Reading Walker::readOnce(Place& place, Slots& slots, bool settled) {
         return Reading::kAgain;
       }
     } else if (!usable || (keyword->slot == Slot::kNow && (keyword->appliesTo & instanceBit) &&
-                           !satisfies(place.instance, *keyword, value, place.schema,
-                                      resource.draft, workshop_))) {
+                           !satisfies(place.instance, *keyword, value, place.schema, resource.draft,
+                                      workshop_))) {
       if (!settled && belongsElsewhere(place)) {
         return Reading::kAgain;
       }

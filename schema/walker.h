@@ -1,7 +1,7 @@
-// The walk over an instance and its schema at once. A schema is looked at in two steps: its members are
-// read once, and what concerns the instance alone is checked on the spot; what leads to other schemas
-// waits in a slot until all members are known, since some of it depends on its neighbours. Nothing is
-// compiled beforehand and nothing is allocated on the way.
+// The walk over an instance and its schema at once. A schema is looked at in two steps: its members
+// are read once, and what concerns the instance alone is checked on the spot; what leads to other
+// schemas waits in a slot until all members are known, since some of it depends on its neighbours.
+// Nothing is compiled beforehand and nothing is allocated on the way.
 #ifndef HEARTH_SCHEMA_WALKER_H
 #define HEARTH_SCHEMA_WALKER_H
 
@@ -22,14 +22,14 @@ namespace schema {
 // Where the walk stands: a value, the schema it is held against, and the way that led here. Places
 // live on the stack and form a list from the innermost one to the root.
 struct Place {
-  const Place* outer;     // null at the root
+  const Place* outer;  // null at the root
   json_object* schema;
   json_object* instance;
-  const char* member;     // the step from the outer place's instance: a member,
-  size_t element;         // an element, or none (kNoElement)
+  const char* member;  // the step from the outer place's instance: a member,
+  size_t element;      // an element, or none (kNoElement)
   ResourceIndex resource;
   uint16_t depth;
-  Id via;                 // the keyword that led here
+  Id via;  // the keyword that led here
 
   static constexpr size_t kNoElement = SIZE_MAX;
 
@@ -38,13 +38,18 @@ struct Place {
     return {this, other, instance, nullptr, kNoElement, resource, next(), keyword};
   }
   [[nodiscard]] Place memberPlace(json_object* other, lh_entry* entry, Id keyword) const {
-    return {this,       other,    static_cast<json_object*>(lh_entry_v(entry)),
+    return {this,
+            other,
+            static_cast<json_object*>(lh_entry_v(entry)),
             static_cast<const char*>(lh_entry_k(entry)),
-            kNoElement, resource, next(), keyword};
+            kNoElement,
+            resource,
+            next(),
+            keyword};
   }
   [[nodiscard]] Place elementPlace(json_object* other, size_t i, Id keyword) const {
-    return {this, other, json_object_array_get_idx(instance, i), nullptr, i, resource, next(),
-            keyword};
+    return {this,   other,  json_object_array_get_idx(instance, i), nullptr, i, resource,
+            next(), keyword};
   }
 
  private:
@@ -57,7 +62,9 @@ class Slots {
   [[nodiscard]] json_object* operator[](Slot slot) const {
     return values_[static_cast<size_t>(slot)];
   }
-  [[nodiscard]] bool has(Slot slot) const { return (filled_ >> static_cast<unsigned>(slot) & 1) != 0; }
+  [[nodiscard]] bool has(Slot slot) const {
+    return (filled_ >> static_cast<unsigned>(slot) & 1) != 0;
+  }
   [[nodiscard]] bool any(Slot first, Slot last) const {
     const unsigned below = (2U << static_cast<unsigned>(last)) - 1;
     return (filled_ & below) >> static_cast<unsigned>(first) != 0;
@@ -80,8 +87,8 @@ class Walker {
   [[nodiscard]] bool run(json_object* instance);
 
  private:
-  // Whether the place's instance conforms to its schema. With marks, also marks what of the instance
-  // was looked at.
+  // Whether the place's instance conforms to its schema. With marks, also marks what of the
+  // instance was looked at.
   bool conforms(Place& place, Marks* marks);
 
   // Steps of conforms(): read the members, settle what they belong to, follow what waits.
@@ -139,14 +146,16 @@ class Walker {
   void record(const Place& place, Id keyword, json_object* value, std::string message);
 
   Effort& effort() { return workshop_.effort; }
-  [[nodiscard]] Draft draftAt(const Place& place) const { return resources_.at(place.resource).draft; }
+  [[nodiscard]] Draft draftAt(const Place& place) const {
+    return resources_.at(place.resource).draft;
+  }
 
   Workshop workshop_;
   Resources resources_;
   Violation* violation_;
-  unsigned quiet_ = 0;        // trials around the walk, whose failures are not the answer
-  unsigned deepest_ = 0;      // how deep in the instance the recorded violation is
-  bool isFinal_ = false;      // what is recorded stopped the validation
+  unsigned quiet_ = 0;    // trials around the walk, whose failures are not the answer
+  unsigned deepest_ = 0;  // how deep in the instance the recorded violation is
+  bool isFinal_ = false;  // what is recorded stopped the validation
 };
 
 }  // namespace schema

@@ -1,5 +1,6 @@
 // Runs the official JSON Schema test suite. HEARTH_SCHEMA_SUITE names the folder that holds its
-// `tests`; without it there is nothing to run. A schema without $schema counts as its folder's draft.
+// `tests`; without it there is nothing to run. A schema without $schema counts as its folder's
+// draft.
 #include <gtest/gtest.h>
 #include <json-c/json.h>
 
@@ -22,7 +23,9 @@ struct Folder {
   Draft draft;
 };
 
-void PrintTo(const Folder& folder, std::ostream* out) { *out << folder.name; }
+void PrintTo(const Folder& folder, std::ostream* out) {
+  *out << folder.name;
+}
 
 class SuiteTest : public testing::TestWithParam<Folder> {};
 
@@ -55,20 +58,28 @@ struct Score {
   int all = 0;
 };
 
-void runGroup(const std::string& file, json_object* group, Draft draft, Score* score) {
+// Formats are remarks in 2020-12; what they mean is tested as 2019-09 has it.
+Draft draftToTest(const std::string& file, json_object* schema, Draft draft) {
+  if (draft != Draft::k2020 || file.find("optional/format/") != 0) {
+    return draft;
+  }
+  json_object_object_del(schema, "$schema");
+  return Draft::k2019;
+}
+
+void runGroup(const std::string& file, json_object* group, Draft folder, Score* score) {
+  const Draft draft = draftToTest(file, member(group, "schema"), folder);
   json_object* const tests = member(group, "tests");
-  const bool format = file.find("format/") != std::string::npos && draft == Draft::k2020;
   for (size_t i = 0; i < json_object_array_length(tests); ++i) {
     json_object* const test = json_object_array_get_idx(tests, i);
     if (isLeftOut(draft, file, text(group, "description"), text(test, "description"))) {
       continue;
     }
     Violation violation;
-    const bool valid =
-        validate(member(test, "data"), member(group, "schema"), &violation, draft);
+    const bool valid = validate(member(test, "data"), member(group, "schema"), &violation, draft);
     const bool expected = json_object_get_boolean(member(test, "valid"));
     ++score->all;
-    if (valid == expected || (format && valid)) {
+    if (valid == expected) {
       ++score->passed;
     } else {
       ADD_FAILURE() << file << ": " << text(group, "description") << ": "
