@@ -184,7 +184,8 @@ function leaf(path, name, value) {
     problem.hidden = false;
     input.setAttribute("aria-invalid", "true");
     say(`${name} was not saved.`, "bad");
-    input.focus();
+    form.scrollIntoView({ block: "center" });
+    input.focus({ preventScroll: true });
   });
   return form;
 }
