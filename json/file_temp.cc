@@ -141,9 +141,11 @@ TemporaryFile::Outcome TemporaryFile::tryToMake(mode_t mode) {
   if (flock(file_.get(), LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK) {
     return Outcome::kTaken;
   }
+  if (fstat(file_.get(), &status_) != 0) {
+    return Outcome::kFailed;
+  }
   // Between its making and its locking, another's search may have found it and removed it.
-  return fstat(file_.get(), &status_) == 0 && status_.st_nlink > 0 ? Outcome::kMade
-                                                                   : Outcome::kTaken;
+  return status_.st_nlink > 0 ? Outcome::kMade : Outcome::kTaken;
 }
 
 bool TemporaryFile::become(const char* target) {

@@ -38,9 +38,9 @@ inline std::set<std::string> namesIn(const std::string& folder) {
 // A new folder, which is the working folder while the test runs.
 class Scratch : public testing::Test {
  protected:
-  Scratch() : before_(std::filesystem::current_path()) {
-    char name[] = "/tmp/hearth-test-XXXXXX";
-    folder_ = mkdtemp(name);
+  explicit Scratch(const std::string& place = "/tmp")
+      : before_(std::filesystem::current_path()), folder_(place + "/hearth-test-XXXXXX") {
+    mkdtemp(folder_.data());
     std::filesystem::current_path(folder_);
   }
   ~Scratch() override {

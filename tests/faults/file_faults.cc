@@ -1,0 +1,141 @@
+// The names under which a program asks for files, each in the variants of 32-bit systems. No header
+// that declares them is included: their declarations differ from these in details only.
+#include "tests/faults/file_faults.h"
+
+#include <dlfcn.h>
+#include <sys/types.h>
+
+#include <cerrno>
+#include <type_traits>
+
+extern "C" int raise(int signal) noexcept;
+
+namespace {
+
+constexpr int kSigKill = 9;
+
+FileFault fault;
+int faultyCall = 0;
+int calls = 0;
+bool counts = false;
+
+bool isFaulty() {
+  return counts && ++calls >= faultyCall && faultyCall > 0 && (calls == faultyCall || fault.lasts);
+}
+
+template <typename Result, typename... Args>
+Result real(const char* name, Args... args) {
+  return reinterpret_cast<Result (*)(Args...)>(dlsym(RTLD_NEXT, name))(args...);
+}
+
+template <typename Result>
+Result failed() {
+  errno = fault.error;
+  if constexpr (std::is_pointer_v<Result>) {
+    return nullptr;
+  } else {
+    return static_cast<Result>(-1);
+  }
+}
+
+// Any call but those below: it does nothing when it fails.
+template <typename Result, typename... Args>
+Result call(const char* name, Args... args) {
+  if (isFaulty()) {
+    if (fault.error == FileFault::kKill) {
+      raise(kSigKill);
+    }
+    if (fault.error > 0) {
+      return failed<Result>();
+    }
+  }
+  return real<Result>(name, args...);
+}
+
+template <typename Buffer>
+ssize_t transfer(const char* name, int fd, Buffer buffer, size_t size) {
+  if (isFaulty()) {
+    if (fault.error > 0) {
+      return failed<ssize_t>();
+    }
+    size -= size / 2;
+    if (fault.error == FileFault::kKill) {
+      real<ssize_t>(name, fd, buffer, size);
+      raise(kSigKill);
+    }
+  }
+  return real<ssize_t>(name, fd, buffer, size);
+}
+
+}  // namespace
+
+void failFileCall(int nth, const FileFault& what) {
+  fault = what;
+  faultyCall = nth;
+  calls = 0;
+  counts = true;
+}
+
+int countedFileCalls() {
+  counts = false;
+  return calls;
+}
+
+#define CALL(result, name, parameters, ...)  \
+  extern "C" result name parameters {        \
+    return call<result>(#name, __VA_ARGS__); \
+  }
+
+#define OPEN(name)                                                               \
+  CALL(int, name, (const char* path, int flags, mode_t mode), path, flags, mode) \
+  CALL(int, name##64, (const char* path, int flags, mode_t mode), path, flags, mode)
+#define OPENAT(name) \
+  CALL(int, name, (int folder, const char* path, int flags, mode_t mode), folder, path, flags, mode)
+#define STAT(suffix)                                                                          \
+  CALL(int, stat##suffix, (const char* path, void* status), path, status)                     \
+  CALL(int, lstat##suffix, (const char* path, void* status), path, status)                    \
+  CALL(int, fstat##suffix, (int fd, void* status), fd, status)                                \
+  CALL(int, fstatat##suffix, (int folder, const char* path, void* status, int flags), folder, \
+       path, status, flags)
+
+OPEN(open)
+OPENAT(openat)
+OPENAT(openat64)
+STAT()
+STAT(64)
+CALL(void*, fopen, (const char* path, const char* mode), path, mode)
+CALL(void*, fopen64, (const char* path, const char* mode), path, mode)
+CALL(void*, fdopendir, (int fd), fd)
+CALL(void*, readdir, (void* folder), folder)
+CALL(void*, readdir64, (void* folder), folder)
+CALL(int, fsync, (int fd), fd)
+CALL(int, fdatasync, (int fd), fd)
+CALL(int, ftruncate, (int fd, long size), fd, size)
+CALL(int, ftruncate64, (int fd, long long size), fd, size)
+CALL(int, fchmod, (int fd, mode_t mode), fd, mode)
+CALL(int, fchown, (int fd, uid_t owner, gid_t group), fd, owner, group)
+CALL(int, flock, (int fd, int operation), fd, operation)
+CALL(int, faccessat, (int folder, const char* path, int mode, int flags), folder, path, mode, flags)
+CALL(int, rename, (const char* from, const char* to), from, to)
+CALL(int, renameat, (int from, const char* old, int to, const char* made), from, old, to, made)
+CALL(int, unlink, (const char* path), path)
+CALL(int, unlinkat, (int folder, const char* path, int flags), folder, path, flags)
+CALL(ssize_t, readlinkat, (int folder, const char* path, char* target, size_t size), folder, path,
+     target, size)
+
+extern "C" ssize_t read(int fd, void* data, size_t size) {
+  return transfer("read", fd, data, size);
+}
+extern "C" ssize_t write(int fd, const void* data, size_t size) {
+  return transfer("write", fd, data, size);
+}
+
+// Closes in any case, as the system does.
+extern "C" int close(int fd) {
+  const bool fails = isFaulty();
+  if (fails && fault.error == FileFault::kKill) {
+    raise(kSigKill);
+  }
+  const int closed = real<int>("close", fd);
+  return fails && fault.error > 0 ? failed<int>() : closed;
+}

@@ -1,0 +1,21 @@
+// Failing file calls, from outside the library: a shared library that stands between it and the C
+// library, and counts the calls on files that pass.
+#ifndef HEARTH_TESTS_FAULTS_FILE_FAULTS_H
+#define HEARTH_TESTS_FAULTS_FILE_FAULTS_H
+
+struct FileFault {
+  static constexpr int kHalf = -1;  // no failure: a read or a write moves half of what it could
+  static constexpr int kKill = -2;  // the process dies at the call, in the middle of a write
+
+  const char* name;
+  int error;   // what the call fails with, or one of the above
+  bool lasts;  // all later calls fail too
+};
+
+// The n-th call from now on meets the fault; none at 0.
+void failFileCall(int nth, const FileFault& fault);
+
+// Ends the counting; the calls since.
+int countedFileCalls();
+
+#endif
