@@ -11,10 +11,6 @@ bool isSpace(char c) {
   return c == ' ' || (c >= '\t' && c <= '\r');
 }
 
-bool isDigit(char c) {
-  return c >= '0' && c <= '9';
-}
-
 const char* skipSpace(const char* text, const char* end) {
   while (text != end && isSpace(*text)) {
     ++text;
@@ -61,14 +57,9 @@ IndexText readIndexText(const char* text, std::size_t size) {
   return result;
 }
 
-bool indexOfToken(const char* token, std::size_t length, uint32_t& index) {
-  constexpr std::size_t kShortest = 3;
-  if (length < kShortest) {
+bool indexOfAnyToken(const char* token, std::size_t length, uint32_t& index) {
+  if (length < kShortestIndexToken) {
     return false;
-  }
-  if (length == kShortest && isDigit(token[1])) {  // nearly every index in practice
-    index = static_cast<uint32_t>(token[1] - '0');
-    return true;
   }
   const IndexText read = readIndexText(token + 1, length - 2);
   if (read.hasLeftover) {

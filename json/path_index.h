@@ -27,7 +27,22 @@ struct IndexText {
 
 // The index of an index token of `length` characters. False when it carries none: it is shorter
 // than 3 characters, or blank inside.
-[[nodiscard]] bool indexOfToken(const char* token, std::size_t length, uint32_t& index);
+[[nodiscard]] bool indexOfAnyToken(const char* token, std::size_t length, uint32_t& index);
+
+inline bool isDigit(char c) {
+  return c >= '0' && c <= '9';
+}
+
+constexpr std::size_t kShortestIndexToken = 3;
+
+// The same; nearly every index in practice has one digit.
+[[nodiscard]] inline bool indexOfToken(const char* token, std::size_t length, uint32_t& index) {
+  if (length == kShortestIndexToken && isDigit(token[1])) {
+    index = static_cast<uint32_t>(token[1] - '0');
+    return true;
+  }
+  return indexOfAnyToken(token, length, index);
+}
 
 }  // namespace hearth
 

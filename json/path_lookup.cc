@@ -1,21 +1,99 @@
 #include "json/path_lookup.h"
 
 #include "json/path_index.h"
-#include "log/log.h"
 
 namespace hearth {
 namespace {
 
 constexpr char kOperation[] = "getJObj";
 
-}  // namespace
-
-PathLookup::PathLookup(json_object* root, const char* path)
-    : tokens_(root != nullptr && path != nullptr ? path : ""), debug_(logs(LOG_DEBUG)) {
-  outcome_ = walk(root, path);
+// The element at an index token; null, with its line, when there is none.
+json_object* findElement(json_object* array, const char* token, std::size_t size, uint32_t& index) {
+  if (!indexOfToken(token, size, index)) {
+    HEARTH_LOG(LOG_ERROR, "Wrong array index %s - size:%d\n", token, static_cast<int>(size));
+    return nullptr;
+  }
+  const json_type type = json_object_get_type(array);
+  if (type != json_type_array) {
+    HEARTH_LOG(LOG_ERROR, "Object is not array '%s'!\n", json_type_to_name(type));
+    return nullptr;
+  }
+  const std::size_t length = json_object_array_length(array);
+  if (length <= index) {
+    HEARTH_LOG(LOG_ERROR, "Request wrong index num=%d len=%d!\n", static_cast<int>(index),
+               static_cast<int>(length));
+    return nullptr;
+  }
+  json_object* const element = json_object_array_get_idx(array, index);
+  if (element == nullptr) {
+    HEARTH_LOG(LOG_ERROR, "Cannot get array index num=%d len=%d!\n", static_cast<int>(index),
+               static_cast<int>(length));
+  }
+  return element;
 }
 
+}  // namespace
+
+// A debug line of the walk; its arguments cost nothing when such lines are off.
+#define WALK_LOG(...)                                        \
+  do {                                                       \
+    if (debug_) {                                            \
+      Logger::print(LOG_DEBUG, LOG_GROUP_UTIL, __VA_ARGS__); \
+    }                                                        \
+  } while (false)
+
 PathLookup::Outcome PathLookup::walk(json_object* root, const char* path) {
+  const Token last = tokens_.begin() + tokens_.count() - 1;
+  json_object* previous = root;
+  json_object* current = root;
+  for (Token token = tokens_.begin();; ++token) {
+    const bool isFound = look(token, current);
+    if (token == last) {
+      end(token, current);
+      return isFound ? Outcome::kFound : Outcome::kMissing;
+    }
+    if (!isFound) {
+      WALK_LOG("%s: cannot found the object %s\n", kOperation, path);
+      end(token, previous);
+      return Outcome::kLostOnWay;
+    }
+    previous = current;
+    current = value_;
+  }
+}
+
+// Looks the token up in current.
+bool PathLookup::look(Token token, json_object* current) {
+  WALK_LOG("%s: Parse: idx=%d key=%s isEnd=%s\n", kOperation,
+           static_cast<int>(token - tokens_.begin()), *token, isLast(token) ? "true" : "false");
+  if (isIndexToken(*token)) {
+    value_ = findElement(current, *token, PathTokens::length(token), index_);
+    return value_ != nullptr;
+  }
+  if (json_object_object_get_ex(current, *token, &value_) == 0) {
+    return false;
+  }
+  if (debug_) {
+    logMember(token);
+  }
+  return true;
+}
+
+void PathLookup::logMember(Token token) const {
+  if (isLast(token)) {
+    WALK_LOG("%s: found the object %s\n", kOperation, *token);
+  } else {
+    WALK_LOG("%s: continue search next key\n", kOperation);
+  }
+}
+
+void PathLookup::end(Token token, json_object* parent) {
+  parent_ = parent;
+  HEARTH_LOG(LOG_INFO, "%s: FOUND parent=%p, key=%s\n", kOperation, static_cast<void*>(parent),
+             *token);
+}
+
+PathLookup::Outcome PathLookup::find(json_object* root, const char* path) {
   if (root == nullptr || path == nullptr) {
     HEARTH_LOG(LOG_ERROR, "%s: wrong params jobj=%p path=%p\n", kOperation,
                static_cast<void*>(root), static_cast<const void*>(path));
@@ -25,83 +103,11 @@ PathLookup::Outcome PathLookup::walk(json_object* root, const char* path) {
     value_ = root;
     return Outcome::kRoot;
   }
-  if (tokens_.count() == 0) {
+  if (!tokens_.cut(path)) {
     HEARTH_LOG(LOG_ERROR, "%s: no memory for the path\n", kOperation);
     return Outcome::kLostOnWay;
   }
-
-  json_object* current = root;
-  parent_ = root;
-  const std::size_t last = tokens_.count() - 1;
-  for (std::size_t position = 0;; ++position) {
-    json_object* child = nullptr;
-    const bool entered = enter(position, current, child);
-    if (!entered || position == last) {
-      if (position == last) {
-        parent_ = current;
-      } else if (debug_) {
-        Logger::print(LOG_DEBUG, LOG_GROUP_UTIL, "%s: cannot found the object %s\n", kOperation,
-                      path);
-      }
-      HEARTH_LOG(LOG_INFO, "%s: FOUND parent=%p, key=%s\n", kOperation, static_cast<void*>(parent_),
-                 tokens_[position]);
-      value_ = child;
-      return entered ? Outcome::kFound
-                     : (position == last ? Outcome::kMissing : Outcome::kLostOnWay);
-    }
-    parent_ = current;
-    current = child;
-  }
-}
-
-bool PathLookup::enter(std::size_t position, json_object* current, json_object*& child) {
-  const char* const token = tokens_[position];
-  const bool isEnd = position + 1 == tokens_.count();
-  if (debug_) {
-    Logger::print(LOG_DEBUG, LOG_GROUP_UTIL, "%s: Parse: idx=%d key=%s isEnd=%s\n", kOperation,
-                  static_cast<int>(position), token, isEnd ? "true" : "false");
-  }
-  if (isIndexToken(token)) {
-    return enterElement(position, current, child);
-  }
-  if (!json_object_object_get_ex(current, token, &child)) {
-    return false;
-  }
-  if (debug_) {
-    if (isEnd) {
-      Logger::print(LOG_DEBUG, LOG_GROUP_UTIL, "%s: found the object %s\n", kOperation, token);
-    } else {
-      Logger::print(LOG_DEBUG, LOG_GROUP_UTIL, "%s: continue search next key\n", kOperation);
-    }
-  }
-  return true;
-}
-
-bool PathLookup::enterElement(std::size_t position, json_object* current, json_object*& child) {
-  const char* const token = tokens_[position];
-  const std::size_t size = tokens_.length(position);
-  if (!indexOfToken(token, size, index_)) {
-    HEARTH_LOG(LOG_ERROR, "Wrong array index %s - size:%d\n", token, static_cast<int>(size));
-    return false;
-  }
-  const json_type type = json_object_get_type(current);
-  if (type != json_type_array) {
-    HEARTH_LOG(LOG_ERROR, "Object is not array '%s'!\n", json_type_to_name(type));
-    return false;
-  }
-  const std::size_t length = json_object_array_length(current);
-  if (length <= index_) {
-    HEARTH_LOG(LOG_ERROR, "Request wrong index num=%d len=%d!\n", static_cast<int>(index_),
-               static_cast<int>(length));
-    return false;
-  }
-  child = json_object_array_get_idx(current, index_);
-  if (child == nullptr) {
-    HEARTH_LOG(LOG_ERROR, "Cannot get array index num=%d len=%d!\n", static_cast<int>(index_),
-               static_cast<int>(length));
-    return false;
-  }
-  return true;
+  return walk(root, path);
 }
 
 }  // namespace hearth

@@ -11,6 +11,7 @@
 #include <cstdint>
 
 #include "json/path_tokens.h"
+#include "log/log.h"
 
 namespace hearth {
 
@@ -25,7 +26,8 @@ class PathLookup {
   };
 
   // Walks the path and logs each step.
-  PathLookup(json_object* root, const char* path);
+  PathLookup(json_object* root, const char* path)
+      : debug_(logs(LOG_DEBUG)), outcome_(find(root, path)) {}
 
   Outcome outcome() const { return outcome_; }
 
@@ -42,9 +44,14 @@ class PathLookup {
   uint32_t index() const { return index_; }
 
  private:
-  Outcome walk(json_object* root, const char* path);
-  bool enter(std::size_t position, json_object* current, json_object*& child);
-  bool enterElement(std::size_t position, json_object* current, json_object*& child);
+  using Token = PathTokens::Token;
+
+  Outcome find(json_object* root, const char* path);
+  [[gnu::always_inline]] inline Outcome walk(json_object* root, const char* path);
+  inline bool look(Token token, json_object* current);
+  inline void end(Token token, json_object* parent);
+  bool isLast(Token token) const { return *token == tokens_.last(); }
+  void logMember(Token token) const;
 
   PathTokens tokens_;
   const bool debug_;  // whether LOG_DEBUG lines are on, asked once per walk

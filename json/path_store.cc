@@ -15,11 +15,6 @@ namespace {
 constexpr char kShortName[] = "setJObj";
 constexpr char kOperation[] = "JsonData::setJObj";
 
-bool appendsToRoot(json_object* root, const char* path) {
-  return json_object_is_type(root, json_type_array) != 0 && path != nullptr && path[0] != '\0' &&
-         !isIndexToken(path);
-}
-
 // The path into a new element at the end of an array.
 struct AppendPath {
   AppendPath(json_object* array, const char* path) {
@@ -42,22 +37,15 @@ struct AppendPath {
     }                                                                \
   } while (false)
 
-PathStore::PathStore(json_object* root, const char* path, json_object* value)
-    : path_(path),
-      tokens_(appendsToRoot(root, path) ? AppendPath(root, path).text
-                                        : (path != nullptr ? path : "")),
-      value_(value),
-      debug_(logs(LOG_DEBUG)),
-      current_(root) {}
-
 bool PathStore::store() {
-  if (!isUsable()) {
+  if (!begin()) {
     return false;
   }
   // Taken first: a value that the tree already holds must survive the release of its old place.
   JsonRef reference(json_object_get(value_));
-  for (std::size_t position = 0; position < tokens_.count(); ++position) {
-    if (!step(position)) {
+  last_ = tokens_.begin() + tokens_.count() - 1;
+  for (token_ = tokens_.begin(); token_ <= last_; ++token_) {
+    if (!step()) {
       return false;
     }
   }
@@ -67,110 +55,112 @@ bool PathStore::store() {
   return true;
 }
 
-bool PathStore::isUsable() const {
+bool PathStore::begin() {
   if (current_ == nullptr || path_ == nullptr || path_[0] == '\0') {
     HEARTH_LOG(LOG_ERROR, "%s: wrong params jobj=%p path=%p\n", kOperation,
                static_cast<void*>(current_), static_cast<const void*>(path_));
     return false;
   }
-  if (tokens_.count() == 0) {
+  if (!tokens_.cut(appendsToRoot() ? AppendPath(current_, path_).text : path_)) {
     HEARTH_LOG(LOG_ERROR, "%s: no memory for the path\n", kOperation);
     return false;
   }
   return true;
 }
 
-bool PathStore::step(std::size_t position) {
-  const char* const token = tokens_[position];
-  const bool isEnd = position + 1 == tokens_.count();
-  position_ = position;
-  WALK_LOG("%s: Parse: idx=%d key=%s isEnd=%s\n", kShortName, static_cast<int>(position), token,
-           isEnd ? "true" : "false");
-  if (!(isIndexToken(token) ? indexStep(position, isEnd) : memberStep(token, isEnd))) {
-    return false;
-  }
-  previousKey_ = token;
-  return true;
+bool PathStore::appendsToRoot() const {
+  return json_object_is_type(current_, json_type_array) != 0 && !isIndexToken(path_);
 }
 
-bool PathStore::memberStep(const char* token, bool isEnd) {
-  return isEnd ? putMember(token) : enterMember(token);
+bool PathStore::step() {
+  WALK_LOG("%s: Parse: idx=%d key=%s isEnd=%s\n", kShortName, position(), *token_,
+           isLast() ? "true" : "false");
+  if (isIndexToken(*token_)) {
+    return indexStep();
+  }
+  return isLast() ? putMember() : enterMember();
 }
 
-bool PathStore::putMember(const char* token) {
-  WALK_LOG("%s: set jval to current object jcrr=%p jval=%p %s.%s\n", kOperation,
-           static_cast<void*>(current_), static_cast<void*>(value_), previousKey_, token);
-  if (refusesCycle(token)) {
-    return false;
-  }
-  if (json_object_is_type(current_, json_type_object) == 0 ||
-      json_object_object_add(current_, token, value_) != 0) {
-    HEARTH_LOG(LOG_ERROR, "%s: fail to add jval '%s' to jcrr=%p jprt=%p\n", kOperation, token,
-               static_cast<void*>(current_), static_cast<void*>(parent_));
-    return false;
-  }
-  return true;
-}
-
-bool PathStore::enterMember(const char* token) {
+// An object made by this walk is empty, so nothing has to be looked up in it.
+bool PathStore::enterMember() {
   json_object* child = nullptr;
-  isNew_ = json_object_object_get_ex(current_, token, &child) == 0;
-  WALK_LOG("%s: get child object at '%s.%s' isNew=%s\n", kOperation, previousKey_, token,
+  isNew_ = isNew_ || json_object_object_get_ex(current_, *token_, &child) == 0;
+  WALK_LOG("%s: get child object at '%s.%s' isNew=%s\n", kOperation, previousKey(), *token_,
            isNew_ ? "true" : "false");
-  if (isNew_ && !makeMember(token, child)) {
+  if (isNew_ && !makeMember(child)) {
     return false;
   }
   moveTo(child);
   return true;
 }
 
-bool PathStore::makeMember(const char* token, json_object*& child) {
-  WALK_LOG("%s: create new empty jchl to current object %s.%s\n", kOperation, previousKey_, token);
-  if (json_object_is_type(current_, json_type_object) != 0) {
-    JsonRef made(newContainer(json_object_new_object(), position_));
-    if (made != nullptr && json_object_object_add(current_, token, made.get()) == 0) {
-      child = made.release();
-      return true;
-    }
+bool PathStore::putMember() {
+  WALK_LOG("%s: set jval to current object jcrr=%p jval=%p %s.%s\n", kOperation,
+           static_cast<void*>(current_), static_cast<void*>(value_), previousKey(), *token_);
+  if (refusesCycle()) {
+    return false;
   }
-  HEARTH_LOG(LOG_ERROR, "%s: fail to add new object '%s'\n", kOperation, token);
-  return false;
+  if (!addMember(value_, isNew_)) {
+    HEARTH_LOG(LOG_ERROR, "%s: fail to add jval '%s' to jcrr=%p jprt=%p\n", kOperation, *token_,
+               static_cast<void*>(current_), static_cast<void*>(parent_));
+    return false;
+  }
+  return true;
 }
 
-bool PathStore::indexStep(std::size_t position, bool isEnd) {
-  const char* const token = tokens_[position];
+bool PathStore::makeMember(json_object*& child) {
+  WALK_LOG("%s: create new empty jchl to current object %s.%s\n", kOperation, previousKey(),
+           *token_);
+  JsonRef made(newContainer(json_object_new_object()));
+  if (made == nullptr || !addMember(made.get(), true)) {
+    HEARTH_LOG(LOG_ERROR, "%s: fail to add new object '%s'\n", kOperation, *token_);
+    return false;
+  }
+  child = made.release();
+  return true;
+}
+
+// Adds to the current value under the token; json-c takes objects only. A name that is known to be
+// new is not searched for.
+bool PathStore::addMember(json_object* member, bool isNewName) {
+  return json_object_is_type(current_, json_type_object) != 0 &&
+         json_object_object_add_ex(current_, *token_, member,
+                                   isNewName ? JSON_C_OBJECT_ADD_KEY_IS_NEW : 0U) == 0;
+}
+
+bool PathStore::indexStep() {
   uint32_t index = 0;
-  if (!indexOfToken(token, tokens_.length(position), index)) {
-    HEARTH_LOG(LOG_ERROR, "%s: wrong array format %s\n", kOperation, token);
+  if (!indexOfToken(*token_, PathTokens::length(token_), index)) {
+    HEARTH_LOG(LOG_ERROR, "%s: wrong array format %s\n", kOperation, *token_);
     return false;
   }
   if (json_object_is_type(current_, json_type_array) == 0 && !replaceByArray()) {
     return false;
   }
   if (json_object_array_length(current_) > index) {
-    return isEnd ? putElement(index, token) : enterElement(index, token);
+    return isLast() ? putElement(index) : enterElement(index);
   }
   WALK_LOG("%s: add new array element at %d '%s.%s'\n", kOperation, static_cast<int>(index),
-           previousKey_, token);
-  return isEnd ? appendValue(index) : appendObject(index);
+           previousKey(), *token_);
+  return isLast() ? appendValue(index) : appendObject(index);
 }
 
 bool PathStore::replaceByArray() {
   if (!isNew_) {
-    HEARTH_LOG(LOG_ERROR, "%s: existing object is not array '%s'\n", kOperation, previousKey_);
+    HEARTH_LOG(LOG_ERROR, "%s: existing object is not array '%s'\n", kOperation, previousKey());
     return false;
   }
-  WALK_LOG("%s: recreate array object '%s' delete %p=%d\n", kShortName, previousKey_,
+  WALK_LOG("%s: recreate array object '%s' delete %p=%d\n", kShortName, previousKey(),
            static_cast<void*>(current_), 1);
-  JsonRef array(newContainer(json_object_new_array(), position_));
+  JsonRef array(newContainer(json_object_new_array()));
   bool placed = false;
   if (array != nullptr) {
     if (json_object_is_type(parent_, json_type_array) != 0) {
       const std::size_t end = json_object_array_length(parent_);
       placed = json_object_array_put_idx(parent_, end - 1, array.get()) == 0;
     } else {
-      json_object_object_del(parent_, previousKey_);
-      placed = json_object_object_add(parent_, previousKey_, array.get()) == 0;
+      json_object_object_del(parent_, previousKey());
+      placed = json_object_object_add(parent_, previousKey(), array.get()) == 0;
     }
   }
   if (!placed) {
@@ -181,27 +171,27 @@ bool PathStore::replaceByArray() {
   return true;
 }
 
-bool PathStore::putElement(uint32_t index, const char* token) {
+bool PathStore::putElement(uint32_t index) {
   WALK_LOG("%s: replace array element at idx=%d '%s.%s'\n", kOperation, static_cast<int>(index),
-           previousKey_, token);
-  if (refusesCycle(token)) {
+           previousKey(), *token_);
+  if (refusesCycle()) {
     return false;
   }
   if (json_object_array_put_idx(current_, index, value_) != 0) {
     HEARTH_LOG(LOG_ERROR, "%s: fail to replace array element %d %s.%s\n", kOperation,
-               static_cast<int>(index), previousKey_, token);
+               static_cast<int>(index), previousKey(), *token_);
     return false;
   }
   return true;
 }
 
-bool PathStore::enterElement(uint32_t index, const char* token) {
+bool PathStore::enterElement(uint32_t index) {
   WALK_LOG("%s: get array element at idx=%d, '%s.%s'\n", kOperation, static_cast<int>(index),
-           previousKey_, token);
+           previousKey(), *token_);
   json_object* const child = json_object_array_get_idx(current_, index);
   if (child == nullptr) {
     HEARTH_LOG(LOG_ERROR, "%s: cannot get array element at idx=%d '%s.%s'\n", kOperation,
-               static_cast<int>(index), previousKey_, token);
+               static_cast<int>(index), previousKey(), *token_);
     return false;
   }
   moveTo(child);
@@ -209,22 +199,22 @@ bool PathStore::enterElement(uint32_t index, const char* token) {
 }
 
 bool PathStore::appendValue(uint32_t index) {
-  if (refusesCycle(tokens_.last())) {
+  if (refusesCycle()) {
     return false;
   }
   if (json_object_array_add(current_, value_) != 0) {
     HEARTH_LOG(LOG_ERROR, "%s: fail to add new array element idx=%d key=%s\n", kOperation,
-               static_cast<int>(index), previousKey_);
+               static_cast<int>(index), previousKey());
     return false;
   }
   return true;
 }
 
 bool PathStore::appendObject(uint32_t index) {
-  JsonRef made(newContainer(json_object_new_object(), position_));
+  JsonRef made(newContainer(json_object_new_object()));
   if (made == nullptr || json_object_array_add(current_, made.get()) != 0) {
     HEARTH_LOG(LOG_ERROR, "%s: fail to add new array element idx=%d key=%s\n", kOperation,
-               static_cast<int>(index), previousKey_);
+               static_cast<int>(index), previousKey());
     return false;
   }
   isNew_ = true;
@@ -232,12 +222,16 @@ bool PathStore::appendObject(uint32_t index) {
   return true;
 }
 
-bool PathStore::refusesCycle(const char* token) const {
+json_object* PathStore::newContainer(json_object* made) const {
+  return hearth::newContainer(made, static_cast<std::size_t>(position()));
+}
+
+bool PathStore::refusesCycle() const {
   if (!mayContain(value_, current_)) {
     return false;
   }
   HEARTH_LOG(LOG_ERROR, "%s: jval=%p cannot be stored inside itself at '%s.%s'\n", kOperation,
-             static_cast<void*>(value_), previousKey_, token);
+             static_cast<void*>(value_), previousKey(), *token_);
   return true;
 }
 

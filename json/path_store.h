@@ -1,10 +1,10 @@
 // Storing a value at a path, making what is missing on the way.
 //
-// The walk stands in `current_`, which was found or made in `parent_` under `previousKey_`. A token
-// that is not the last enters a member or an element, or makes an empty object there and enters
-// that. Whether the object just made should have been an array is known only at the next token: an
-// index that meets an object made by this very walk (`isNew_`) replaces it by an array. The last
-// token puts the value. What was made before a step that fails stays.
+// The walk stands in `current_`, which was found or made in `parent_` under the previous token. A
+// token that is not the last enters a member or an element, or makes an empty object there and
+// enters that. Whether the object just made should have been an array is known only at the next
+// token: an index that meets an object made by this very walk (`isNew_`) replaces it by an array.
+// The last token puts the value. What was made before a step that fails stays.
 #ifndef HEARTH_JSON_PATH_STORE_H
 #define HEARTH_JSON_PATH_STORE_H
 
@@ -13,6 +13,7 @@
 #include <cstdint>
 
 #include "json/path_tokens.h"
+#include "log/log.h"
 
 namespace hearth {
 
@@ -20,7 +21,8 @@ class PathStore {
  public:
   // A null value stores JSON null. A path that begins with a member name, below a root that is an
   // array, becomes a path into a new element at the array's end.
-  PathStore(json_object* root, const char* path, json_object* value);
+  PathStore(json_object* root, const char* path, json_object* value)
+      : path_(path), value_(value), debug_(logs(LOG_DEBUG)), current_(root) {}
 
   PathStore(const PathStore&) = delete;
   PathStore& operator=(const PathStore&) = delete;
@@ -34,33 +36,41 @@ class PathStore {
   const char* lastToken() const { return tokens_.last(); }
 
  private:
-  bool isUsable() const;
+  using Token = PathTokens::Token;
+
+  bool begin();
+  bool appendsToRoot() const;
 
   // One step of the walk each. False, after its LOG_ERROR line, when the walk ends there.
-  bool step(std::size_t position);
-  bool memberStep(const char* token, bool isEnd);
-  bool indexStep(std::size_t position, bool isEnd);
-
-  bool putMember(const char* token);
-  bool enterMember(const char* token);
-  bool makeMember(const char* token, json_object*& child);
+  [[gnu::always_inline]] inline bool step();
+  inline bool enterMember();
+  inline bool putMember();
+  bool makeMember(json_object*& child);
+  inline bool addMember(json_object* member, bool isNewName);
+  [[gnu::always_inline]] inline bool indexStep();
   bool replaceByArray();
-  bool putElement(uint32_t index, const char* token);
-  bool enterElement(uint32_t index, const char* token);
+  bool putElement(uint32_t index);
+  inline bool enterElement(uint32_t index);
   bool appendValue(uint32_t index);
   bool appendObject(uint32_t index);
 
-  bool refusesCycle(const char* token) const;
+  json_object* newContainer(json_object* made) const;
+  inline bool refusesCycle() const;
   void moveTo(json_object* child);
+
+  bool isLast() const { return token_ == last_; }
+  // The token before the current one; empty at the first.
+  const char* previousKey() const { return token_ == tokens_.begin() ? "" : token_[-1]; }
+  int position() const { return static_cast<int>(token_ - tokens_.begin()); }
 
   const char* const path_;
   PathTokens tokens_;
   json_object* const value_;
   const bool debug_;  // whether LOG_DEBUG lines are on, asked once per walk
-  std::size_t position_ = 0;
+  Token token_ = nullptr;
+  Token last_ = nullptr;
   json_object* current_;
   json_object* parent_ = nullptr;
-  const char* previousKey_ = "";
   bool isNew_ = false;
 };
 

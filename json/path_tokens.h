@@ -14,36 +14,40 @@ namespace hearth {
 
 class PathTokens {
  public:
-  explicit PathTokens(const char* path);
-
+  PathTokens() = default;
   PathTokens(const PathTokens&) = delete;
   PathTokens& operator=(const PathTokens&) = delete;
 
-  // 0 for an empty path, and when there was no memory for a very long one.
-  std::size_t count() const { return count_; }
+  // Cuts a path that is not empty. False when there is no memory for a very long one.
+  [[nodiscard]] bool cut(const char* path);
 
-  const char* operator[](std::size_t i) const { return starts_[i]; }
+  // A token is the place of its C string in a table of all.
+  using Token = const char* const*;
+
+  Token begin() const { return starts_; }
+
+  // At least 1 after a cut.
+  std::size_t count() const { return count_; }
   const char* last() const { return starts_[count_ - 1]; }
 
   // Characters of a token. Each is followed by one NUL and then the next token, or the end.
-  std::size_t length(std::size_t i) const {
-    return static_cast<std::size_t>(starts_[i + 1] - starts_[i]) - 1;
+  static std::size_t length(Token token) {
+    return static_cast<std::size_t>(token[1] - token[0]) - 1;
   }
 
  private:
-  static constexpr std::size_t kInlineBytes = 192;
-  static constexpr std::size_t kInlineStarts = 25;
+  // The text is searched for dots by words, of which the last may reach past its end.
+  using Word = std::size_t;
 
-  bool cut(char* text, std::size_t size);
-  bool moveStartsToHeap(const char* rest);
+  static constexpr std::size_t kUsualSize = 120;
 
-  std::size_t count_ = 0;
-  std::size_t capacity_ = kInlineStarts;
-  const char** starts_ = inlineStarts_;  // of every token, and where one more would start
-  std::unique_ptr<const char*[]> heapStarts_;
-  std::unique_ptr<char[]> heapText_;
-  const char* inlineStarts_[kInlineStarts];
-  char inlineText_[kInlineBytes];
+  [[nodiscard]] char* makeRoom(const char* path, std::size_t size);
+
+  std::size_t count_;
+  char** starts_ = usualStarts_;       // of every token, and where one more would start
+  std::unique_ptr<char*[]> long_;      // starts and then text of a path longer than usual
+  char* usualStarts_[kUsualSize + 2];  // as many as a usual path can have, all of it dots
+  char usualText_[kUsualSize + sizeof(Word)];
 };
 
 }  // namespace hearth
