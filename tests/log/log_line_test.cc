@@ -7,7 +7,7 @@
 namespace hearth {
 namespace {
 
-std::string lineOf(int type, int group, const char* format, ...) {
+HEARTH_PRINTF_LIKE(3, 4) std::string lineOf(int type, int group, const char* format, ...) {
   va_list arguments;
   va_start(arguments, format);
   const LogLine line(static_cast<LOG_TYPE_T>(type), static_cast<LOG_GROUP_T>(group), format,
