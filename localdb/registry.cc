@@ -9,6 +9,8 @@
 #include <cstring>
 #include <new>
 
+#include "json/file_replace.h"
+#include "localdb/area.h"
 #include "localdb/handler.h"
 #include "log/log.h"
 #include "log/mutex_lock.h"
@@ -133,6 +135,16 @@ HandlerUse useHandler(const char* sessionKey) {
   return use;
 }
 
+namespace {
+
+// What saves of an earlier process left when it was cut off.
+void removeStrays() {
+  for (unsigned int area = 0; area < kAreaCount; ++area) {
+    removeStrayTemporaries(LocalDbCtrl::getFileName(area));
+  }
+}
+
+}  // namespace
 }  // namespace hearth
 
 using hearth::Registering;
@@ -152,6 +164,7 @@ void LocalDbCtrl::init() {
   for (const auto& entry : earlier) {
     hearth::retire(entry.second, Waiting::kNever);
   }
+  hearth::removeStrays();
 }
 
 int LocalDbCtrl::cloneNewDB(const char* sessionKey) {
