@@ -2,6 +2,7 @@
 // then finds changed, is all that a configuration does.
 #include <sys/stat.h>
 
+#include <iterator>
 #include <map>
 #include <sstream>
 #include <thread>
@@ -15,21 +16,22 @@
 namespace hearth {
 namespace {
 
-#define HEARTH_TEXTS(X)                                                                          \
-  X(LOG_FILE)                                                                                    \
-  X(DATA_LOCATION)                                                                               \
-  X(WEBSERVER_DOCROOT) X(URL_REWRITE) X(UPLOAD_STORAGE) X(DOWNLOAD_STORAGE)                      \
-      X(SSL_CERTIFICATION_FILE) X(DUPLICATE_LOGIN_ENABLE) X(WEBSERVER_PORTS) X(IPV4_ALLOW_PORTS) \
-          X(IPV6_ALLOW_PORTS) X(LAN_ALLOW_PORTS) X(WAN_ALLOW_PORTS) X(WLAN_ALLOW_PORTS)          \
-              X(SYSTEM_SCRIPT_DIR) X(AUTH_SECRET_STR)
-#define HEARTH_NUMBERS(X)                                                                     \
-  X(LOG_MASK)                                                                                 \
-  X(LOG_ERROR_ENABLE)                                                                         \
-  X(LOG_DEBUG_ENABLE) X(LOG_WARNING_ENABLE) X(LOG_INFO_ENABLE) X(LOG_TO_FILE) X(REPO_TYPE)    \
-      X(AUTH_EXPIRATION) X(AUTH_CLEANUP) X(WEBSERVER_PORT) X(VALIDATION_ON_REQUEST)           \
-          X(VALIDATION_ON_RESPONSE) X(ENABLE_CROSS_DOMAIN) X(ENABLE_BYPASS_TOKEN)             \
-              X(ENABLE_CHECK_DUPLICATE) X(ENABLE_HTTPS) X(API_VERSION) X(MULTIDB_MODE_ENABLE) \
-                  X(GUEST_NETWORK_ENABLE)
+#define HEARTH_TEXTS(X)                                                                    \
+  X(LOG_FILE)                                                                              \
+  X(DATA_LOCATION)                                                                         \
+  X(WEBSERVER_DOCROOT)                                                                     \
+  X(URL_REWRITE) X(UPLOAD_STORAGE) X(DOWNLOAD_STORAGE) X(SSL_CERTIFICATION_FILE)           \
+      X(DUPLICATE_LOGIN_ENABLE) X(WEBSERVER_PORTS) X(IPV4_ALLOW_PORTS) X(IPV6_ALLOW_PORTS) \
+          X(LAN_ALLOW_PORTS) X(WAN_ALLOW_PORTS) X(WLAN_ALLOW_PORTS) X(SYSTEM_SCRIPT_DIR)   \
+              X(AUTH_SECRET_STR)
+#define HEARTH_NUMBERS(X)                                                                         \
+  X(LOG_MASK)                                                                                     \
+  X(LOG_ERROR_ENABLE)                                                                             \
+  X(LOG_DEBUG_ENABLE)                                                                             \
+  X(LOG_WARNING_ENABLE) X(LOG_INFO_ENABLE) X(LOG_TO_FILE) X(REPO_TYPE) X(AUTH_EXPIRATION)         \
+      X(AUTH_CLEANUP) X(WEBSERVER_PORT) X(VALIDATION_ON_REQUEST) X(VALIDATION_ON_RESPONSE)        \
+          X(ENABLE_CROSS_DOMAIN) X(ENABLE_BYPASS_TOKEN) X(ENABLE_CHECK_DUPLICATE) X(ENABLE_HTTPS) \
+              X(API_VERSION) X(MULTIDB_MODE_ENABLE) X(GUEST_NETWORK_ENABLE)
 
 std::map<std::string, std::string> settings() {
   return {
@@ -39,36 +41,19 @@ std::map<std::string, std::string> settings() {
 }
 
 // The keys of the root in their order; texts have a capital T before them, numbers an N.
-const std::vector<std::string> kRootKeys = {"Twebserver_ports",
-                                            "Tipv4_allow_ports",
-                                            "Tipv6_allow_ports",
-                                            "Tlan_allow_ports",
-                                            "Twan_allow_ports",
-                                            "Twlan_allow_ports",
-                                            "Tdata_location",
-                                            "Twebserver_docroot",
-                                            "Turl_rewrite_path",
-                                            "Tdownload_storage",
-                                            "Tupload_storage",
-                                            "Tssl_certification_file",
-                                            "Nenable_check_duplicate",
-                                            "Tduplicate_login_enable",
-                                            "Tlog_file",
-                                            "Nenable_https",
-                                            "Nrepo_type",
-                                            "Napi_version",
-                                            "Nenable_multidb_mode",
-                                            "Nlog_to_file",
-                                            "Nlog_debug_enable",
-                                            "Nlog_warning_enable",
-                                            "Nlog_info_enable",
-                                            "Nlog_error_enable",
-                                            "Nlog_mask",
-                                            "Nvalidation_on_response",
-                                            "Nenable_bruteforce_prevent",
-                                            "Nenable_cross_domain",
-                                            "Nenable_bypass_token",
-                                            "Nvalidation_on_request"};
+constexpr char kRootKeys[] =
+    "Twebserver_ports Tipv4_allow_ports Tipv6_allow_ports Tlan_allow_ports Twan_allow_ports "
+    "Twlan_allow_ports Tdata_location Twebserver_docroot Turl_rewrite_path Tdownload_storage "
+    "Tupload_storage Tssl_certification_file Nenable_check_duplicate Tduplicate_login_enable "
+    "Tlog_file Nenable_https Nrepo_type Napi_version Nenable_multidb_mode Nlog_to_file "
+    "Nlog_debug_enable Nlog_warning_enable Nlog_info_enable Nlog_error_enable Nlog_mask "
+    "Nvalidation_on_response Nenable_bruteforce_prevent Nenable_cross_domain Nenable_bypass_token "
+    "Nvalidation_on_request";
+
+std::vector<std::string> rootKeys() {
+  std::istringstream keys(kRootKeys);
+  return {std::istream_iterator<std::string>(keys), {}};
+}
 
 std::string complaint(const std::string& key) {
   return std::string("Configuration error, parameter MUST be ") +
@@ -79,7 +64,7 @@ std::string complaint(const std::string& key) {
 // What a text prints that has no key of the root but those it spells out.
 std::string complaintsAbout(const std::string& text) {
   std::string all;
-  for (const std::string& key : kRootKeys) {
+  for (const std::string& key : rootKeys()) {
     if (text.find("\"" + key.substr(1) + "\"") == std::string::npos) {
       all += complaint(key);
     }
@@ -123,7 +108,7 @@ constexpr char kStarted[] = "init: new record file is created\n";
 TEST_F(ConfigFileTest, EveryRootKeyReachesItsSetting) {
   std::string text;
   int number = 2;
-  for (const std::string& key : kRootKeys) {
+  for (const std::string& key : rootKeys()) {
     const std::string value = std::to_string(number++);
     text += std::string(text.empty() ? "{" : ",") + "\"" + key.substr(1) +
             "\":" + (key[0] == 'T' ? "\"" + value + "\"" : value);

@@ -1,8 +1,6 @@
-#include <fcntl.h>
 #include <sys/mount.h>
 #include <sys/stat.h>
 
-#include <climits>
 #include <ctime>
 #include <thread>
 #include <vector>
@@ -88,14 +86,9 @@ class LoginRecordTest : public Scratch {
   }
 };
 
-constexpr char kOneRecord[] =
-    "[\n  {\n    \"ipAddress\":\"10.0.0.1\",\n    \"attempts\":%d,\n"
-    "    \"lastAttempt\":\"NOW\"\n  }\n]";
-
 std::string oneRecord(int attempts) {
-  char text[200];
-  snprintf(text, sizeof(text), kOneRecord, attempts);
-  return text;
+  return "[\n  {\n    \"ipAddress\":\"10.0.0.1\",\n    \"attempts\":" + std::to_string(attempts) +
+         ",\n    \"lastAttempt\":\"NOW\"\n  }\n]";
 }
 
 TEST_F(LoginRecordTest, CountsPerAddress) {

@@ -16,7 +16,9 @@
 
 // ThreadSanitizer would report what this handler is there for: exit() out of a signal handler.
 // NOLINTNEXTLINE(bugprone-reserved-identifier)
-extern "C" const char* __tsan_default_options() { return "report_signal_unsafe=0"; }
+extern "C" const char* __tsan_default_options() {
+  return "report_signal_unsafe=0";
+}
 
 namespace hearth {
 namespace {
@@ -39,8 +41,7 @@ void pauseForEver() {
 }
 
 // Runs the work in another thread, and goes on once that thread has done it.
-void elsewhere(const std::function<void()>& work,
-               const std::function<void()>& later = pauseForEver) {
+void elsewhere(void (*work)(), void (*later)() = pauseForEver) {
   static std::atomic<bool> isDone{false};
   std::thread([work, later] {
     work();
@@ -52,10 +53,6 @@ void elsewhere(const std::function<void()>& work,
   }
 }
 
-void faultElsewhere() {
-  elsewhere(fault);
-}
-
 void faultInThreads() {
   for (int i = 0; i < 4; ++i) {
     std::thread(fault).detach();
@@ -63,80 +60,47 @@ void faultInThreads() {
   pauseForEver();
 }
 
-void faultInPrint() {
-  Logger::print(LOG_INFO, LOG_GROUP_UTIL, "%s\n", forbidden());
-}
-
-void faultWithLock() {
+void lock() {
   pthread_mutex_lock(&Logger::lock);
-  fault();
 }
 
-void faultWithLockElsewhere() {
-  elsewhere([] { pthread_mutex_lock(&Logger::lock); });
-  fault();
+void letGoOfStdout() {
+  sleep(1);
+  funlockfile(stdout);
+  pauseForEver();
 }
 
-void faultWithStdoutElsewhere() {
-  elsewhere([] { flockfile(stdout); },
-            [] {
-              sleep(1);
-              funlockfile(stdout);
-              pauseForEver();
-            });
-  fault();
+void sayBye() {
+  Logger::print(LOG_INFO, LOG_GROUP_WSL, "bye\n");
 }
 
-void faultAtExit() {
-  atexit(fault);
-  fault();
-}
-
-void logAtExit() {
-  atexit([] { Logger::print(LOG_INFO, LOG_GROUP_WSL, "bye\n"); });
-  faultWithLockElsewhere();
-}
-
-void getStuckAtExit() {
-  atexit([] {
-    fflush(stdout);
-    alarm(1);  // sooner than the handler's own alarm
-    pauseForEver();
-  });
-  fault();
-}
-
-void faultWithoutErrors() {
-  BEConfig::LOG_ERROR_ENABLE = 0;
-  fault();
-}
-
-void faultWithoutGroup() {
-  Logger::setGroup(LOG_GROUP_UTIL, false);
-  fault();
+void getStuck() {
+  fflush(stdout);
+  alarm(1);  // sooner than the handler's own alarm
+  pauseForEver();
 }
 
 using SignalHandlerTest = Scratch;
 
 TEST_F(SignalHandlerTest, EveryFaultIsReportedAndEndsTheProcess) {
+  const std::string bye = std::string(kLine) + "WSL           | INFO: bye\n";
   const struct {
     const char* name;
-    void (*work)();
-    const char* file;
-    const char* out;
+    std::string lines;
+    void (*prepare)();
   } kCases[] = {
-      {"plain", fault, kLine, kLine},
-      {"second thread", faultElsewhere, kLine, kLine},
-      {"four threads at once", faultInThreads, kLine, kLine},
-      {"inside print", faultInPrint, kLine, kLine},
-      {"own lock", faultWithLock, kLine, kLine},
-      {"lock held elsewhere", faultWithLockElsewhere, kLine, kLine},
-      {"standard output held elsewhere", faultWithStdoutElsewhere, kLine, kLine},
-      {"again at exit", faultAtExit, kLine, kLine},
-      {"log line at exit", logAtExit, nullptr, nullptr},
-      {"stuck at exit", getStuckAtExit, kLine, kLine},
-      {"errors off", faultWithoutErrors, "", ""},
-      {"group off", faultWithoutGroup, "", ""},
+      {"plain", kLine, [] {}},
+      {"second thread", kLine, [] { elsewhere(fault); }},
+      {"four threads at once", kLine, faultInThreads},
+      {"inside print", kLine, [] { Logger::print(LOG_INFO, LOG_GROUP_UTIL, "%s\n", forbidden()); }},
+      {"own lock", kLine, lock},
+      {"lock held elsewhere", kLine, [] { elsewhere(lock); }},
+      {"stdout held elsewhere", kLine, [] { elsewhere([] { flockfile(stdout); }, letGoOfStdout); }},
+      {"again at exit", kLine, [] { atexit(fault); }},
+      {"line at exit", bye, [] { atexit(sayBye), elsewhere(lock); }},
+      {"stuck at exit", kLine, [] { atexit(getStuck); }},
+      {"errors off", "", [] { BEConfig::LOG_ERROR_ENABLE = 0; }},
+      {"group off", "", [] { Logger::setGroup(LOG_GROUP_UTIL, false); }},
   };
   for (const auto& c : kCases) {
     SCOPED_TRACE(c.name);
@@ -145,13 +109,13 @@ TEST_F(SignalHandlerTest, EveryFaultIsReportedAndEndsTheProcess) {
     const Ended ended = inChild([&c] {
       Logger::init();
       printf("buffered\n");
-      c.work();
+      c.prepare();
+      fault();
     });
-    const std::string bye = std::string(kLine) + "WSL           | INFO: bye\n";
-    const std::string out = c.out == nullptr ? bye : c.out;
     EXPECT_EQ(1, ended.status);
-    EXPECT_EQ(c.file == nullptr ? bye : c.file, textOf("BE.log"));
-    EXPECT_TRUE(ended.out == "buffered\n" + out || ended.out == out + "buffered\n") << ended.out;
+    EXPECT_EQ(c.lines, textOf("BE.log"));
+    EXPECT_TRUE(ended.out == "buffered\n" + c.lines || ended.out == c.lines + "buffered\n")
+        << ended.out;
     const auto frames = std::count(ended.err.begin(), ended.err.end(), '\n');
     EXPECT_TRUE(frames >= 2 && frames <= 10) << ended.err;
     EXPECT_LT(time(nullptr) - start, 10);

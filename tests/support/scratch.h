@@ -1,10 +1,9 @@
-// What tests of files and processes share: a folder of their own, whole files as texts, and work
-// done in a child process whose output and end are looked at.
+// What tests of files and processes share: a folder to work in, whole files as texts, and work done
+// in a child process whose output and end are looked at.
 #ifndef HEARTH_TESTS_SUPPORT_SCRATCH_H
 #define HEARTH_TESTS_SUPPORT_SCRATCH_H
 
 #include <gtest/gtest.h>
-#include <stdlib.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -16,7 +15,7 @@
 #include <set>
 #include <string>
 
-namespace hearth {
+#include "tests/support/temp_dir.h"
 
 inline std::string textOf(const std::string& path) {
   std::ifstream file(path, std::ios::binary);
@@ -38,55 +37,35 @@ inline std::set<std::string> namesIn(const std::string& folder) {
 // A new folder, which is the working folder while the test runs.
 class Scratch : public testing::Test {
  protected:
-  explicit Scratch(const std::string& place = "/tmp")
-      : before_(std::filesystem::current_path()), folder_(place + "/hearth-test-XXXXXX") {
-    mkdtemp(folder_.data());
-    std::filesystem::current_path(folder_);
-  }
-  ~Scratch() override {
-    std::filesystem::current_path(before_);
-    std::filesystem::remove_all(folder_);
-  }
+  Scratch() { std::filesystem::current_path(folder_.path()); }
+  ~Scratch() override { std::filesystem::current_path("/"); }
 
-  const std::string& folder() const { return folder_; }
-
- private:
-  const std::filesystem::path before_;
-  std::string folder_;
+  const TempDir folder_;
 };
 
 struct Ended {
   int status;  // the exit status, or 1000 and the signal's number
-  std::string out;
-  std::string err;
+  std::string out, err;
 };
 
 // Does the work in a child, which a minute ends at the latest. Work that returns ends with 0.
 inline Ended inChild(const std::function<void()>& work) {
-  const std::string prefix = "/tmp/hearth-child-" + std::to_string(getpid());
-  const std::string out = prefix + ".out";
-  const std::string err = prefix + ".err";
+  const TempDir outputs;
   fflush(nullptr);
   const pid_t child = fork();
   if (child == 0) {
     alarm(60);
-    if (freopen(out.c_str(), "w", stdout) != nullptr &&
-        freopen(err.c_str(), "w", stderr) != nullptr) {
+    if (freopen((outputs / "out").c_str(), "w", stdout) != nullptr &&
+        freopen((outputs / "err").c_str(), "w", stderr) != nullptr) {
       work();
       fflush(nullptr);
-      _exit(0);
     }
-    _exit(99);
+    _exit(0);
   }
   int status = 0;
   waitpid(child, &status, 0);
-  Ended ended{WIFEXITED(status) ? WEXITSTATUS(status) : 1000 + WTERMSIG(status), textOf(out),
-              textOf(err)};
-  unlink(out.c_str());
-  unlink(err.c_str());
-  return ended;
+  return {WIFEXITED(status) ? WEXITSTATUS(status) : 1000 + WTERMSIG(status),
+          outputs.contentsOf("out"), outputs.contentsOf("err")};
 }
-
-}  // namespace hearth
 
 #endif
