@@ -27,34 +27,48 @@ void logNoHandler(const char* operation) {
   HEARTH_LOG(LOG_ERROR, "%s: there is no database handler\n", operation);
 }
 
-TreeMapObject* lockSlot(HandlerUse use, unsigned int area, const char* path,
-                        const char* sessionKey) {
-  const Slot slot(*use->handler, area);
+TreeMapObject* lockSlot(Lookup found, unsigned int area, const char* path, const char* sessionKey) {
+  const Slot slot(*found.use->handler, area);
   HEARTH_LOG(LOG_DEBUG, "%s: start state=%d\n", kLock, static_cast<int>(slot.state()));
   if (!slot.enter()) {
     HEARTH_LOG(LOG_WARNING, "%s: failed to access local database (%d) in writing state\n", kLock,
                static_cast<int>(area));
     return nullptr;
   }
-  const bool hasKey = use->holds[area].writeKey(sessionKey);
-  if (!hasKey) {
+  const bool isNoted = noteLookup(found, area, sessionKey);
+  if (!isNoted) {
     HEARTH_LOG(LOG_ERROR, "%s: no memory for the session key\n", kLock);
   }
-  TreeMapObject* const object = hasKey ? slot.open(path) : nullptr;
+  TreeMapObject* const object = isNoted ? slot.open(path) : nullptr;
   if (object == nullptr) {
     slot.leave();
     return nullptr;
   }
   slot.markLocked();
-  keepHold(std::move(use), area);
+  keepHold(std::move(found.use), area);
   return object;
 }
 
-// This thread's hold that a save or unlock under the key is about: the one on the handler that the
-// key names now, else the one that it took under the key when that named another handler.
-Hold* findHoldToEnd(const HandlerUse& named, const char* sessionKey, unsigned int area) {
-  Hold* const hold = named != nullptr ? findHold(named->handler, area) : nullptr;
-  return hold != nullptr ? hold : findHoldUnder(sessionKey, area);
+// What a save or unlock under a key is about.
+struct Target {
+  HandlerUse use;       // of the handler to work on; null when there is none
+  bool isHeld = false;  // by this thread; its hold is ended
+};
+
+// The slot of the handler that the key names now; if this thread does not hold that one, the slot
+// that it locked under the key when that named another handler.
+Target findTarget(unsigned int area, const char* sessionKey) {
+  Hold* hold = findHoldUnder(sessionKey, area);
+  if (hold != nullptr && isCurrent(hold->version)) {
+    if (hold->isFallback) {
+      logFallback(sessionKey);
+    }
+    return {endHold(*hold), true};
+  }
+  Lookup found = lookUp(sessionKey);
+  Hold* const named = found.use != nullptr ? findHold(found.use->handler, area) : nullptr;
+  hold = named != nullptr ? named : hold;
+  return hold != nullptr ? Target{endHold(*hold), true} : Target{std::move(found.use), false};
 }
 
 // Ends this thread's lock; finish then decides about the database, with the mutex given back.
@@ -63,18 +77,15 @@ int endLock(const Ending& ending, unsigned int area, const char* sessionKey, Fin
   if (!isArea(area, ending.operation)) {
     return kFailure;
   }
-  HandlerUse use = useHandler(sessionKey);
-  Hold* const hold = findHoldToEnd(use, sessionKey, area);
-  if (hold != nullptr) {
-    use = endHold(*hold);
-  } else if (use == nullptr) {
+  const Target target = findTarget(area, sessionKey);
+  if (target.use == nullptr) {
     logNoHandler(ending.operation);
     return kFailure;
   }
-  const Slot slot(*use->handler, area);
+  const Slot slot(*target.use->handler, area);
   HEARTH_LOG(LOG_DEBUG, "%s: apiT=%d state=%d\n", ending.operation, static_cast<int>(area),
              static_cast<int>(slot.state()));
-  if (hold == nullptr) {
+  if (!target.isHeld) {
     HEARTH_LOG(ending.notLocked, "%s: I am not in locked state\n", ending.operation);
     return kFailure;
   }
@@ -94,12 +105,12 @@ TreeMapObject* LocalDbCtrl::lockDbObject(unsigned int apiT, const char* path,
     HEARTH_LOG(LOG_ERROR, "%s: path is NULL\n", hearth::kLock);
     return nullptr;
   }
-  hearth::HandlerUse use = hearth::useHandler(sessionKey);
-  if (use == nullptr) {
+  hearth::Lookup found = hearth::lookUp(sessionKey);
+  if (found.use == nullptr) {
     hearth::logNoHandler(hearth::kLock);
     return nullptr;
   }
-  return hearth::lockSlot(std::move(use), apiT, path, sessionKey);
+  return hearth::lockSlot(std::move(found), apiT, path, sessionKey);
 }
 
 int LocalDbCtrl::saveDbObject(API_TYPE_T apiT, const char* sessionKey) {

@@ -36,20 +36,6 @@ void EndUse::operator()(HandlerRecord* record) const {
   }
 }
 
-bool Hold::writeKey(const char* sessionKey) {
-  hasKey = sessionKey != nullptr;
-  try {
-    key.assign(hasKey ? sessionKey : "");
-  } catch (const std::bad_alloc&) {
-    return false;
-  }
-  return true;
-}
-
-bool Hold::isUnder(const char* sessionKey) const {
-  return sessionKey == nullptr ? !hasKey : hasKey && key == sessionKey;
-}
-
 void addRecord(LOCALDB_HANDLER& handler) {
   auto* const record = new (std::nothrow) HandlerRecord;
   if (record == nullptr) {

@@ -29,15 +29,14 @@ using HandlerUse = std::unique_ptr<HandlerRecord, EndUse>;
 // One slot as its holder knows it. Belongs to the holding thread while that holds the slot, and to
 // whoever is locking the slot, with its mutex, before that.
 struct Hold {
-  // Keeps the key for the lock's end, which may come when the key names another handler. False when
-  // there is no memory for it.
-  [[nodiscard]] bool writeKey(const char* sessionKey);
-  [[nodiscard]] bool isUnder(const char* sessionKey) const;
-
   Hold* older = nullptr;  // the hold that this thread took before
   HandlerUse use;         // of the slot's handler; null while the slot is not held
   unsigned int area = 0;
-  bool hasKey = false;  // false: locked under a null key
+
+  // How the handler was found: the end of the lock may come when the key names another.
+  bool hasKey = false;  // false: under a null key
+  bool isFallback = false;
+  unsigned int version = 0;
   std::string key;
 };
 

@@ -1,5 +1,6 @@
 #include "localdb/holds.h"
 
+#include <new>
 #include <utility>
 
 namespace hearth {
@@ -16,11 +17,28 @@ Hold* findNewest(Matches matches) {
   return hold;
 }
 
+bool isUnder(const Hold& hold, const char* sessionKey) {
+  return sessionKey == nullptr ? !hold.hasKey : hold.hasKey && hold.key == sessionKey;
+}
+
 }  // namespace
+
+bool noteLookup(const Lookup& found, unsigned int area, const char* sessionKey) {
+  Hold& hold = found.use->holds[area];
+  hold.area = area;
+  hold.hasKey = sessionKey != nullptr;
+  hold.isFallback = found.isFallback;
+  hold.version = found.version;
+  try {
+    hold.key.assign(hold.hasKey ? sessionKey : "");
+  } catch (const std::bad_alloc&) {
+    return false;
+  }
+  return true;
+}
 
 void keepHold(HandlerUse use, unsigned int area) {
   Hold& hold = use->holds[area];
-  hold.area = area;
   hold.older = newestHold;
   hold.use = std::move(use);
   newestHold = &hold;
@@ -33,7 +51,7 @@ Hold* findHold(const LOCALDB_HANDLER* handler, unsigned int area) {
 
 Hold* findHoldUnder(const char* sessionKey, unsigned int area) {
   return findNewest(
-      [=](const Hold& hold) { return hold.area == area && hold.isUnder(sessionKey); });
+      [=](const Hold& hold) { return hold.area == area && isUnder(hold, sessionKey); });
 }
 
 HandlerUse endHold(Hold& hold) {

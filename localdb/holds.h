@@ -6,8 +6,13 @@
 #define HEARTH_LOCALDB_HOLDS_H
 
 #include "localdb/handler_record.h"
+#include "localdb/registry.h"
 
 namespace hearth {
+
+// Notes how the slot's handler was found. Requires the slot's mutex. False when there is no memory
+// for the key.
+[[nodiscard]] bool noteLookup(const Lookup& found, unsigned int area, const char* sessionKey);
 
 // Enters the slot that this thread has just locked; the use is kept until the hold ends.
 void keepHold(HandlerUse use, unsigned int area);

@@ -6,6 +6,7 @@
 #include "localdb/registry.h"
 
 #include <algorithm>
+#include <atomic>
 #include <cstring>
 #include <new>
 
@@ -29,6 +30,13 @@ constexpr char kDefaultKey[] = "default";
 std::string soughtKey;
 constexpr std::size_t kUsualKeyLength = 255;
 
+// Goes up whenever a key may have changed hands. Written with registryLock held.
+std::atomic<unsigned int> registryVersion{0};
+
+void countChange() {
+  registryVersion.fetch_add(1, std::memory_order_release);
+}
+
 // Requires registryLock.
 Controllers::iterator findEntry(const char* key) {
   Controllers& all = LocalDbCtrl::controllers;
@@ -47,19 +55,11 @@ bool isRegistered(const char* key) {
   return findEntry(key) != LocalDbCtrl::controllers.end();
 }
 
-void logFallback(const char* sessionKey) {
-  if (sessionKey == nullptr) {
-    HEARTH_LOG(LOG_ERROR, "%s: sessionKey is NULL, return the default controller\n", "getDBByKey");
-  } else {
-    HEARTH_LOG(LOG_ERROR, "%s: Cannot found key %s, return the default controller\n", "getDBByKey",
-               sessionKey);
-  }
-}
-
 // The key's entry, taken out of the registry; empty when there is none.
 Controllers::node_type takeEntry(const char* key) {
   const MutexLock lock(registryLock);
   const auto entry = findEntry(key);
+  countChange();
   return entry != LocalDbCtrl::controllers.end() ? LocalDbCtrl::controllers.extract(entry)
                                                  : Controllers::node_type();
 }
@@ -96,6 +96,7 @@ bool startWith(LOCALDB_HANDLER* handler, Controllers& earlier) {
     const MutexLock lock(registryLock);
     soughtKey.reserve(kUsualKeyLength);
     LocalDbCtrl::controllers.swap(earlier);
+    countChange();
   } catch (const std::bad_alloc&) {
     return false;
   }
@@ -108,6 +109,7 @@ Registering registerHandler(const char* key, LOCALDB_HANDLER* handler) {
   try {
     const MutexLock lock(registryLock);
     const bool isNew = LocalDbCtrl::controllers.emplace(key, handler).second;
+    countChange();
     return isNew ? Registering::kDone : Registering::kKeyIsTaken;
   } catch (const std::bad_alloc&) {
     return Registering::kNoMemory;
@@ -116,23 +118,36 @@ Registering registerHandler(const char* key, LOCALDB_HANDLER* handler) {
 
 }  // namespace
 
-HandlerUse useHandler(const char* sessionKey) {
-  HandlerUse use;
-  bool isKnown = false;
+Lookup lookUp(const char* sessionKey) {
+  Lookup found;
   {
     const MutexLock lock(registryLock);
     const auto end = LocalDbCtrl::controllers.end();
     auto entry = sessionKey != nullptr ? findEntry(sessionKey) : end;
-    isKnown = entry != end;
-    entry = isKnown ? entry : findEntry(kDefaultKey);
+    found.isFallback = entry == end;
+    entry = found.isFallback ? findEntry(kDefaultKey) : entry;
     if (entry != end) {
-      use = startUse(entry->second);
+      found.use = startUse(entry->second);
     }
+    found.version = registryVersion.load(std::memory_order_relaxed);
   }
-  if (!isKnown) {
+  if (found.isFallback) {
     logFallback(sessionKey);
   }
-  return use;
+  return found;
+}
+
+bool isCurrent(unsigned int version) {
+  return registryVersion.load(std::memory_order_acquire) == version;
+}
+
+void logFallback(const char* sessionKey) {
+  if (sessionKey == nullptr) {
+    HEARTH_LOG(LOG_ERROR, "%s: sessionKey is NULL, return the default controller\n", "getDBByKey");
+  } else {
+    HEARTH_LOG(LOG_ERROR, "%s: Cannot found key %s, return the default controller\n", "getDBByKey",
+               sessionKey);
+  }
 }
 
 namespace {
@@ -201,8 +216,8 @@ int LocalDbCtrl::cloneNewDB(const char* sessionKey) {
 }
 
 LOCALDB_HANDLER* LocalDbCtrl::getDBByKey(const char* sessionKey) {
-  const hearth::HandlerUse use = hearth::useHandler(sessionKey);
-  return use != nullptr ? use->handler : nullptr;
+  const hearth::Lookup found = hearth::lookUp(sessionKey);
+  return found.use != nullptr ? found.use->handler : nullptr;
 }
 
 int LocalDbCtrl::removeDB(const char* sessionKey) {

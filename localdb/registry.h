@@ -6,9 +6,20 @@
 
 namespace hearth {
 
-// A use of the handler that LocalDbCtrl::getDBByKey answers, logging what that logs. Null when
-// there is none.
-[[nodiscard]] HandlerUse useHandler(const char* sessionKey);
+// What a key names, and since when.
+struct Lookup {
+  HandlerUse use;           // null when there is no handler
+  bool isFallback = false;  // the key is not registered, the handler is that of "default"
+  unsigned int version = 0;
+};
+
+// The handler that LocalDbCtrl::getDBByKey answers, logging what that logs.
+[[nodiscard]] Lookup lookUp(const char* sessionKey);
+
+// True while no key has changed hands since a look-up, so that its answer still holds.
+[[nodiscard]] bool isCurrent(unsigned int version);
+
+void logFallback(const char* sessionKey);
 
 }  // namespace hearth
 
