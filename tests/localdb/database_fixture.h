@@ -1,20 +1,16 @@
 // A small language for tests of the local database: a data directory of its own with one file per
-// area, the log as text, and threads that hold slots.
+// area, log lines as text, and other threads that hold slots.
 #ifndef HEARTH_TESTS_LOCALDB_DATABASE_FIXTURE_H
 #define HEARTH_TESTS_LOCALDB_DATABASE_FIXTURE_H
 
 #include <gtest/gtest.h>
 
-#include <condition_variable>
 #include <filesystem>
 #include <functional>
 #include <future>
 #include <iterator>
 #include <memory>
-#include <mutex>
-#include <sstream>
 #include <string>
-#include <thread>
 #include <utility>
 
 #include "hearth/hearth.h"
@@ -34,8 +30,8 @@ class DatabaseTest : public testing::Test {
  protected:
   DatabaseTest() {
     BEConfig::DATA_LOCATION = data_.path();
-    for (unsigned int area = 0; area < std::size(API_DATA_DIR); ++area) {
-      writeFile(area, kFreshFile);
+    for (const std::string area : API_DATA_DIR) {
+      data_.file(area + "/" + area + ".ldb", kFreshFile);
     }
     LocalDbCtrl::init();
   }
@@ -45,13 +41,6 @@ class DatabaseTest : public testing::Test {
     }
   }
 
-  void writeFile(unsigned int area, const char* text) const {
-    const std::string name = API_DATA_DIR[area];
-    data_.file(name + "/" + name + ".ldb", text);
-  }
-  static void removeFile(unsigned int area) {
-    std::filesystem::remove(LocalDbCtrl::getFileName(area));
-  }
   // A number in the area's file; -1 when the file or the value is missing.
   static int fileHolds(unsigned int area, const char* path) {
     const std::unique_ptr<TreeMapObject> file(
@@ -61,7 +50,7 @@ class DatabaseTest : public testing::Test {
   }
 
   // Locks the whole area and sets its count; false when refused.
-  static bool lockAndCount(unsigned int area, const char* key, int count) {
+  static bool locked(unsigned int area, const char* key, int count = 1) {
     TreeMapObject* const database = LocalDbCtrl::lockDbObject(area, "", key);
     if (database != nullptr) {
       database->set("count", count);
@@ -83,63 +72,44 @@ class DatabaseTest : public testing::Test {
     }
     return text;
   }
-  // Only the lines of the lock protocol.
-  template <typename Action>
-  std::string protocolLinesOf(Action action) const {
-    std::istringstream lines(linesOf(action));
-    std::string kept;
-    for (std::string line; std::getline(lines, line);) {
-      kept += line.find("DbObject: ") != std::string::npos ? line + "\n" : "";
+
+  // Another thread of the backend, which has locked an area and then does one thing more.
+  class Holder {
+   public:
+    Holder(unsigned int area, const char* key, int count = 1)
+        : thread_(std::async(std::launch::async, [=] {
+            isLocked_.set_value(locked(area, key, count));
+            return ending_.get_future().get()();
+          })) {
+      EXPECT_TRUE(isLocked_.get_future().get());
     }
-    return kept;
-  }
+    std::string end(std::function<std::string()> ending) {
+      ending_.set_value(std::move(ending));
+      return thread_.get();
+    }
+
+   private:
+    std::promise<bool> isLocked_;
+    std::promise<std::function<std::string()>> ending_;
+    std::future<std::string> thread_;
+  };
 
   const TempDir data_;
 };
 
-// Another thread of the backend: does one thing after another, and is waited for.
-class Thread {
- public:
-  Thread() = default;
-  ~Thread() {
-    give(nullptr);
-    thread_.join();
+// Does what a word says with the area wifi: "lock PATH", "save" or "unlock"; gives the answer as
+// text ("handle", "null", "0", "2").
+inline std::string answerTo(const std::string& event, const char* key = "default") {
+  if (event == "save") {
+    return std::to_string(LocalDbCtrl::saveDbObject(API_WIFI, key));
   }
-  Thread(const Thread&) = delete;
-  Thread& operator=(const Thread&) = delete;
-
-  template <typename Action>
-  auto run(Action action) {
-    std::packaged_task<decltype(action())()> task(std::move(action));
-    auto result = task.get_future();
-    give([&task] { task(); });
-    return result.get();
+  if (event == "unlock") {
+    return std::to_string(LocalDbCtrl::unlockDbObject(API_WIFI, key));
   }
-
- private:
-  void give(std::function<void()> action) {
-    const std::lock_guard<std::mutex> lock(mutex_);
-    action_ = std::move(action);
-    isGiven_ = true;
-    changed_.notify_one();
-  }
-  std::function<void()> take() {
-    std::unique_lock<std::mutex> lock(mutex_);
-    changed_.wait(lock, [this] { return isGiven_; });
-    isGiven_ = false;
-    return std::move(action_);
-  }
-  void work() {
-    while (const std::function<void()> action = take()) {
-      action();
-    }
-  }
-
-  std::mutex mutex_;
-  std::condition_variable changed_;
-  std::function<void()> action_;
-  bool isGiven_ = false;
-  std::thread thread_{[this] { work(); }};
-};
+  const std::string path = event.substr(event.find(' ') + 1);
+  TreeMapObject* const handle = LocalDbCtrl::lockDbObject(API_WIFI, path.c_str(), key);
+  const std::unique_ptr<TreeMapObject> borrowed(path.empty() ? nullptr : handle);
+  return handle != nullptr ? "handle" : "null";
+}
 
 #endif
