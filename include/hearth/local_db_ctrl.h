@@ -82,20 +82,21 @@ class HEARTH_API LocalDbCtrl {
   static LOCALDB_HANDLER* getDBByKey(const char* sessionKey);
 
   // Removes the session and destroys its handler; "default" is a session like any other. Waits for
-  // the holders of its slots; a slot still held keeps the handler alive until its holder is done.
+  // the holders of its slots, but not for a save that is writing and not for the calling thread
+  // itself: a slot still held keeps the handler alive until its holder is done.
   // Result: 1 in every case.
-  // Requires: the calling thread holds no slot of this handler.
+  // Requires: the calling thread holds no slot of another handler that is being removed.
   static int removeDB(const char* sessionKey);
 
   // --- Lock, save, unlock ------------------------------------------------------------------------
   // The holder of a slot is the thread that locked it; it ends its lock with exactly one save or
-  // unlock for the same area and key, even if the session has been removed since.
+  // unlock for the same area and key, even if the session has been removed since. A thread that
+  // exits without doing so leaves the slot locked for good.
 
   // Takes the area's slot and gives a handle on the value at path ("" for the whole database). The
   // area's file is loaded first when it is not in memory.
-  // Failure: null, with nothing held: the slot is held by another (at once, without waiting), the
-  // file is missing, nothing is at path, the area is out of range, path is null, or there is no
-  // handler.
+  // Failure: null, with nothing held: the slot is held already (at once, without waiting), the file
+  // is missing, nothing is at path, the area is out of range, path is null, or there is no handler.
   // Ownership: for "" the handle is the slot's own and must not be deleted; otherwise it is
   // borrowed and the caller deletes it. Neither may be used to read or write after the save or
   // unlock.
