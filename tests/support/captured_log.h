@@ -24,7 +24,7 @@ class CapturedLog {
       *enabled = 0;
     }
     for (const LOG_TYPE_T severity : severities) {
-      *switches()[severity] = 1;
+      *switches()[static_cast<std::size_t>(severity)] = 1;
     }
     testing::internal::CaptureStdout();
   }
