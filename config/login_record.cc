@@ -17,6 +17,7 @@
 #include "json/file_read.h"
 #include "json/file_replace.h"
 #include "json/json_ref.h"
+#include "json/render.h"
 #include "log/log.h"
 #include "log/mutex_lock.h"
 #include "log/unique_fd.h"
@@ -87,7 +88,7 @@ bool save(json_object* array) {
     return false;
   }
   std::size_t size = 0;
-  const char* const text = json_object_to_json_string_length(array, JSON_C_TO_STRING_PRETTY, &size);
+  const char* const text = render(array, JSON_C_TO_STRING_PRETTY, size);
   return text != nullptr && overwrite(text, size);
 }
 

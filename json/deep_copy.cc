@@ -4,6 +4,7 @@
 #include <limits>
 
 #include "json/nesting.h"
+#include "json/render.h"
 
 namespace hearth {
 namespace {
@@ -45,7 +46,7 @@ json_object* copyInteger(json_object* value) {
 // A number with a fraction keeps the text that it was read from, or is given one by the backend's
 // chosen format: only the text itself says what reading it again gives.
 json_object* copyDouble(json_object* value) {
-  const char* const text = json_object_to_json_string(value);
+  const char* const text = render(value, JSON_C_TO_STRING_SPACED);
   return text != nullptr ? json_tokener_parse(text) : nullptr;
 }
 

@@ -9,6 +9,7 @@
 #include "json/handle.h"
 #include "json/nesting.h"
 #include "json/path_lookup.h"
+#include "json/render.h"
 #include "json/status.h"
 #include "log/log.h"
 
@@ -17,11 +18,9 @@ namespace {
 
 constexpr int kWriterFailed = -1;
 
-// The value's text, kept by the value. Null without memory, and for a value nested deeper than a
-// small stack can render.
-const char* render(json_object* value, int flags) {
-  return isNestedDeeperThan(value, kWalkNesting) ? nullptr
-                                                 : json_object_to_json_string_ext(value, flags);
+// Null also for a value nested deeper than a small stack can render.
+const char* renderShallow(json_object* value, int flags) {
+  return isNestedDeeperThan(value, kWalkNesting) ? nullptr : render(value, flags);
 }
 
 }  // namespace
@@ -44,7 +43,7 @@ const char* JsonData::getJson(TreeMapObject* obj) {
   if (obj == nullptr || obj->error != 0 || obj->jobj == nullptr) {
     return nullptr;
   }
-  return hearth::render(obj->jobj, JSON_C_TO_STRING_SPACED | JSON_C_TO_STRING_PRETTY);
+  return hearth::renderShallow(obj->jobj, JSON_C_TO_STRING_SPACED | JSON_C_TO_STRING_PRETTY);
 }
 
 json_object* JsonData::cloneObject(json_object* jobj) {
@@ -91,7 +90,7 @@ void JsonData::dumpObject(TreeMapObject* obj, const char* path) {
   }
   HEARTH_LOG(LOG_INFO, "%s: %s\ntype=%d\n%s\n", kOperation, path,
              static_cast<int>(json_object_get_type(value)),
-             hearth::printable(hearth::render(value, JSON_C_TO_STRING_PRETTY)));
+             hearth::printable(hearth::renderShallow(value, JSON_C_TO_STRING_PRETTY)));
 }
 
 TreeMapObject* TreeMapObject::clone(const char* path) const {

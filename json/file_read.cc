@@ -13,6 +13,7 @@
 #include <cstdlib>
 #include <memory>
 
+#include "json/json_ref.h"
 #include "log/unique_fd.h"
 
 namespace hearth {
@@ -98,7 +99,10 @@ json_object* readJsonFile(const char* path) {
   if (tokener == nullptr) {
     return nullptr;
   }
-  return json_tokener_parse_ex(tokener.get(), contents.data(), contents.size());
+  errno = 0;
+  JsonRef value(json_tokener_parse_ex(tokener.get(), contents.data(), contents.size()));
+  // The parser leaves out what it finds no memory for.
+  return errno == ENOMEM ? nullptr : value.release();
 }
 
 }  // namespace hearth

@@ -15,6 +15,7 @@
 
 #include "json/file_temp.h"
 #include "json/nesting.h"
+#include "json/render.h"
 #include "log/unique_fd.h"
 #include "log/write_all.h"
 
@@ -219,7 +220,7 @@ bool replaceFileWithJson(const char* path, json_object* value, Durability durabi
     return fail(EINVAL);
   }
   size_t size = 0;
-  const char* const text = json_object_to_json_string_length(value, JSON_C_TO_STRING_PRETTY, &size);
+  const char* const text = render(value, JSON_C_TO_STRING_PRETTY, size);
   return text == nullptr ? fail(ENOMEM) : replaceFile(path, text, size, durability);
 }
 

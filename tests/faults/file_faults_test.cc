@@ -108,7 +108,7 @@ Told countLine() {
 }
 
 int countedLines() {
-  const std::string text = hearth::textOf(kLog);
+  const std::string text = textOf(kLog);
   int lines = 0;
   for (std::size_t at = 0; (at = text.find(kLine, at)) != std::string::npos; ++at) {
     ++lines;
@@ -144,7 +144,7 @@ constexpr int kNoSuchCall = 77;
 
 // One attempt, and the next one, in a process of their own.
 [[noreturn]] void attempt(const Scenario& scenario, const FileFault& fault, int nth) {
-  const auto openFiles = [] { return hearth::namesIn("/proc/self/fd").size(); };
+  const auto openFiles = [] { return namesIn("/proc/self/fd").size(); };
   scenario.start();
   const std::size_t open = openFiles();
   failFileCall(nth, fault);
@@ -161,18 +161,15 @@ constexpr int kNoSuchCall = 77;
   _exit(testing::Test::HasFailure() ? 1 : calls < nth ? kNoSuchCall : 0);
 }
 
-class FileFaultsTest : public hearth::Scratch {
+class FileFaultsTest : public ScratchInMemory {
  protected:
-  // In memory, where flushing takes no time.
-  FileFaultsTest() : Scratch(std::filesystem::exists("/dev/shm") ? "/dev/shm" : "/tmp") {
-    std::filesystem::create_directory("qos");
-  }
+  FileFaultsTest() { std::filesystem::create_directory("qos"); }
 
   // False when there is no n-th call, or something is wrong.
   static bool failAt(int nth, const Scenario& scenario, const FileFault& fault) {
     SCOPED_TRACE(testing::Message() << scenario.name << ", " << fault.name << " at call " << nth);
-    hearth::putText(scenario.file, scenario.one);
-    const hearth::Ended ended = hearth::inChild([&] { attempt(scenario, fault, nth); });
+    putText(scenario.file, scenario.one);
+    const Ended ended = inChild([&] { attempt(scenario, fault, nth); });
     const int dead = 1000 + SIGKILL;
     EXPECT_TRUE(ended.status == 0 || ended.status == kNoSuchCall ||
                 (fault.error == FileFault::kKill && ended.status == dead))
@@ -181,7 +178,7 @@ class FileFaultsTest : public hearth::Scratch {
     EXPECT_LE(strays(), 1U);
     if (fault.lasts || ended.status == dead) {
       EXPECT_TRUE(ended.status != dead || scenario.counted() == 1 || scenario.counted() == 2);
-      const hearth::Ended later = hearth::inChild([&] {
+      const Ended later = inChild([&] {
         scenario.start();
         expectNextCounts(scenario);
         fflush(nullptr);
@@ -209,7 +206,7 @@ TEST_F(FileFaultsTest, LeaveTheOldOrTheNew) {
 
 TEST_F(FileFaultsTest, SavesKilledAtAnyMomentLoseNothing) {
   std::mt19937 random(1);
-  hearth::putText(kDatabase, databaseOf(0));
+  putText(kDatabase, databaseOf(0));
   int counted = 0;
   for (int round = 0; round < 200; ++round) {
     const pid_t child = fork();
@@ -232,11 +229,11 @@ TEST_F(FileFaultsTest, AFullDiskKeepsTheOldDocument) {
   if (mount("none", "qos", "tmpfs", 0, "size=64k") != 0) {
     GTEST_SKIP() << "needs the right to mount";
   }
-  hearth::putText(kDatabase, databaseOf(1));
-  hearth::putText("qos/filler", std::string(1 << 20, 'x'));
+  putText(kDatabase, databaseOf(1));
+  putText("qos/filler", std::string(1 << 20, 'x'));
   startDatabase();
   EXPECT_EQ(Told::kOld, countInDatabase());
-  EXPECT_EQ(databaseOf(1), hearth::textOf(kDatabase));
+  EXPECT_EQ(databaseOf(1), textOf(kDatabase));
   EXPECT_EQ(0U, strays());
   std::filesystem::remove("qos/filler");
   EXPECT_EQ(Told::kNew, countInDatabase());

@@ -1,0 +1,93 @@
+#include "tests/faults/memory_faults.h"
+
+#include <dlfcn.h>
+#include <execinfo.h>
+
+#include <cerrno>
+#include <cstddef>
+#include <cstring>
+
+extern "C" void* __libc_malloc(std::size_t size);
+extern "C" void* __libc_calloc(std::size_t count, std::size_t size);
+extern "C" void* __libc_realloc(void* memory, std::size_t size);
+extern "C" void __libc_free(void* memory);
+
+namespace {
+
+int refused = 0;
+bool refusalLasts = false;
+int allocations = 0;
+bool counts = false;
+int blocks = 0;
+
+// Where the first refusal was met.
+constexpr int kMostFrames = 30;
+void* frames[kMostFrames];
+int frameCount = 0;
+
+bool isRefused() {
+  if (!counts || ++allocations < refused || (allocations > refused && !refusalLasts)) {
+    return false;
+  }
+  if (allocations == refused) {
+    frameCount = backtrace(frames, kMostFrames);
+  }
+  errno = ENOMEM;
+  return true;
+}
+
+void* counted(void* memory) {
+  blocks += memory != nullptr ? 1 : 0;
+  return memory;
+}
+
+}  // namespace
+
+void failAllocation(int nth, bool lasts) {
+  refused = nth;
+  refusalLasts = lasts;
+  allocations = 0;
+  frameCount = 0;
+  counts = true;
+}
+
+int countedAllocations() {
+  counts = false;
+  return allocations;
+}
+
+bool wasRefusedIn(const char* function) {
+  for (int i = 0; i < frameCount; ++i) {
+    Dl_info info{};
+    if (dladdr(frames[i], &info) != 0 && info.dli_sname != nullptr &&
+        std::strcmp(info.dli_sname, function) == 0) {
+      return true;
+    }
+  }
+  return false;
+}
+
+int blocksInUse() {
+  return blocks;
+}
+
+extern "C" void* malloc(std::size_t size) {
+  return isRefused() ? nullptr : counted(__libc_malloc(size));
+}
+
+extern "C" void* calloc(std::size_t count, std::size_t size) {
+  return isRefused() ? nullptr : counted(__libc_calloc(count, size));
+}
+
+extern "C" void* realloc(void* memory, std::size_t size) {
+  if (isRefused()) {
+    return nullptr;
+  }
+  void* const moved = __libc_realloc(memory, size);
+  return memory == nullptr ? counted(moved) : moved;
+}
+
+extern "C" void free(void* memory) {
+  blocks -= memory != nullptr ? 1 : 0;
+  __libc_free(memory);
+}
