@@ -176,6 +176,7 @@ TEST(Documents, NumbersIgnoreTheLocale) {
   if (std::system(make.c_str()) != 0 || std::setlocale(LC_ALL, "de_DE.UTF-8") == nullptr) {
     GTEST_SKIP() << "needs localedef and the source of the locale de_DE";
   }
+  unsetenv("LOCPATH");  // the C library leaks its copy of it whenever json-c makes a locale
   TreeMapObject handle(R"({"a":1.25})");
   handle.set("b", 2.5);
   EXPECT_EQ(0, JsonData::saveObjectToFile((dir / "f").c_str(), &handle));
