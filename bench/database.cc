@@ -15,30 +15,50 @@ namespace {
 
 constexpr char kPath[] = "system";
 
-// An area as one would write it by hand.
-struct Area {
-  pthread_mutex_t mutex = PTHREAD_MUTEX_INITIALIZER;
-  bool isLocked = false;
-  Json database = parsed(gatewayText());
-};
+// The areas as one would write them by hand: found by their session's key, for both steps, under a
+// mutex of their own.
+class Areas {
+ public:
+  Areas() { areas_["default"]; }
 
-using Areas = std::map<std::string, Area>;
+  TreeMapObject* lock(const char* session) {
+    Area& area = find(session);
+    pthread_mutex_lock(&area.mutex);
+    area.isLocked = true;
+    json_object* value = nullptr;
+    json_object_object_get_ex(area.database.get(), kPath, &value);
+    return new TreeMapObject(json_object_get(value));
+  }
+
+  bool unlock(const char* session) {
+    Area& area = find(session);
+    area.isLocked = false;
+    return pthread_mutex_unlock(&area.mutex) == 0;
+  }
+
+ private:
+  struct Area {
+    pthread_mutex_t mutex = PTHREAD_MUTEX_INITIALIZER;
+    bool isLocked = false;
+    Json database = parsed(gatewayText());
+  };
+
+  Area& find(const char* session) {
+    pthread_mutex_lock(&mutex_);
+    Area& area = areas_.find(session)->second;
+    pthread_mutex_unlock(&mutex_);
+    return area;
+  }
+
+  pthread_mutex_t mutex_ = PTHREAD_MUTEX_INITIALIZER;
+  std::map<std::string, Area> areas_;
+};
 
 void addLocking() {
   addCase("lock/floor", [] {
-    auto areas = std::make_shared<Areas>();
-    (*areas)["default"];
-    return [=] {
-      Area& area = areas->find("default")->second;
-      pthread_mutex_lock(&area.mutex);
-      area.isLocked = true;
-      json_object* value = nullptr;
-      json_object_object_get_ex(area.database.get(), kPath, &value);
-      auto* const handle = new TreeMapObject(json_object_get(value));
-      delete handle;
-      area.isLocked = false;
-      pthread_mutex_unlock(&area.mutex);
-      return handle;
+    return [areas = std::make_shared<Areas>()] {
+      delete areas->lock("default");
+      return areas->unlock("default");
     };
   });
   addCase("lock/hearth", [] {

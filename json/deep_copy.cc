@@ -1,7 +1,12 @@
 #include "json/deep_copy.h"
 
+#include <algorithm>
+#include <charconv>
+#include <climits>
 #include <cstdint>
+#include <cstring>
 #include <limits>
+#include <system_error>
 
 #include "json/nesting.h"
 #include "json/render.h"
@@ -43,16 +48,43 @@ json_object* copyInteger(json_object* value) {
                                         : json_object_new_int64(json_object_get_int64(value));
 }
 
+// "17.5", "-0.25": what the parser takes for a number with a fraction, whatever it makes of others.
+bool isPlainFraction(const char* text) {
+  constexpr char kDigits[] = "0123456789";
+  const char* const whole = text[0] == '-' ? text + 1 : text;
+  const char* const point = whole + std::strspn(whole, kDigits);
+  const bool isWhole = point == whole + 1 || (point != whole && whole[0] != '0');
+  if (!isWhole || *point != '.') {
+    return false;
+  }
+  const char* const fraction = point + 1;
+  const char* const end = fraction + std::strspn(fraction, kDigits);
+  return end != fraction && *end == '\0';
+}
+
 // A number with a fraction keeps the text that it was read from, or is given one by the backend's
-// chosen format: only the text itself says what reading it again gives.
+// chosen format: only the text itself says what reading it again gives. A parser is made for the
+// unusual ones alone.
 json_object* copyDouble(json_object* value) {
   const char* const text = render(value, JSON_C_TO_STRING_SPACED);
-  return text != nullptr ? json_tokener_parse(text) : nullptr;
+  if (text == nullptr) {
+    return nullptr;
+  }
+  double number = 0;
+  const bool isRead = isPlainFraction(text) &&
+                      std::from_chars(text, text + std::strlen(text), number).ec == std::errc();
+  return isRead ? json_object_new_double_s(number, text) : json_tokener_parse(text);
 }
 
 json_object* copyString(json_object* value) {
   return json_object_new_string_len(json_object_get_string(value),
                                     json_object_get_string_len(value));
+}
+
+// An empty array with room for the elements of another.
+json_object* newArrayFor(json_object* array) {
+  const size_t length = std::clamp(json_object_array_length(array), size_t{1}, size_t{INT_MAX});
+  return json_object_new_array_ext(static_cast<int>(length));
 }
 
 // True with a null copy for JSON null. `levels` is how many containers may still be nested.
@@ -64,7 +96,7 @@ bool copyValue(json_object* value, int levels, JsonRef& copy) {
       copy.reset(json_object_new_object());
       return copy != nullptr && copyMembers(value, levels, copy.get());
     case json_type_array:
-      copy.reset(json_object_new_array());
+      copy.reset(newArrayFor(value));
       return copy != nullptr && copyElements(value, levels, copy.get());
     case json_type_boolean:
       copy.reset(json_object_new_boolean(json_object_get_boolean(value)));

@@ -2,7 +2,7 @@
 // that take or return handles by path.
 #include "json/handle.h"
 
-#include <cstdio>
+#include <cstring>
 #include <new>
 
 #include "hearth/json_data.h"
@@ -84,7 +84,7 @@ TreeMapObject* newBorrowedHandle(json_object* value, json_object* container, con
   auto* const handle = new (std::nothrow) TreeMapObject(value);
   if (handle != nullptr) {
     handle->jobj_parent = container;
-    std::snprintf(handle->key_obj, sizeof handle->key_obj, "%s", key);
+    std::memcpy(handle->key_obj, key, strnlen(key, sizeof handle->key_obj - 1));
   }
   return handle;
 }

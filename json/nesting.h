@@ -13,9 +13,12 @@ constexpr int kParserNesting = 31;
 // no deeper: documents made in memory may be nested at will, and a request thread's stack is small.
 constexpr int kWalkNesting = 256;
 
-inline bool isContainer(json_object* value) {
-  const json_type type = json_object_get_type(value);
+inline bool isContainerType(json_type type) {
   return type == json_type_object || type == json_type_array;
+}
+
+inline bool isContainer(json_object* value) {
+  return isContainerType(json_object_get_type(value));
 }
 
 // True when some value inside stands in more than `levels` containers. Recurses no further than

@@ -28,8 +28,8 @@ class Search {
   int found() const { return found_; }
 
  private:
-  void inContainer(json_object* container, int levels);
-  bool matches(const char* name, json_object* member) const;
+  inline void inContainer(json_object* container, json_type type, int levels);
+  inline bool matches(const char* name, json_object* member, json_type type) const;
   bool append(json_object* object);
 
   Handles& result_;
@@ -42,9 +42,10 @@ class Search {
 void Search::inObject(json_object* object, int levels) {
   bool matched = false;
   json_object_object_foreach(object, name, member) {
-    if (isContainer(member)) {
-      inContainer(member, levels);
-    } else if (!matched && matches(name, member)) {
+    const json_type type = json_object_get_type(member);
+    if (isContainerType(type)) {
+      inContainer(member, type, levels);
+    } else if (!matched && matches(name, member, type)) {
       matched = append(object);
     }
   }
@@ -54,29 +55,29 @@ void Search::inArray(json_object* array, int levels) {
   const size_t length = json_object_array_length(array);
   for (size_t i = 0; i < length; ++i) {
     json_object* const element = json_object_array_get_idx(array, i);
-    if (element == nullptr) {
+    const json_type type = json_object_get_type(element);
+    if (isContainerType(type)) {
+      inContainer(element, type, levels);
+    } else if (element == nullptr) {
       HEARTH_LOG(LOG_WARNING, "Found null object in the array\n");
-    } else if (isContainer(element)) {
-      inContainer(element, levels);
     } else {
       HEARTH_LOG(LOG_WARNING, "%s: array items have primary type", "findInArray");
     }
   }
 }
 
-void Search::inContainer(json_object* container, int levels) {
+void Search::inContainer(json_object* container, json_type type, int levels) {
   if (levels == 0) {
     HEARTH_LOG(LOG_ERROR, "%s: nested too deep to be searched\n", "find");
-  } else if (json_object_is_type(container, json_type_object) != 0) {
+  } else if (type == json_type_object) {
     inObject(container, levels - 1);
   } else {
     inArray(container, levels - 1);
   }
 }
 
-bool Search::matches(const char* name, json_object* member) const {
-  return std::strcmp(name, key_) == 0 &&
-         JsonData::compareObjVal(probe_, type_, member, json_object_get_type(member)) == 1;
+bool Search::matches(const char* name, json_object* member, json_type type) const {
+  return std::strcmp(name, key_) == 0 && JsonData::compareObjVal(probe_, type_, member, type) == 1;
 }
 
 bool Search::append(json_object* object) {
