@@ -9,10 +9,10 @@
 namespace hearth {
 namespace {
 
-// The bytes of a word, the first one lowest whatever the machine's byte order.
-std::size_t loadWord(const char* bytes) {
-  std::size_t word;
-  std::memcpy(&word, bytes, sizeof word);
+using Word = PathTokens::Word;
+
+// Words hold text with its first byte lowest, whatever the machine's byte order.
+Word inTextOrder(Word word) {
   if constexpr (sizeof word == sizeof(uint64_t)) {
     return le64toh(word);
   } else {
@@ -20,58 +20,79 @@ std::size_t loadWord(const char* bytes) {
   }
 }
 
-// The word with the highest bit of each byte set where that is a dot, and all other bits clear.
-std::size_t dotsIn(std::size_t word) {
-  constexpr std::size_t kEachByte = ~std::size_t{0} / 0xff;
-  constexpr std::size_t kLowBits = kEachByte * 0x7f;
-  const std::size_t differences = word ^ (kEachByte * '.');
+Word loadWord(const char* text) {
+  Word word;
+  std::memcpy(&word, text, sizeof word);
+  return inTextOrder(word);
+}
+
+void storeWord(char* text, Word word) {
+  word = inTextOrder(word);
+  std::memcpy(text, &word, sizeof word);
+}
+
+// What follows the last whole word of a text, and NULs behind it: at least one.
+Word loadLastWord(const char* text, std::size_t size) {
+  const std::size_t rest = size % sizeof(Word);
+  if (rest == 0) {
+    return 0;
+  }
+  if (size > sizeof(Word)) {
+    return loadWord(text + size - sizeof(Word)) >> 8 * (sizeof(Word) - rest);
+  }
+  Word word = 0;
+  for (std::size_t i = rest; i-- > 0;) {
+    word = word << 8 | static_cast<unsigned char>(text[i]);
+  }
+  return word;
+}
+
+// The highest bit of each byte that is a dot, and no other bits.
+Word dotsIn(Word word) {
+  constexpr Word kEachByte = ~Word{0} / 0xff;
+  constexpr Word kLowBits = kEachByte * 0x7f;
+  const Word differences = word ^ (kEachByte * '.');
   return ~(((differences & kLowBits) + kLowBits) | differences | kLowBits);
 }
 
-// Which byte of a word the first of its dots is.
-std::size_t firstByte(std::size_t dots) {
-  return static_cast<std::size_t>(__builtin_ctzl(dots)) / 8;
+// Writes a word of the path to its place with NULs for dots, and notes the token behind each dot.
+[[gnu::always_inline]] inline char** cutWord(Word word, char* place, char** start) {
+  Word dots = dotsIn(word);
+  storeWord(place, word ^ (dots >> 7) * '.');
+  for (; dots != 0; dots &= dots - 1) {
+    *++start = place + static_cast<std::size_t>(__builtin_ctzl(dots)) / 8 + 1;
+  }
+  return start;
 }
 
 }  // namespace
 
-bool PathTokens::cut(const char* path) {
-  const std::size_t size = std::strlen(path);
-  char* const text = size <= kUsualSize ? usualText_ : makeRoom(path, size);
-  if (text == nullptr) {
-    return false;
-  }
-  std::memcpy(text, path, size);
-  // What is read past the end of the text holds no dots.
-  std::memset(text + size, '\0', sizeof(Word));
+void PathTokens::cutInRoom(const char* path, std::size_t size) {
+  char* const text = starts_[0];
   char** start = starts_;
-  *start = text;
-  char* const end = text + size;
-  for (char* bytes = text; bytes < end; bytes += sizeof(Word)) {
-    for (std::size_t dots = dotsIn(loadWord(bytes)); dots != 0; dots &= dots - 1) {
-      char* const dot = bytes + firstByte(dots);
-      *dot = '\0';
-      *++start = dot + 1;
-    }
+  const std::size_t rest = size % sizeof(Word);
+  for (std::size_t position = 0; position != size - rest; position += sizeof(Word)) {
+    start = cutWord(loadWord(path + position), text + position, start);
   }
+  start = cutWord(loadLastWord(path, size), text + size - rest, start);
+  char* const end = text + size;
   if (*start != end) {
     *++start = end + 1;
   }
   count_ = static_cast<std::size_t>(start - starts_);
-  return true;
 }
 
-// For the starts and the text of a long path; null without memory, else where the text goes.
-char* PathTokens::makeRoom(const char* path, std::size_t size) {
+bool PathTokens::makeRoom(const char* path, std::size_t size) {
   const auto dots = static_cast<std::size_t>(std::count(path, path + size, '.'));
   const std::size_t starts = dots + 2;
   const std::size_t text = (size + sizeof(Word)) / sizeof(char*) + 1;
   long_.reset(new (std::nothrow) char*[starts + text]);
   if (long_ == nullptr) {
-    return nullptr;
+    return false;
   }
   starts_ = long_.get();
-  return reinterpret_cast<char*>(starts_ + starts);
+  starts_[0] = reinterpret_cast<char*>(starts_ + starts);
+  return true;
 }
 
 }  // namespace hearth

@@ -8,18 +8,29 @@
 #define HEARTH_JSON_PATH_TOKENS_H
 
 #include <cstddef>
+#include <cstring>
 #include <memory>
 
 namespace hearth {
 
 class PathTokens {
  public:
-  PathTokens() = default;
+  // A path is copied and cut by words; the last one may reach past the end of the text.
+  using Word = std::size_t;
+
+  PathTokens() { usualStarts_[0] = usualText_; }
   PathTokens(const PathTokens&) = delete;
   PathTokens& operator=(const PathTokens&) = delete;
 
   // Cuts a path that is not empty. False when there is no memory for a very long one.
-  [[nodiscard]] bool cut(const char* path);
+  [[nodiscard]] bool cut(const char* path) {
+    const std::size_t size = std::strlen(path);
+    if (size > kUsualSize && !makeRoom(path, size)) {
+      return false;
+    }
+    cutInRoom(path, size);
+    return true;
+  }
 
   // A token is the place of its C string in a table of all.
   using Token = const char* const*;
@@ -36,12 +47,11 @@ class PathTokens {
   }
 
  private:
-  // The text is searched for dots by words, of which the last may reach past its end.
-  using Word = std::size_t;
-
   static constexpr std::size_t kUsualSize = 120;
 
-  [[nodiscard]] char* makeRoom(const char* path, std::size_t size);
+  // Room for the starts and the text of a long path; the first start says where the text goes.
+  [[nodiscard]] bool makeRoom(const char* path, std::size_t size);
+  void cutInRoom(const char* path, std::size_t size);
 
   std::size_t count_;
   char** starts_ = usualStarts_;       // of every token, and where one more would start
