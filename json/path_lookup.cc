@@ -1,6 +1,7 @@
 #include "json/path_lookup.h"
 
 #include "json/path_index.h"
+#include "log/log.h"
 
 namespace hearth {
 namespace {
@@ -34,27 +35,28 @@ json_object* findElement(json_object* array, const char* token, std::size_t size
 
 }  // namespace
 
-// A debug line of the walk; its arguments cost nothing when such lines are off.
-#define WALK_LOG(...)                                        \
-  do {                                                       \
-    if (debug_) {                                            \
-      Logger::print(LOG_DEBUG, LOG_GROUP_UTIL, __VA_ARGS__); \
-    }                                                        \
+// A line of the walk, which is compiled twice: with its lines and without.
+#define WALK_LOG(type, ...)          \
+  do {                               \
+    if (kIsLogged) {                 \
+      HEARTH_LOG(type, __VA_ARGS__); \
+    }                                \
   } while (false)
 
+template <bool kIsLogged>
 PathLookup::Outcome PathLookup::walk(json_object* root, const char* path) {
   const Token last = tokens_.begin() + tokens_.count() - 1;
   json_object* previous = root;
   json_object* current = root;
   for (Token token = tokens_.begin();; ++token) {
-    const bool isFound = look(token, current);
+    const bool isFound = look<kIsLogged>(token, current);
     if (token == last) {
-      end(token, current);
+      end<kIsLogged>(token, current);
       return isFound ? Outcome::kFound : Outcome::kMissing;
     }
     if (!isFound) {
-      WALK_LOG("%s: cannot found the object %s\n", kOperation, path);
-      end(token, previous);
+      WALK_LOG(LOG_DEBUG, "%s: cannot found the object %s\n", kOperation, path);
+      end<kIsLogged>(token, previous);
       return Outcome::kLostOnWay;
     }
     previous = current;
@@ -63,8 +65,9 @@ PathLookup::Outcome PathLookup::walk(json_object* root, const char* path) {
 }
 
 // Looks the token up in current.
+template <bool kIsLogged>
 bool PathLookup::look(Token token, json_object* current) {
-  WALK_LOG("%s: Parse: idx=%d key=%s isEnd=%s\n", kOperation,
+  WALK_LOG(LOG_DEBUG, "%s: Parse: idx=%d key=%s isEnd=%s\n", kOperation,
            static_cast<int>(token - tokens_.begin()), *token, isLast(token) ? "true" : "false");
   if (isIndexToken(*token)) {
     value_ = findElement(current, *token, PathTokens::length(token), index_);
@@ -73,24 +76,19 @@ bool PathLookup::look(Token token, json_object* current) {
   if (json_object_object_get_ex(current, *token, &value_) == 0) {
     return false;
   }
-  if (debug_) {
-    logMember(token);
+  if (isLast(token)) {
+    WALK_LOG(LOG_DEBUG, "%s: found the object %s\n", kOperation, *token);
+  } else {
+    WALK_LOG(LOG_DEBUG, "%s: continue search next key\n", kOperation);
   }
   return true;
 }
 
-void PathLookup::logMember(Token token) const {
-  if (isLast(token)) {
-    WALK_LOG("%s: found the object %s\n", kOperation, *token);
-  } else {
-    WALK_LOG("%s: continue search next key\n", kOperation);
-  }
-}
-
+template <bool kIsLogged>
 void PathLookup::end(Token token, json_object* parent) {
   parent_ = parent;
-  HEARTH_LOG(LOG_INFO, "%s: FOUND parent=%p, key=%s\n", kOperation, static_cast<void*>(parent),
-             *token);
+  WALK_LOG(LOG_INFO, "%s: FOUND parent=%p, key=%s\n", kOperation, static_cast<void*>(parent),
+           *token);
 }
 
 PathLookup::Outcome PathLookup::find(json_object* root, const char* path) {
@@ -107,7 +105,8 @@ PathLookup::Outcome PathLookup::find(json_object* root, const char* path) {
     HEARTH_LOG(LOG_ERROR, "%s: no memory for the path\n", kOperation);
     return Outcome::kLostOnWay;
   }
-  return walk(root, path);
+  const bool isLogged = logs(LOG_DEBUG) || logs(LOG_INFO);
+  return isLogged ? walk<true>(root, path) : walk<false>(root, path);
 }
 
 }  // namespace hearth

@@ -11,7 +11,6 @@
 #include <cstdint>
 
 #include "json/path_tokens.h"
-#include "log/log.h"
 
 namespace hearth {
 
@@ -26,8 +25,7 @@ class PathLookup {
   };
 
   // Walks the path and logs each step.
-  PathLookup(json_object* root, const char* path)
-      : debug_(logs(LOG_DEBUG)), outcome_(find(root, path)) {}
+  PathLookup(json_object* root, const char* path) : outcome_(find(root, path)) {}
 
   Outcome outcome() const { return outcome_; }
 
@@ -47,14 +45,15 @@ class PathLookup {
   using Token = PathTokens::Token;
 
   Outcome find(json_object* root, const char* path);
-  [[gnu::always_inline]] inline Outcome walk(json_object* root, const char* path);
-  inline bool look(Token token, json_object* current);
-  inline void end(Token token, json_object* parent);
+  template <bool kIsLogged>
+  Outcome walk(json_object* root, const char* path);
+  template <bool kIsLogged>
+  bool look(Token token, json_object* current);
+  template <bool kIsLogged>
+  void end(Token token, json_object* parent);
   bool isLast(Token token) const { return *token == tokens_.last(); }
-  void logMember(Token token) const;
 
   PathTokens tokens_;
-  const bool debug_;  // whether LOG_DEBUG lines are on, asked once per walk
   json_object* value_ = nullptr;
   json_object* parent_ = nullptr;
   uint32_t index_ = 0;  // of the latest index token
