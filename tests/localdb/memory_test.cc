@@ -19,6 +19,11 @@ void* allocate(std::size_t size) noexcept {
   return std::malloc(size);
 }
 
+// Not inlined, or GCC takes new and free for a pair that does not match.
+__attribute__((noinline)) void release(void* memory) noexcept {
+  std::free(memory);
+}
+
 }  // namespace
 
 void* operator new(std::size_t size) {
@@ -29,13 +34,13 @@ void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
   return allocate(size);
 }
 void operator delete(void* memory) noexcept {
-  std::free(memory);
+  release(memory);
 }
 void operator delete(void* memory, std::size_t) noexcept {
-  std::free(memory);
+  release(memory);
 }
 void operator delete(void* memory, const std::nothrow_t&) noexcept {
-  std::free(memory);
+  release(memory);
 }
 
 namespace {
