@@ -1,0 +1,146 @@
+// The hearth command: its command line, and how every failure ends as one line and an exit code.
+#include <algorithm>
+#include <cstdlib>
+#include <new>
+
+#include "hearth/be_config.h"
+#include "hearth/logger.h"
+#include "tools/command.h"
+#include "tools/text.h"
+
+namespace hearth::tool {
+namespace {
+
+constexpr char kHelp[] =
+    "Examples:\n"
+    "  hearth areas                                    what there is below ./data\n"
+    "  hearth get wifi 'radios.[0].channel'            read a value\n"
+    "  hearth set wifi 'radios.[0].channel' 11         store one\n"
+    "  hearth find wifi ssid 'Garden Path'             where is it?\n"
+    "  hearth check                                    is everything as it should be?\n"
+    "  hearth COMMAND --help                           options and examples of a command\n"
+    "AREA is one of gateway, wifi, network, security, service, mediashare, qos, misc; FILE is any\n"
+    "JSON file, ./wifi where a file has the name of an area.\n\n"
+    "Exit codes:\n"
+    "  0 done   1 not found, does not conform, a problem   2 wrong command line\n"
+    "  3 a file cannot be read, parsed or written          4 somebody else is changing the file\n\n"
+    "Quote paths: a shell may take [0] for a pattern. Put -- before a word that begins with -.\n\n"
+    "A save replaces the file in one step: readers see the old document or the new one. Edits by\n"
+    "hearth commands wait for each other, and none overwrites a change that it has not seen. The\n"
+    "backend takes no part in that: what it holds in memory, it may save over an edit later.";
+
+struct GlobalOptions {
+  std::string data;
+  bool verbose = false;
+};
+
+// The library's log goes to standard error with descriptor 1, and to no file.
+void configure(const GlobalOptions& options) {
+  BEConfig::DATA_LOCATION = options.data;
+  Logger::enableFileLog = 0;
+  Logger::mask = options.verbose ? 1U << LOG_GROUP_UTIL : 0;
+}
+
+void addGlobals(CLI::App& app, GlobalOptions& options) {
+  options.data = BEConfig::DATA_LOCATION;
+  app.add_option("--data", options.data, "the data location ($HEARTH_DATA; default ./data)")
+      ->type_name("DIR")
+      ->envname("HEARTH_DATA");
+  app.add_flag("--verbose", options.verbose, "show the library's log on standard error");
+  app.set_version_flag("--version", "hearth " HEARTH_VERSION, "print the version");
+  app.set_help_flag("--help,-h", "print this help");
+  app.parse_complete_callback([&options] { configure(options); });
+}
+
+// A negative number is no option: it goes behind a "--" at the end, where it is VALUE as before.
+std::vector<std::string> arguments(int argc, char** argv) {
+  std::vector<std::string> words(argv + 1, argv + argc);
+  const auto end = std::find(words.begin(), words.end(), "--");
+  const auto isNegative = [](const std::string& word) {
+    return word.size() > 1 && word[0] == '-' && (isdigit(static_cast<unsigned char>(word[1])) != 0);
+  };
+  const auto negative = std::stable_partition(
+      words.begin(), end, [&](const std::string& word) { return !isNegative(word); });
+  if (negative != end) {
+    words.insert(negative, "--");
+    words.erase(std::remove(std::find(words.begin(), words.end(), "--") + 1, words.end(), "--"),
+                words.end());
+  }
+  std::reverse(words.begin(), words.end());  // as the parser takes them
+  return words;
+}
+
+std::string commandNames(const CLI::App& app, const std::string& word) {
+  std::vector<std::string> names;
+  for (const CLI::App* const command :
+       app.get_subcommands([](const CLI::App* sub) { return !sub->get_group().empty(); })) {
+    names.push_back(command->get_name());
+  }
+  return didYouMean(word, names);
+}
+
+int complainOf(const CLI::App& app, const CLI::ParseError& error) {
+  const std::vector<CLI::App*> chosen = app.get_subcommands();
+  std::string text = error.what();
+  text = text.substr(0, text.find('\n'));
+  if (text == "A subcommand is required") {
+    text = "which command?";
+  }
+  if (chosen.empty() && !app.remaining().empty()) {
+    const std::string word = app.remaining().front();
+    text = "no command " + inQuotes(word) + commandNames(app, word);
+  }
+  const std::string command = chosen.empty() ? "" : chosen.front()->get_name() + " ";
+  complain(text + " (try 'hearth " + command + "--help')");
+  return static_cast<int>(Exit::kUsage);
+}
+
+int run(int argc, char** argv) {
+  Context context;
+  GlobalOptions globals;
+  CLI::App app("Look into and change the documents and databases of a gateway", "hearth");
+  for (const char* const noise : {"TEXT", "REQUIRED", "Excludes"}) {
+    app.get_formatter()->label(noise, "");
+  }
+  app.get_formatter()->label("SUBCOMMAND", "COMMAND");
+  app.get_formatter()->label("Positionals", "Arguments");
+  app.fallthrough()->require_subcommand(1)->footer(kHelp);
+  addGlobals(app, globals);
+  addValueCommands(app, context);
+  addListingCommands(app, context);
+  addCheckingCommands(app, context);
+  addTransferCommands(app, context);
+  addConfigurationCommands(app, context);
+  addCompletion(app, context);
+  try {
+    app.parse(arguments(argc, argv));
+  } catch (const CLI::CallForHelp&) {
+    const std::vector<CLI::App*> chosen = app.get_subcommands();
+    context.out.line(chosen.empty() ? app.help() : chosen.front()->help("hearth"));
+  } catch (const CLI::CallForVersion& version) {
+    context.out.line(version.what());
+  } catch (const CLI::ParseError& error) {
+    return complainOf(app, error);
+  }
+  context.out.finish();
+  return static_cast<int>(context.exit);
+}
+
+}  // namespace
+}  // namespace hearth::tool
+
+int main(int argc, char** argv) {
+  using namespace hearth::tool;
+  try {
+    return run(argc, argv);
+  } catch (const Failure& failure) {
+    complain(failure.what());
+    return static_cast<int>(failure.exit());
+  } catch (const std::bad_alloc&) {
+    complain("out of memory; nothing is changed");
+    return static_cast<int>(Exit::kIo);
+  } catch (const std::exception& error) {
+    complain(error.what());
+    return static_cast<int>(Exit::kIo);
+  }
+}
