@@ -136,7 +136,7 @@ void BEConfig::init(const char* path) {
     HEARTH_LOG(LOG_WARNING, "%s: System configure is initialized already\n", "BEConfig::init");
     return;
   }
-  hearth::JsonRef document(path == nullptr ? nullptr : hearth::readJsonFile(path));
+  hearth::JsonRef document(hearth::readJsonFile(path));
   if (document == nullptr) {
     return;
   }

@@ -90,6 +90,9 @@ bool Contents::read(int fd) {
 }  // namespace
 
 json_object* readJsonFile(const char* path) {
+  if (path == nullptr) {
+    return nullptr;
+  }
   const UniqueFd file(open(path, O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY));
   Contents contents;
   if (!file || !contents.read(file.get())) {

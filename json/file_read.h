@@ -6,8 +6,9 @@ struct json_object;
 
 namespace hearth {
 
-// The value in the file at path, with one reference that the caller owns. Null when the file cannot
-// be read, does not parse, or is no regular file (a pipe or a device would block or never end).
+// The value in the file at path, with one reference that the caller owns. Null when path is
+// null, or the file cannot be read, does not parse, or is no regular file (a pipe or a device would
+// block or never end).
 [[nodiscard]] json_object* readJsonFile(const char* path);
 
 }  // namespace hearth

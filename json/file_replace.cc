@@ -65,14 +65,18 @@ class Place {
   struct stat status_ {};
 };
 
-// What a link leads to is the system's to say first: some links in /proc lead where their text does
-// not.
+// What a link leads to is the system's to say first: it may forbid to follow the link, and some
+// links in /proc lead where their text does not.
 bool Place::find(const char* path) {
   if (!enter(path) || !look()) {
     return false;
   }
   struct stat target;
-  if (isLink() && stat(path, &target) == 0 && !S_ISREG(target.st_mode)) {
+  if (isLink() && stat(path, &target) != 0) {
+    if (errno != ENOENT) {
+      return false;
+    }
+  } else if (isLink() && !S_ISREG(target.st_mode)) {
     status_ = target;
     return true;
   }
@@ -176,7 +180,7 @@ bool replaceRegular(const Place& place, const char* data, std::size_t size, Dura
   if (!place.isNew() && faccessat(place.folder(), place.name(), W_OK, AT_EACCESS) != 0) {
     return false;
   }
-  removeStraysIfChanged(place.folder());
+  const bool isTidy = removeStraysIfChanged(place.folder());
   const bool isFlushed = durability == Durability::kFlushed;
   TemporaryFile temporary(place.folder());
   const bool isComplete = temporary.make(place.isNew() ? 0644 : 0600) &&
@@ -186,7 +190,9 @@ bool replaceRegular(const Place& place, const char* data, std::size_t size, Dura
   if (!isComplete || !temporary.become(place.name())) {
     return false;
   }
-  expectNoStrays(place.folder());
+  if (isTidy) {
+    expectNoStrays(place.folder());
+  }
   if (isFlushed) {
     flush(place.folder());
   }

@@ -42,14 +42,12 @@ bool isTemporaryName(const char* name) {
          strcmp(name + kPrefixSize + kDigitCount, kSuffix) == 0;
 }
 
-void removeIfStray(int folder, const char* name) {
+bool removeIfStray(int folder, const char* name) {
   const UniqueFd file(
       openat(folder, name, O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
   struct stat status;
-  if (file && fstat(file.get(), &status) == 0 && S_ISREG(status.st_mode) &&
-      flock(file.get(), LOCK_EX | LOCK_NB) == 0) {
-    unlinkat(folder, name, 0);
-  }
+  return file && fstat(file.get(), &status) == 0 && S_ISREG(status.st_mode) &&
+         flock(file.get(), LOCK_EX | LOCK_NB) == 0 && unlinkat(folder, name, 0) == 0;
 }
 
 // The folders that were free of strays when last looked at, and the time of their last change then:
@@ -156,26 +154,26 @@ bool TemporaryFile::become(const char* target) {
   return true;
 }
 
-void removeStraysIn(int folder) {
+bool removeStraysIn(int folder) {
   const int listed = openat(folder, ".", O_RDONLY | O_DIRECTORY | O_CLOEXEC);
   const std::unique_ptr<DIR, CloseFolder> entries(listed < 0 ? nullptr : fdopendir(listed));
   if (entries == nullptr) {
     if (listed >= 0) {
       close(listed);
     }
-    return;
+    return false;
   }
+  bool areAllGone = true;
   while (const dirent* const entry = readdir(entries.get())) {
-    if (isTemporaryName(entry->d_name)) {
-      removeIfStray(folder, entry->d_name);
+    if (isTemporaryName(entry->d_name) && !removeIfStray(folder, entry->d_name)) {
+      areAllGone = false;
     }
   }
+  return areAllGone;
 }
 
-void removeStraysIfChanged(int folder) {
-  if (!searchedFolders.isUnchanged(folder)) {
-    removeStraysIn(folder);
-  }
+bool removeStraysIfChanged(int folder) {
+  return searchedFolders.isUnchanged(folder) || removeStraysIn(folder);
 }
 
 void expectNoStrays(int folder) {

@@ -44,12 +44,12 @@ class TemporaryFile {
   char name_[kNameSize + 1] = "";
 };
 
-// Removes the temporaries in the folder that nobody holds.
-void removeStraysIn(int folder);
+// Removes the temporaries in the folder that nobody holds. True when no other is left.
+bool removeStraysIn(int folder);
 
 // The same, unless nothing has come into the folder or left it since expectNoStrays was called: so
 // a save does not list its folder every time, and still finds what another process's crash left.
-void removeStraysIfChanged(int folder);
+bool removeStraysIfChanged(int folder);
 void expectNoStrays(int folder);
 
 }  // namespace hearth

@@ -100,6 +100,9 @@ class Console {
   const bool isStdio_;
 };
 
+// A terminal may need a moment; a pipe that is read too slowly loses lines.
+constexpr int kFilePatienceMilliseconds = 100;
+
 // False when the file cannot be opened. A pipe that nobody reads counts as that.
 bool appendToFile(const char* path, const LogLine& line) {
   const UniqueFd file(
@@ -107,7 +110,7 @@ bool appendToFile(const char* path, const LogLine& line) {
   if (!file) {
     return false;
   }
-  writeAll(file.get(), line.data(), line.size());
+  writeAll(file.get(), line.data(), line.size(), kFilePatienceMilliseconds);
   return true;
 }
 

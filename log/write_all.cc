@@ -8,10 +8,8 @@
 namespace hearth {
 namespace {
 
-constexpr int kPatienceMilliseconds = 1000;
-
 // True when the last write can be tried again.
-bool mayRetry(int fd) {
+bool mayRetry(int fd, int patienceMilliseconds) {
   if (errno == EINTR) {
     return true;
   }
@@ -19,7 +17,7 @@ bool mayRetry(int fd) {
     return false;
   }
   pollfd room{fd, POLLOUT, 0};
-  if (poll(&room, 1, kPatienceMilliseconds) == 1) {
+  if (poll(&room, 1, patienceMilliseconds) == 1) {
     return true;
   }
   errno = EAGAIN;
@@ -28,11 +26,11 @@ bool mayRetry(int fd) {
 
 }  // namespace
 
-bool writeAll(int fd, const char* data, std::size_t size) {
+bool writeAll(int fd, const char* data, std::size_t size, int patienceMilliseconds) {
   while (size > 0) {
     const ssize_t written = write(fd, data, size);
     if (written < 0) {
-      if (!mayRetry(fd)) {
+      if (!mayRetry(fd, patienceMilliseconds)) {
         return false;
       }
       continue;

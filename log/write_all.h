@@ -6,9 +6,9 @@
 
 namespace hearth {
 
-// Writes all of the data. A full pipe or terminal that does not block is waited for, a second for
+// Writes all of the data. A full pipe or terminal that does not block is waited for, so long for
 // each piece of progress. False, with errno, when the rest cannot be written.
-bool writeAll(int fd, const char* data, std::size_t size);
+bool writeAll(int fd, const char* data, std::size_t size, int patienceMilliseconds = 1000);
 
 }  // namespace hearth
 

@@ -92,7 +92,7 @@ class HEARTH_API Logger {
   // at 1,023 bytes. A line that is filtered out costs neither formatting nor a lock.
   // Failure: a log file that cannot be opened is named on standard output, the line still goes to
   // standard output, and the next line tries the file again.
-  // Ownership: nothing is kept; no heap memory is used.
+  // Ownership: nothing is kept; no heap memory is used, and errno stays as it was.
   // Threads: any; lines never interleave, and file and console show them in one order.
   static void print(LOG_TYPE_T type, LOG_GROUP_T group, const char* format, ...)
       HEARTH_PRINTF_LIKE(3, 4);
