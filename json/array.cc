@@ -66,8 +66,13 @@ int putItem(json_object* array, int length, int index, TreeMapObject* item) {
   return true;
 }
 
-// Puts a new array in place of the handle's old one. False, with nothing changed, when the handle
-// is stale.
+// True for a handle whose array has left its container, and with it perhaps this world: only the
+// container is looked at.
+bool isStale(const TreeMapObject& handle) {
+  return handle.jobj_parent != nullptr && !holds(handle.jobj_parent, handle.key_obj, handle.jobj);
+}
+
+// Puts a new array in place of the handle's old one. False, with nothing changed, when that fails.
 [[nodiscard]] bool replaceArray(TreeMapObject& handle, JsonRef made) {
   if (handle.jobj_parent == nullptr) {
     json_object_put(handle.jobj);
@@ -111,7 +116,7 @@ int TreeMapObject::addArrayItem(TreeMapObject* item) {
 }
 
 int TreeMapObject::delArrayItem(unsigned int index) {
-  const int length = len();
+  const int length = hearth::isStale(*this) ? -1 : len();
   if (length < 0 || index >= static_cast<unsigned int>(length)) {
     return -1;
   }
@@ -124,7 +129,7 @@ int TreeMapObject::delArrayItem(unsigned int index) {
 }
 
 int TreeMapObject::clearArrayItems() {
-  if (len() < 0) {
+  if (hearth::isStale(*this) || len() < 0) {
     return -1;
   }
   hearth::JsonRef empty(json_object_new_array());

@@ -44,6 +44,12 @@ size_t indexOf(json_object* array, const char* key, json_object* old) {
 
 }  // namespace
 
+bool holds(json_object* container, const char* key, json_object* value) {
+  return json_object_is_type(container, json_type_object) != 0
+             ? nameOf(container, key, value) != nullptr
+             : indexOf(container, key, value) < json_object_array_length(container);
+}
+
 bool relink(json_object* container, const char* key, json_object* old, json_object* made) {
   if (json_object_is_type(container, json_type_object) != 0) {
     const char* const name = nameOf(container, key, old);

@@ -10,6 +10,9 @@ struct json_object;
 
 namespace hearth {
 
+// True when the value is in the container. The value itself is not looked at: it may be gone.
+[[nodiscard]] bool holds(json_object* container, const char* key, json_object* value);
+
 // Replaces `old` by `made` in an object or an array, which then shares it and has released `old`:
 // the caller's reference of `made` goes to the container. False, with nothing changed, when `old`
 // is not in it.
