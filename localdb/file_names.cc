@@ -39,6 +39,7 @@ const char* formName(NameBuffer& buffer, const char* areaDir, const char* stem,
 
 const char* formMessageName(NameBuffer& buffer, unsigned int area, unsigned int message,
                             const char* ending) {
+  const char* const areaDir = LocalDbCtrl::getApiDir(area);
   const LabelTable labels = labelTable(area);
   if (labels.rows == nullptr) {
     return nullptr;
@@ -48,7 +49,7 @@ const char* formMessageName(NameBuffer& buffer, unsigned int area, unsigned int 
     HEARTH_LOG(LOG_ERROR, "getFileName: area %u has no message %u\n", area, message);
     return nullptr;
   }
-  return formName(buffer, LocalDbCtrl::getApiDir(area), label, ending);
+  return formName(buffer, areaDir, label, ending);
 }
 
 }  // namespace

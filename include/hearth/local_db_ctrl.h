@@ -117,8 +117,7 @@ class HEARTH_API LocalDbCtrl {
   // Names are formed from BEConfig::DATA_LOCATION as it is at the call. A returned name lies in a
   // buffer of its operation and calling thread, until that thread calls the operation again.
   // Failure: null, with a log line where an area or index is out of range or a name is longer than
-  // 255 characters. Null without a line where a message can have no file (area API_MISC and
-  // beyond).
+  // 255 characters. Null without a line for the messages of API_MISC, which can have no file.
 
   // The area's directory name. Ownership: constant.
   static const char* getApiDir(unsigned int apiT);

@@ -24,6 +24,7 @@ TEST_F(NamesTest, AreFormedFromLocationAreaAndLabel) {
       {6, 20, "L/qos/qos.ldb", "null", "null", "ERROR: getFileName: area 6 has no message 20\n"},
       {7, 0, "L/misc/misc.ldb", "null", "null", ""},
       {UINT_MAX, UINT_MAX, "null", "null", "null",
+       "ERROR: getApiDir: there is no area 4294967295\n"
        "ERROR: getApiDir: there is no area 4294967295\n"},
   };
   BEConfig::DATA_LOCATION = "L";
