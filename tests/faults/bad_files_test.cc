@@ -1,0 +1,101 @@
+// Database files that are no database: the lock answers as for any that does not parse, nothing
+// waits, and no save puts anything in their place.
+#include <sys/stat.h>
+
+#include "hearth/hearth.h"
+#include "tests/support/scratch.h"
+
+namespace {
+
+constexpr char kFile[] = "qos/qos.ldb";
+
+class BadFilesTest : public ScratchInMemory {
+ protected:
+  BadFilesTest() {
+    std::filesystem::create_directory("qos");
+    BEConfig::DATA_LOCATION = ".";
+    LocalDbCtrl::init();
+    alarm(60);  // ends a test that waits for a pipe or reads a device
+  }
+  ~BadFilesTest() override { alarm(0); }
+
+  // What is there: kind, mode, size, identity.
+  static std::string description() {
+    struct stat is {};
+    lstat(kFile, &is);
+    return std::to_string(is.st_mode) + " " + std::to_string(is.st_size) + " " +
+           std::to_string(is.st_ino);
+  }
+
+  static void expectUntouched() {
+    const std::string before = description();
+    EXPECT_EQ(nullptr, LocalDbCtrl::lockDbObject(API_QOS, "count", "default"));
+    TreeMapObject* const whole = LocalDbCtrl::lockDbObject(API_QOS, "", "default");
+    ASSERT_NE(nullptr, whole) << "a file that is there";
+    EXPECT_EQ(nullptr, whole->jobj);
+    whole->set("count", 1);
+    EXPECT_EQ(2, LocalDbCtrl::saveDbObject(API_QOS, "default"));
+    EXPECT_EQ(before, description());
+    EXPECT_EQ(std::set<std::string>{"qos.ldb"}, namesIn("qos"));
+  }
+};
+
+TEST_F(BadFilesTest, TextsThatDoNotParse) {
+  const std::string whole = R"({"count":1,"a":[1.5e3,{"b":"\u00e9 \"x\""},true,null],"":{}})";
+  std::string binary;
+  for (int c = 255; c >= 0; --c) {
+    binary += static_cast<char>(c);
+  }
+  std::vector<std::string> texts = {
+      std::string(4096, '\0'), whole.substr(0, 20) + '\0',   binary,
+      "\xef\xbb\xbf" + whole,  std::string(50'000'000, 'x'), "[" + std::string(50'000'000, ' ')};
+  for (std::size_t size = 0; size < whole.size(); ++size) {
+    texts.push_back(whole.substr(0, size));
+  }
+  for (const std::string& text : texts) {
+    SCOPED_TRACE(text.substr(0, 80) + " of " + std::to_string(text.size()));
+    putText(kFile, text);
+    expectUntouched();
+    ASSERT_TRUE(text == textOf(kFile));
+  }
+}
+
+TEST_F(BadFilesTest, ThingsThatAreNoFiles) {
+  const std::pair<const char*, void (*)()> cases[] = {
+      {"folder", [] { mkdir(kFile, 0777); }},
+      {"pipe", [] { mkfifo(kFile, 0666); }},
+      {"endless device", [] { std::filesystem::create_symlink("/dev/zero", kFile); }},
+  };
+  for (const auto& [name, make] : cases) {
+    SCOPED_TRACE(name);
+    make();
+    expectUntouched();
+    std::filesystem::remove(kFile);
+  }
+}
+
+TEST_F(BadFilesTest, AnUnreadableOne) {
+  if (geteuid() != 0) {
+    GTEST_SKIP() << "needs root to become another";
+  }
+  putText(kFile, R"({"count":1})");
+  chmod(".", 0755);
+  chmod(kFile, 0);
+  chmod("qos", 0777);
+  ASSERT_EQ(0, seteuid(65534));
+  expectUntouched();
+  ASSERT_EQ(0, seteuid(0));
+  EXPECT_EQ(R"({"count":1})", textOf(kFile));
+}
+
+TEST_F(BadFilesTest, LargeIsNotBad) {
+  const std::string filler(50'000'000, 'x');
+  putText(kFile, R"({"count":1,"filler":")" + filler + R"("})");
+  TreeMapObject* const whole = LocalDbCtrl::lockDbObject(API_QOS, "", "default");
+  ASSERT_NE(nullptr, whole);
+  whole->set("count", 2);
+  EXPECT_EQ(0, LocalDbCtrl::saveDbObject(API_QOS, "default"));
+  EXPECT_TRUE(textOf(kFile) == "{\n  \"count\":2,\n  \"filler\":\"" + filler + "\"\n}");
+}
+
+}  // namespace
