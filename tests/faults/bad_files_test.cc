@@ -56,14 +56,19 @@ TEST_F(BadFilesTest, TextsThatDoNotParse) {
     SCOPED_TRACE(text.substr(0, 80) + " of " + std::to_string(text.size()));
     putText(kFile, text);
     expectUntouched();
-    ASSERT_TRUE(text == textOf(kFile));
+    ASSERT_EQ(text, textOf(kFile));
   }
 }
 
-TEST_F(BadFilesTest, ThingsThatAreNoFiles) {
+TEST_F(BadFilesTest, ThingsThatAreNoTexts) {
   const std::pair<const char*, void (*)()> cases[] = {
       {"folder", [] { mkdir(kFile, 0777); }},
       {"pipe", [] { mkfifo(kFile, 0666); }},
+      {"50 MB of nothing",
+       [] {
+         putText(kFile, "[");
+         std::filesystem::resize_file(kFile, 50'000'000);
+       }},
       {"endless device", [] { std::filesystem::create_symlink("/dev/zero", kFile); }},
   };
   for (const auto& [name, make] : cases) {
@@ -95,7 +100,7 @@ TEST_F(BadFilesTest, LargeIsNotBad) {
   ASSERT_NE(nullptr, whole);
   whole->set("count", 2);
   EXPECT_EQ(0, LocalDbCtrl::saveDbObject(API_QOS, "default"));
-  EXPECT_TRUE(textOf(kFile) == "{\n  \"count\":2,\n  \"filler\":\"" + filler + "\"\n}");
+  EXPECT_TRUE(folder_.contentsOf(kFile) == "{\n  \"count\":2,\n  \"filler\":\"" + filler + "\"\n}");
 }
 
 }  // namespace
