@@ -139,7 +139,7 @@ void addGrowthCases() {
   for (const int rules : {5, 50, 500, 5000}) {
     addSize(rules);
   }
-  for (const int sessions : {1, 10, 100, 300}) {
+  for (const int sessions : {1, 10, 100}) {
     addSessions(sessions);
   }
   for (const int records : {1, 10, 100, 1000}) {

@@ -77,7 +77,7 @@ void enter(Case added) {
 }
 
 InstructionCount::InstructionCount(double secondsOfOne)
-    : runs_(static_cast<int>(std::clamp(0.2 / secondsOfOne, 3.0, 1000.0))) {}
+    : runs_(static_cast<int>(std::clamp(0.05 / secondsOfOne, 3.0, 300.0))) {}
 
 void InstructionCount::begin() const {
   CALLGRIND_TOGGLE_COLLECT;

@@ -86,10 +86,16 @@ def reference_of(name, figures):
     return next((f"{row}/{way}" for way in REFERENCES if f"{row}/{way}" in figures), None)
 
 
-def summarize(runs):
+def names_in_order(program):
+    listed = subprocess.run([program, "--benchmark_list_tests=true"], check=True, text=True,
+                            stdout=subprocess.PIPE).stdout
+    return [line.split("/real_time")[0] for line in listed.splitlines()]
+
+
+def summarize(names, runs):
     """Per case, the median figure, and the median and quartiles of its ratio."""
     summary = {}
-    for name in runs[0]:
+    for name in filter(runs[0].__contains__, names):
         figures = [run[name] for run in runs if name in run]
         entry = {"figure": statistics.median(figures)}
         reference = reference_of(name, runs[0])
@@ -142,14 +148,15 @@ def main():
     parser.add_argument("--processes", type=int)
     options = parser.parse_args()
     wanted = r"^growth\." if options.plots else options.filter
-    measure = count_once if options.instructions else time_once
-    processes = options.processes or (5 if options.instructions else 7)
+    is_counting = options.instructions or options.plots
+    measure = count_once if is_counting else time_once
+    processes = options.processes or (1 if options.plots else 3 if is_counting else 7)
     with tempfile.TemporaryDirectory() as folder:
         runs = []
         for process in range(processes):
             print(f"process {process + 1} of {processes}", file=sys.stderr)
             runs.append(measure(options.program, wanted, folder))
-    summary = summarize(runs)
+    summary = summarize(names_in_order(options.program), runs)
     if options.plots:
         plots.draw(summary, "docs/plots")
     else:

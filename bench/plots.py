@@ -1,14 +1,14 @@
-"""Draws how costs grow, one small SVG per quantity, with gnuplot."""
+"""Draws how costs grow, in instructions, one small SVG per quantity, with gnuplot."""
 import os
 import subprocess
 
-# Per quantity: the horizontal axis, a factor for it, the unit of time and its size in ns.
+# Per quantity: the horizontal axis, a factor for it, the vertical axis and a divisor for that.
 QUANTITIES = {
-    "depth": ("tokens in the path", 1, "ns", 1),
-    "width": ("members or elements", 1, "ns", 1),
-    "size": ("document, KB", 0.2, "us", 1e3),
-    "sessions": ("sessions", 1, "ns", 1),
-    "records": ("login records", 1, "us", 1e3),
+    "depth": ("tokens in the path", 1, "instructions", 1),
+    "width": ("members or elements", 1, "instructions", 1),
+    "size": ("document, KB", 0.2, "instructions, thousands", 1e3),
+    "sessions": ("sessions", 1, "instructions", 1),
+    "records": ("login records", 1, "instructions, thousands", 1e3),
 }
 
 SCRIPT = """
@@ -23,7 +23,7 @@ set offsets graph 0.02, graph 0.05, 0, 0
 plot {curves}
 """
 
-LOGARITHMIC = {"width": "set logscale x", "size": "set logscale xy",
+LOGARITHMIC = {"width": "set logscale x\nset yrange [0:*]", "size": "set logscale xy",
                "sessions": "set logscale x\nset yrange [0:*]", "records": "set logscale xy",
                "depth": "set yrange [0:*]"}
 
@@ -54,4 +54,4 @@ def draw(summary, folder):
         subprocess.run(["gnuplot"], input=script + data, text=True, check=True)
         for way, points in curves.items():
             print(quantity, way,
-                  " ".join(f"{n}:{figure / size:.3g}{unit}" for n, figure in sorted(points)))
+                  " ".join(f"{n}: {figure:,.0f}" for n, figure in sorted(points)))
