@@ -46,9 +46,8 @@ TEST_F(BadFilesTest, TextsThatDoNotParse) {
   for (int c = 255; c >= 0; --c) {
     binary += static_cast<char>(c);
   }
-  std::vector<std::string> texts = {
-      std::string(4096, '\0'), whole.substr(0, 20) + '\0',   binary,
-      "\xef\xbb\xbf" + whole,  std::string(50'000'000, 'x'), "[" + std::string(50'000'000, ' ')};
+  std::vector<std::string> texts = {std::string(4096, '\0'), whole.substr(0, 20) + '\0', binary,
+                                    "\xef\xbb\xbf" + whole};
   for (std::size_t size = 0; size < whole.size(); ++size) {
     texts.push_back(whole.substr(0, size));
   }
