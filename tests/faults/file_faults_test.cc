@@ -157,8 +157,7 @@ constexpr int kNoSuchCall = 77;
   EXPECT_TRUE(fault.error != FileFault::kHalf || counted == 2) << "half is no failure";
   EXPECT_LE(strays(), fault.lasts ? 1U : 0U);
   expectNextCounts(scenario);
-  fflush(nullptr);
-  _exit(testing::Test::HasFailure() ? 1 : calls < nth ? kNoSuchCall : 0);
+  exit(testing::Test::HasFailure() ? 1 : calls < nth ? kNoSuchCall : 0);
 }
 
 class FileFaultsTest : public ScratchInMemory {
@@ -181,8 +180,7 @@ class FileFaultsTest : public ScratchInMemory {
       const Ended later = inChild([&] {
         scenario.start();
         expectNextCounts(scenario);
-        fflush(nullptr);
-        _exit(testing::Test::HasFailure() ? 1 : 0);
+        exit(testing::Test::HasFailure() ? 1 : 0);
       });
       EXPECT_EQ(0, later.status) << later.out;
       EXPECT_EQ(0U, strays()) << "after a later process has counted";

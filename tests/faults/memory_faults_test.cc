@@ -183,6 +183,7 @@ int runRequest(TreeMapObject& wrong, int nth, bool lasts) {
 // Requests whose first, second ... allocation fails, each followed by one that has memory.
 [[noreturn]] void runFrom(int nth, bool lasts) {
   signal(SIGABRT, blame);
+  BEConfig::LOG_ERROR_ENABLE = lasts ? 0 : 1;
   TreeMapObject wrong(R"({"name":"UPPER"})");
   runRequest(wrong, 0, false);
   void* warmUp[1];
@@ -198,8 +199,7 @@ int runRequest(TreeMapObject& wrong, int nth, bool lasts) {
     runRequest(wrong, 0, false);
     ++nth;
   }
-  fflush(nullptr);
-  _exit(testing::Test::HasFailure() ? 1 : 0);
+  exit(testing::Test::HasFailure() ? 1 : 0);
 }
 
 using MemoryFaultsTest = ScratchInMemory;

@@ -133,4 +133,12 @@ TEST(Array, AnOverwrittenKeyTouchesNoNeighbour) {
   EXPECT_EQ(R"({"[0]":[9],"list":[2]})", plain(document));
 }
 
+TEST(Array, AMovedArrayIsFoundWhereItIs) {
+  TreeMapObject document("[0,[1,2]]");
+  const Handle array(document.get("[1]"));
+  document.del("[0]");
+  EXPECT_EQ(1, array->delArrayItem(0));
+  EXPECT_EQ("[[2]]", plain(document));
+}
+
 }  // namespace
