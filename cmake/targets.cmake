@@ -21,8 +21,7 @@ function(hearth_add_objects name)
   target_include_directories(${name} PUBLIC ${PROJECT_SOURCE_DIR} ${PROJECT_SOURCE_DIR}/include)
   # Sections of their own let the linker drop what nobody calls. Unwind tables give a backtrace its
   # frames, also on ARM where C++ code without exceptions has none by default.
-  target_compile_options(${name} PRIVATE -ffunction-sections -fdata-sections -funwind-tables
-                                         -fno-semantic-interposition)
+  target_compile_options(${name} PRIVATE -ffunction-sections -fdata-sections -funwind-tables)
   target_link_libraries(${name} PRIVATE hearth_flags)
 endfunction()
 
