@@ -16,22 +16,19 @@
 namespace hearth {
 namespace {
 
-#define HEARTH_TEXTS(X)                                                                    \
-  X(LOG_FILE)                                                                              \
-  X(DATA_LOCATION)                                                                         \
-  X(WEBSERVER_DOCROOT)                                                                     \
-  X(URL_REWRITE) X(UPLOAD_STORAGE) X(DOWNLOAD_STORAGE) X(SSL_CERTIFICATION_FILE)           \
-      X(DUPLICATE_LOGIN_ENABLE) X(WEBSERVER_PORTS) X(IPV4_ALLOW_PORTS) X(IPV6_ALLOW_PORTS) \
-          X(LAN_ALLOW_PORTS) X(WAN_ALLOW_PORTS) X(WLAN_ALLOW_PORTS) X(SYSTEM_SCRIPT_DIR)   \
-              X(AUTH_SECRET_STR)
-#define HEARTH_NUMBERS(X)                                                                         \
-  X(LOG_MASK)                                                                                     \
-  X(LOG_ERROR_ENABLE)                                                                             \
-  X(LOG_DEBUG_ENABLE)                                                                             \
-  X(LOG_WARNING_ENABLE) X(LOG_INFO_ENABLE) X(LOG_TO_FILE) X(REPO_TYPE) X(AUTH_EXPIRATION)         \
-      X(AUTH_CLEANUP) X(WEBSERVER_PORT) X(VALIDATION_ON_REQUEST) X(VALIDATION_ON_RESPONSE)        \
-          X(ENABLE_CROSS_DOMAIN) X(ENABLE_BYPASS_TOKEN) X(ENABLE_CHECK_DUPLICATE) X(ENABLE_HTTPS) \
-              X(API_VERSION) X(MULTIDB_MODE_ENABLE) X(GUEST_NETWORK_ENABLE)
+// clang-format off
+#define HEARTH_TEXTS(X)                                                                      \
+  X(LOG_FILE) X(DATA_LOCATION) X(WEBSERVER_DOCROOT) X(URL_REWRITE) X(UPLOAD_STORAGE)         \
+  X(DOWNLOAD_STORAGE) X(SSL_CERTIFICATION_FILE) X(DUPLICATE_LOGIN_ENABLE) X(WEBSERVER_PORTS) \
+  X(IPV4_ALLOW_PORTS) X(IPV6_ALLOW_PORTS) X(LAN_ALLOW_PORTS) X(WAN_ALLOW_PORTS)              \
+  X(WLAN_ALLOW_PORTS) X(SYSTEM_SCRIPT_DIR) X(AUTH_SECRET_STR)
+#define HEARTH_NUMBERS(X)                                                                    \
+  X(LOG_MASK) X(LOG_ERROR_ENABLE) X(LOG_DEBUG_ENABLE) X(LOG_WARNING_ENABLE)                  \
+  X(LOG_INFO_ENABLE) X(LOG_TO_FILE) X(REPO_TYPE) X(AUTH_EXPIRATION) X(AUTH_CLEANUP)          \
+  X(WEBSERVER_PORT) X(VALIDATION_ON_REQUEST) X(VALIDATION_ON_RESPONSE)                       \
+  X(ENABLE_CROSS_DOMAIN) X(ENABLE_BYPASS_TOKEN) X(ENABLE_CHECK_DUPLICATE) X(ENABLE_HTTPS)    \
+  X(API_VERSION) X(MULTIDB_MODE_ENABLE) X(GUEST_NETWORK_ENABLE)
+// clang-format on
 
 std::map<std::string, std::string> settings() {
   return {
