@@ -84,6 +84,7 @@ void settingsAre(json_object* document) {
 
 }  // namespace
 
+// NOLINTBEGIN(bugprone-reserved-identifier): the linker's names
 extern "C" [[noreturn]] void __real_exit(int status);
 extern "C" [[noreturn]] void __wrap_exit(int status) {
   if (isReading) {
@@ -91,6 +92,7 @@ extern "C" [[noreturn]] void __wrap_exit(int status) {
   }
   __real_exit(status);
 }
+// NOLINTEND(bugprone-reserved-identifier)
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   static const fuzz::Folder folder;

@@ -1,5 +1,6 @@
 // A path on the first line and a document behind it: reading and writing there agree with the
 // model.
+#include <algorithm>
 #include <cstdint>
 
 #include "fuzz/fuzz.h"
@@ -21,7 +22,7 @@ fuzz::JsonRef parse(const std::string& text) {
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   const std::string input(reinterpret_cast<const char*>(data), size);
   const std::size_t end = input.find('\n');
-  const std::string path = input.substr(0, end).c_str();
+  const std::string path = input.substr(0, std::min(end, input.find('\0')));
   const std::string text = end == std::string::npos ? "" : input.substr(end + 1);
   const fuzz::JsonRef document = parse(text);
   const std::string read = readingDiffers(document.get(), path);

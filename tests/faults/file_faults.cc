@@ -69,8 +69,8 @@ ssize_t transfer(const char* name, int fd, Buffer buffer, size_t size) {
 
 }  // namespace
 
-void failFileCall(int nth, const FileFault& what) {
-  fault = what;
+void failFileCall(int nth, const FileFault& itsFault) {
+  fault = itsFault;
   faultyCall = nth;
   calls = 0;
   counts = true;

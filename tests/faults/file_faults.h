@@ -13,7 +13,7 @@ struct FileFault {
 };
 
 // The n-th call from now on meets the fault; none at 0.
-void failFileCall(int nth, const FileFault& fault);
+void failFileCall(int nth, const FileFault& itsFault);
 
 // Ends the counting; the calls since.
 int countedFileCalls();

@@ -7,10 +7,12 @@
 #include <cstddef>
 #include <cstring>
 
+// NOLINTBEGIN(bugprone-reserved-identifier): the C library's own names
 extern "C" void* __libc_malloc(std::size_t size);
 extern "C" void* __libc_calloc(std::size_t count, std::size_t size);
 extern "C" void* __libc_realloc(void* memory, std::size_t size);
 extern "C" void __libc_free(void* memory);
+// NOLINTEND(bugprone-reserved-identifier)
 
 namespace {
 
