@@ -102,23 +102,10 @@ std::string jsonText(json_object* value, const Output& out, Layout layout) {
 }
 
 const char* typeName(json_object* value) {
-  switch (json_object_get_type(value)) {
-    case json_type_null:
-      return "null";
-    case json_type_boolean:
-      return "a boolean";
-    case json_type_double:
-      return "a double";
-    case json_type_int:
-      return "an integer";
-    case json_type_object:
-      return "an object";
-    case json_type_array:
-      return "an array";
-    case json_type_string:
-      return "a string";
-  }
-  return "a value";
+  // In the order of json_type.
+  constexpr const char* kNames[] = {"null",      "a boolean", "a double", "an integer",
+                                    "an object", "an array",  "a string"};
+  return kNames[json_object_get_type(value)];
 }
 
 std::string described(json_object* value) {

@@ -40,6 +40,10 @@ void importArea(Context& /*context*/, const TransferOptions& options) {
   if (!loose.empty()) {
     throw Failure(Exit::kIo, name + ": is not plain JSON: " + loose);
   }
+  if (json_object_is_type(database->jobj, json_type_object) == 0 &&
+      json_object_is_type(database->jobj, json_type_array) == 0) {
+    throw Failure(Exit::kNo, name + " is " + described(database->jobj) + ", which is no database");
+  }
   if (!options.noSchema) {
     checkDatabase(area, name, *database);
   }

@@ -65,7 +65,10 @@ Handle newString(const std::string& text) {
 }
 
 Handle inferred(const std::string& text) {
-  return isScalarText(text) ? parse(text, text, true) : newString(text);
+  if (isScalarText(text)) {
+    return parse(text, text, true);
+  }
+  return newString(text);
 }
 
 [[noreturn]] void failOnType(const std::string& text, const std::string& why) {
@@ -167,7 +170,10 @@ Handle Value::make(json_object* replaced) const {
   if (options_.type != ValueOptions::kInferred) {
     return ofType(*options_.text, options_.type);
   }
-  return replaced == nullptr ? inferred(*options_.text) : replacing(replaced, *options_.text);
+  if (replaced != nullptr) {
+    return replacing(replaced, *options_.text);
+  }
+  return inferred(*options_.text);
 }
 
 }  // namespace hearth::tool

@@ -151,6 +151,12 @@ void addPlace(const Command<Options>& command) {
   command.app->add_option("PATH", command.options.path, kPathHelp)->required();
 }
 
+void addPlaceAndValue(const Command<EditOptions>& command) {
+  addPlace(command);
+  addValueOptions(*command.app, command.options.value, ValueUse::kStored);
+  addSaveOptions(*command.app, command.options.save);
+}
+
 }  // namespace
 
 void addValueCommands(CLI::App& app, Context& context) {
@@ -163,7 +169,7 @@ void addValueCommands(CLI::App& app, Context& context) {
   addPlace(getting);
   getting.app->add_flag("--json", getting.options.json, "print texts as JSON too");
 
-  const auto setting = addCommand<EditOptions>(
+  addPlaceAndValue(addCommand<EditOptions>(
       app, context, "set",
       "Store a value at a path, making what is missing on the way\n\n"
       "VALUE gets the type of the value that it replaces. Where nothing is replaced, 11 is an\n"
@@ -172,10 +178,7 @@ void addValueCommands(CLI::App& app, Context& context) {
       "  hearth set wifi 'radios.[0].channel' 11\n"
       "  hearth set wifi 'radios.[0].networks.[0].security.passphrase' 12345678   stays a text\n"
       "  hearth set --json service 'ddns.hosts' '[\"a.example\"]'",
-      set);
-  addPlace(setting);
-  addValueOptions(*setting.app, setting.options.value, ValueUse::kStored);
-  addSaveOptions(*setting.app, setting.options.save);
+      set));
 
   const auto deleting = addCommand<EditOptions>(
       app, context, "del", "Remove the member or element at a path; later elements move up",
@@ -183,14 +186,11 @@ void addValueCommands(CLI::App& app, Context& context) {
   addPlace(deleting);
   addSaveOptions(*deleting.app, deleting.options.save);
 
-  const auto adding = addCommand<EditOptions>(
+  addPlaceAndValue(addCommand<EditOptions>(
       app, context, "add", "Append a value to the array at a path, and print its path",
       "  hearth add wifi bandSteering.exceptions 02:00:5E:10:00:77\n"
       "  hearth add wifi 'radios.[0].networks.[0].accessControl.rules' --from rule.json",
-      add);
-  addPlace(adding);
-  addValueOptions(*adding.app, adding.options.value, ValueUse::kStored);
-  addSaveOptions(*adding.app, adding.options.save);
+      add));
 }
 
 }  // namespace hearth::tool
