@@ -78,7 +78,7 @@ bool isDivisible(json_object* instance, json_object* step, Effort& effort) {
 
 // Whether the instance lies on the allowed side of the bound; on it only where that is allowed.
 bool isWithin(json_object* instance, json_object* bound, Order side, bool exclusive) {
-  const Order order = compare(numberOf(instance), numberOf(bound));
+  const Order order = compare(instance, bound);
   return order == side || (order == Order::kEqual && !exclusive);
 }
 

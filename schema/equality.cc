@@ -39,7 +39,7 @@ class Comparison {
       return false;
     }
     if (isNumber(type) && isNumber(other)) {
-      return compare(numberOf(left), numberOf(right)) == Order::kEqual;
+      return compare(left, right) == Order::kEqual;
     }
     if (type != other) {
       return false;

@@ -1,6 +1,5 @@
 #include "schema/keywords.h"
 
-#include <array>
 #include <cstddef>
 #include <cstring>
 
@@ -105,53 +104,77 @@ constexpr Keyword kKeywords[] = {
 };
 constexpr size_t kKeywordCount = sizeof kKeywords / sizeof kKeywords[0];
 
-// An open hash table over the names, made while compiling. Keys of equal name stand in it one after
-// the other, told apart by their drafts.
+// A hash table over the first four characters, made while compiling: they tell most names that are
+// no keywords. It has no collisions, so a bucket is the run of keywords that begin alike, which
+// stand in a row in a list of their own, the usual one first.
 constexpr size_t kBuckets = 128;
-constexpr size_t kLongestName = sizeof(Keyword::name) - 1;
 
-constexpr unsigned step(unsigned hash, char c) {
-  return hash * 33U + static_cast<unsigned char>(c);
-}
-constexpr size_t bucketOf(unsigned hash) {
-  return (hash ^ (hash >> 7)) % kBuckets;
+constexpr uint32_t byteAt(const char* name, unsigned i) {
+  return static_cast<uint32_t>(static_cast<unsigned char>(name[i])) << 8 * i;
 }
 
-constexpr std::array<uint8_t, kBuckets> makeBuckets() {
-  std::array<uint8_t, kBuckets> buckets{};
+constexpr uint32_t headOf(const char* name) {
+  if (!name[0] || !name[1]) {
+    return byteAt(name, 0);
+  }
+  const uint32_t two = byteAt(name, 0) | byteAt(name, 1);
+  return !name[2] ? two : two | byteAt(name, 2) | byteAt(name, 3);
+}
+
+// The factor was found by trying.
+constexpr size_t bucketOf(uint32_t head) {
+  return head * 2860054109U >> 25;
+}
+
+struct Buckets {
+  uint32_t heads[kBuckets];
+  uint8_t first[kBuckets];  // of the run, in the list
+  uint8_t end[kBuckets];
+  uint8_t list[kKeywordCount + 1];
+  bool collides;
+};
+
+constexpr Buckets makeBuckets() {
+  Buckets buckets{};
+  uint8_t listed = 0;
   for (size_t i = 0; i < kKeywordCount; ++i) {
-    unsigned hash = 0;
-    for (const char* c = kKeywords[i].name; *c; ++c) {
-      hash = step(hash, *c);
+    const uint32_t head = headOf(kKeywords[i].name);
+    const size_t bucket = bucketOf(head);
+    if (buckets.heads[bucket] == head) {
+      continue;
     }
-    size_t bucket = bucketOf(hash);
-    while (buckets[bucket] != 0) {
-      bucket = (bucket + 1) % kBuckets;
+    buckets.collides = buckets.collides || buckets.heads[bucket] != 0;
+    buckets.heads[bucket] = head;
+    buckets.first[bucket] = listed;
+    for (size_t j = i; j < kKeywordCount; ++j) {
+      if (headOf(kKeywords[j].name) == head) {
+        buckets.list[listed++] = static_cast<uint8_t>(j);
+      }
     }
-    buckets[bucket] = static_cast<uint8_t>(i + 1);
+    buckets.end[bucket] = listed;
   }
   return buckets;
 }
-constexpr std::array<uint8_t, kBuckets> kBucketTable = makeBuckets();
+constexpr Buckets kTable = makeBuckets();
+static_assert(!kTable.collides, "find another factor");
 
-}  // namespace
-
-const Keyword* findKeyword(const char* name, Draft draft) {
-  unsigned hash = 0;
-  size_t size = 0;
-  for (; name[size]; ++size) {
-    if (size == kLongestName) {
-      return nullptr;
-    }
-    hash = step(hash, name[size]);
-  }
-  for (size_t i = bucketOf(hash); kBucketTable[i] != 0; i = (i + 1) % kBuckets) {
-    const Keyword& keyword = kKeywords[kBucketTable[i] - 1];
-    if ((keyword.drafts & draftBit(draft)) && memcmp(keyword.name, name, size + 1) == 0) {
+// Apart, so that names that are no keywords do not pay for its registers.
+[[gnu::noinline]] const Keyword* findInRun(const char* name, unsigned draft, size_t bucket) {
+  for (size_t i = kTable.first[bucket]; i < kTable.end[bucket]; ++i) {
+    const Keyword& keyword = kKeywords[kTable.list[i]];
+    if ((keyword.drafts & draft) && strcmp(keyword.name, name) == 0) {
       return &keyword;
     }
   }
   return nullptr;
+}
+
+}  // namespace
+
+const Keyword* findKeyword(const char* name, Draft draft) {
+  const uint32_t head = headOf(name);
+  const size_t bucket = bucketOf(head);
+  return kTable.heads[bucket] == head ? findInRun(name, draftBit(draft), bucket) : nullptr;
 }
 
 const char* nameOf(Id id) {

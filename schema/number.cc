@@ -135,6 +135,17 @@ Order compare(const Number& left, const Number& right) {
   return a.negative ? reversed(order) : order;
 }
 
+Order compare(json_object* left, json_object* right) {
+  if (json_object_get_type(left) == json_type_int && json_object_get_type(right) == json_type_int) {
+    const int64_t a = json_object_get_int64(left);
+    const int64_t b = json_object_get_int64(right);
+    if (a != INT64_MAX || b != INT64_MAX) {  // json-c gives the largest for all beyond it, too
+      return orderOf(a<b, a> b);
+    }
+  }
+  return compare(numberOf(left), numberOf(right));
+}
+
 bool isIntegral(const Number& number) {
   return !number.isDouble || std::floor(number.real) == std::ceil(number.real);
 }

@@ -24,6 +24,7 @@ Number numberOf(json_object* value);
 enum class Order { kLess, kEqual, kGreater, kNone };  // kNone: one of them is no number
 
 Order compare(const Number& left, const Number& right);
+Order compare(json_object* left, json_object* right);
 
 // Whether it has no fraction, be it written as an integer or not.
 bool isIntegral(const Number& number);

@@ -59,12 +59,15 @@ Patterns::Compiled& Patterns::entryOf(const char* name) {
 // $ matches at the very end only; a reference to a group that did not match is empty; [] matches
 // nothing.
 bool Patterns::compile(std::string_view source, bool repeats, Compiled* entry) {
-  constexpr uint32_t kOptions =
+  constexpr uint32_t kUsual =
       PCRE2_UTF | PCRE2_DOLLAR_ENDONLY | PCRE2_MATCH_UNSET_BACKREF | PCRE2_ALLOW_EMPTY_CLASS;
+  // Groups to which nothing refers need not be captured.
+  const bool refers = source.find("\\g{") != std::string_view::npos;
+  const uint32_t chosen = refers ? kUsual : kUsual | PCRE2_NO_AUTO_CAPTURE;
   int error = 0;
   PCRE2_SIZE offset = 0;
   entry->code =
-      pcre2_compile(bytes(source), source.size(), kOptions, &error, &offset, compileContext_);
+      pcre2_compile(bytes(source), source.size(), chosen, &error, &offset, compileContext_);
   if (!entry->code) {
     constexpr int kNoMemory = 121, kLookbehindNotFixed = 125;
     if (error == kNoMemory) {

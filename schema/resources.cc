@@ -34,13 +34,14 @@ json_object* memberOf(json_object* object, const char* name) {
   return json_object_object_get_ex(object, name, &member) ? member : nullptr;
 }
 
+std::string_view textOf(json_object* string) {
+  return {json_object_get_string(string), static_cast<size_t>(json_object_get_string_len(string))};
+}
+
 // The text of a member that is a string; no data() when it is none.
 std::string_view textMember(json_object* object, const char* name) {
   json_object* const member = memberOf(object, name);
-  if (json_object_get_type(member) != json_type_string) {
-    return {};
-  }
-  return json_object_get_string(member);
+  return json_object_get_type(member) == json_type_string ? textOf(member) : std::string_view();
 }
 
 bool isObject(json_object* value) {
@@ -152,7 +153,8 @@ void Resources::readVocabularies(ResourceIndex index, json_object* metaschema) {
 }
 
 ResourceIndex Resources::of(json_object* schema, ResourceIndex around) {
-  if (!isObject(schema) || schema == resources_[around].top) {
+  if (!isObject(schema) || schema == resources_[around].top ||
+      !(textMember(schema, "$id").data() || textMember(schema, "id").data())) {
     return around;
   }
   const Draft draft = draftOf(schema, resources_[around].draft);
@@ -354,7 +356,7 @@ Target Resources::byFragment(Target from, std::string_view fragment) {
     return from;
   }
   const std::string decoded = percentDecoded(fragment);
-  if (decoded[0] == '/') {
+  if (decoded[0] == '/') {  // the walk itself enters a resource that starts where the pointer ends
     return byPointer(from, decoded);
   }
   const Entry* const entry =
@@ -368,8 +370,8 @@ Target Resources::byPointer(Target from, std::string_view pointer) {
     pointer.remove_prefix(1);
     const std::string_view token = pointer.substr(0, pointer.find('/'));
     pointer.remove_prefix(token.size());
-    from.schema = childOf(from.schema, unescaped(token));
     from.resource = of(from.schema, from.resource);
+    from.schema = childOf(from.schema, unescaped(token));
   }
   return from;
 }
@@ -392,12 +394,15 @@ Target Resources::follow(std::string_view reference, ResourceIndex from) {
   return target.schema ? byFragment(target, fragmentOf(reference)) : target;
 }
 
+// Many references lead to few places, so the last ones are remembered by their text.
 Target Resources::resolve(json_object* reference, ResourceIndex from) {
-  Followed& followed = followed_[hashAddress(reference) % kFollowed];
-  if (followed.reference != reference || followed.from != from) {
-    const std::string_view text(json_object_get_string(reference));
+  const std::string_view text = textOf(reference);
+  const unsigned end = text.empty() ? 0 : static_cast<unsigned char>(text.back());
+  const unsigned middle = text.empty() ? 0 : static_cast<unsigned char>(text[text.size() * 3 / 4]);
+  Followed& followed = followed_[(text.size() * 7 + end * 5 + middle + from) % kFollowed];
+  if (followed.from != from || !followed.target.schema || followed.reference != text) {
     const Target target = effort_.spend(10 + text.size()) ? follow(text, from) : Target{};
-    followed = {reference, from, target};
+    followed = {text, from, target};
   }
   return followed.target;
 }

@@ -63,7 +63,7 @@ class Resources {
     const char* name;  // of an anchor; it ends at a NUL
   };
   struct Followed {
-    json_object* reference;
+    std::string_view reference;
     ResourceIndex from;
     Target target;
   };
