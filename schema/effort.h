@@ -25,9 +25,13 @@ enum class Trouble : uint8_t {
   kUnknownVocabulary,
 };
 
-// Schemas, and containers inside the values that are compared, stand at most this deep in each
-// other. 128 KiB of stack hold it many times over in an optimized build.
-constexpr unsigned kMaxDepth = 128;
+// Schemas, and containers inside values that are compared, stand at most this deep in each other.
+constexpr unsigned kMaxDepth = 100;
+
+// The walk down takes no more stack than this, which only the large frames of a build with
+// sanitizers reach before that depth. With the compiler of patterns on top it fits a thread of 128
+// KiB.
+constexpr size_t kMaxStack = 64 * 1024;
 
 class Effort {
  public:

@@ -8,7 +8,7 @@ namespace schema {
 namespace {
 
 // Deeper groups than this would need more stack to compile than a small thread has.
-constexpr uint32_t kGroupDepth = 40;
+constexpr uint32_t kGroupDepth = 20;
 constexpr uint32_t kHeapLimitKiB = 4096;
 
 // How many backtracking points a match may use up, tried in turn: a match that needs few is charged

@@ -18,6 +18,10 @@ bool applies(const Keyword& keyword, const Resource& resource) {
          (keyword.id != Id::kFormat || assertsFormats(resource));
 }
 
+uintptr_t stackNow() {
+  return reinterpret_cast<uintptr_t>(__builtin_frame_address(0));
+}
+
 size_t sizeOf(json_object* container) {
   return json_object_get_type(container) == json_type_object
              ? static_cast<size_t>(json_object_object_length(container))
@@ -31,11 +35,12 @@ bool Walker::run(json_object* instance) {
   if (effort().stopped()) {
     return stop(root, Id::kSchema, nullptr, effort().trouble());
   }
+  stack_ = stackNow();
   return conforms(root, nullptr);
 }
 
 bool Walker::enter(const Place& place) {
-  if (place.depth < kMaxDepth) {
+  if (place.depth < kMaxDepth && stack_ - stackNow() < kMaxStack) {
     return effort().spend(1) || fail(place, Id::kNone, nullptr);
   }
   // Too deep, or going round in a circle: the same schema for the same value, on the way here.

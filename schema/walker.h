@@ -156,6 +156,7 @@ class Walker {
   unsigned quiet_ = 0;    // trials around the walk, whose failures are not the answer
   unsigned deepest_ = 0;  // how deep in the instance the recorded violation is
   bool isFinal_ = false;  // what is recorded stopped the validation
+  uintptr_t stack_ = 0;   // where it was when the walk began
 };
 
 }  // namespace schema

@@ -1,0 +1,87 @@
+// The checkers that the validator's tables of cases go through.
+#ifndef HEARTH_TESTS_SCHEMA_CHECK_H
+#define HEARTH_TESTS_SCHEMA_CHECK_H
+
+#include <gtest/gtest.h>
+#include <json-c/json.h>
+
+#include <string>
+
+#include "json/json_ref.h"
+#include "schema/validate.h"
+
+namespace hearth {
+namespace schema {
+
+// Parses also what is nested deeper than a file may be. The text "null" gives null.
+inline JsonRef parsed(const std::string& text) {
+  constexpr int kDepth = 5000;
+  json_tokener* const tokener = json_tokener_new_ex(kDepth);
+  JsonRef value(json_tokener_parse_ex(tokener, text.c_str(), static_cast<int>(text.size()) + 1));
+  EXPECT_EQ(json_tokener_get_error(tokener), json_tokener_success) << text.substr(0, 200);
+  json_tokener_free(tokener);
+  return value;
+}
+
+inline std::string repeated(const std::string& text, int times) {
+  std::string out;
+  while (times-- > 0) {
+    out += text;
+  }
+  return out;
+}
+
+// In the drafts named by their digits, oldest first: "467" up to draft-07, "9" is 2019-09, "0"
+// 2020-12.
+struct Case {
+  const char* drafts;
+  const char* schema;
+  const char* conforming;  // a JSON array of instances
+  const char* failing;     // another one
+};
+
+inline void checkEach(const Case& row, const char* instances, bool expected) {
+  static constexpr char kDigits[] = "46790";
+  const JsonRef schema = parsed(row.schema);
+  const JsonRef list = parsed(instances);
+  for (const char* digit = row.drafts; *digit; ++digit) {
+    const auto draft = static_cast<Draft>(std::string(kDigits).find(*digit));
+    for (size_t i = 0; i < json_object_array_length(list.get()); ++i) {
+      json_object* const instance = json_object_array_get_idx(list.get(), i);
+      Violation violation;
+      EXPECT_EQ(validate(instance, schema.get(), &violation, draft), expected)
+          << row.schema << "\n  draft " << *digit << ", instance "
+          << json_object_to_json_string(instance) << ": " << violation.message;
+      EXPECT_EQ(violation.message.empty(), expected) << row.schema;
+      EXPECT_EQ(validate(instance, schema.get(), nullptr, draft), expected) << row.schema;
+    }
+  }
+}
+
+inline void check(const Case& row) {
+  checkEach(row, row.conforming, true);
+  checkEach(row, row.failing, false);
+}
+
+struct Told {
+  const char* schema;
+  const char* instance;
+  const char* instanceLocation;
+  const char* schemaLocation;
+  const char* keyword;
+  const char* message;
+};
+
+inline void check(const Told& row) {
+  Violation violation;
+  EXPECT_FALSE(validate(parsed(row.instance).get(), parsed(row.schema).get(), &violation));
+  EXPECT_EQ(violation.instanceLocation, row.instanceLocation) << row.schema;
+  EXPECT_EQ(violation.schemaLocation, row.schemaLocation) << row.schema;
+  EXPECT_EQ(violation.keyword, row.keyword) << row.schema;
+  EXPECT_EQ(violation.message, row.message) << row.schema;
+}
+
+}  // namespace schema
+}  // namespace hearth
+
+#endif

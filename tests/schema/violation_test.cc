@@ -1,0 +1,163 @@
+// What is told about the first violation, and what a schema that cannot be used is refused with.
+#include <pthread.h>
+
+#include <string>
+#include <vector>
+
+#include "check.h"
+
+namespace hearth {
+namespace schema {
+namespace {
+
+TEST(Violation, TellsWhereAndWhy) {
+  const Told rows[] = {
+      {R"({"properties":{"a/b":{"items":{"type":"string"}}}})", R"({"a/b":["x",1]})", "/a~1b/1",
+       "/properties/a~1b/items/type", "type", "must be a string, but is an integer"},
+      {R"({"type":["null","object"]})", "1.5", "", "/type", "type",
+       "must be one of the types \"null\", \"object\", but is a number"},
+      {R"({"maxLength":2})", R"("äöü")", "", "/maxLength", "maxLength",
+       "must be at most 2 characters long, but has 3"},
+      {R"({"minItems":1})", "[]", "", "/minItems", "minItems",
+       "must have at least 1 element, but has 0"},
+      {R"({"maximum":1.5})", "2", "", "/maximum", "maximum", "must be at most 1.5, but is 2"},
+      {R"({"enum":[1,"a",[],null]})", "{}", "", "/enum", "enum",
+       "must be one of 1, \"a\", an array of 0 elements, null, but is an object of 0 members"},
+      {R"({"pattern":"^a"})", "\"b\"", "", "/pattern", "pattern",
+       "must match the pattern \"^a\", but is \"b\""},
+      {R"({"uniqueItems":true})", "[1,2,3,2]", "", "/uniqueItems", "uniqueItems",
+       "must not hold equal elements, but elements 1 and 3 are equal"},
+      {R"({"required":["a","b"]})", R"({"a":1})", "", "/required", "required",
+       "must have the member \"b\""},
+      {R"({"additionalProperties":false})", R"({"a":1})", "/a", "/additionalProperties",
+       "additionalProperties", "is not allowed here"},
+      {R"({"contains":{"const":1}})", "[2]", "", "/contains", "contains",
+       "must have at least 1 matching \"contains\", but has 0"},
+      {R"({"dependencies":{"a":["b"]}})", R"({"a":1})", "", "/dependencies", "dependencies",
+       "must have the member \"b\", because another member needs it"},
+      {R"({"not":{}})", "1", "", "/not", "not", "must not match the schema of \"not\""},
+      {R"({"oneOf":[true,true]})", "1", "", "/oneOf", "oneOf",
+       "must match exactly one of the alternatives, but matches more"},
+      // The alternative that failed deepest in the instance is likely the one that was meant.
+      {R"({"anyOf":[{"type":"string"},{"properties":{"a":{"minimum":5}}}]})", R"({"a":1})", "",
+       "/anyOf", "anyOf",
+       "must match at least one of 2 alternatives, but matches none; the closest is number 2: /a "
+       "must be at least 5, but is 1"},
+      {R"({"$ref":"#/definitions/a","definitions":{"a":{"minimum":5}}})", "1", "",
+       "/definitions/a/minimum", "minimum", "must be at least 5, but is 1"},
+      {R"({"$ref":"http://json-schema.org/draft-07/schema#"})", R"({"title":1})", "/title",
+       "http://json-schema.org/draft-07/schema#/properties/title/type", "type",
+       "must be a string, but is an integer"},
+  };
+  for (const Told& row : rows) {
+    check(row);
+  }
+}
+
+// A schema that cannot be used is never conformed to, whatever stands around it.
+TEST(Violation, RefusesUnusableSchemas) {
+  const struct {
+    const char* schema;
+    const char* location;
+    const char* message;
+  } rows[] = {
+      {R"({"type":5})", "/type", "\"type\" cannot have the value 5"},
+      {R"({"type":"text"})", "/type", "\"type\" cannot have the value \"text\""},
+      {R"({"minLength":-1})", "/minLength", "\"minLength\" cannot have the value -1"},
+      {R"({"multipleOf":0})", "/multipleOf", "\"multipleOf\" cannot have the value 0"},
+      {R"({"required":[1]})", "/required",
+       "\"required\" cannot have the value an array of 1 element"},
+      {R"({"items":null})", "/items", "\"items\" cannot have the value null"},
+      {R"({"allOf":[5]})", "/allOf/0", "the schema here is an integer, not an object or a boolean"},
+      {R"({"$ref":"#/a"})", "/$ref", "the reference \"#/a\" leads nowhere"},
+      {R"({"$ref":"http://localhost/"})", "/$ref",
+       "the reference \"http://localhost/\" leads nowhere"},
+      {R"({"$ref":"file:///etc/passwd"})", "/$ref",
+       "the reference \"file:///etc/passwd\" leads nowhere"},
+      {R"({"$ref":"#"})", "", "a reference in the schema leads back to itself"},
+      {R"({"allOf":[{"$ref":"#"}]})", "", "a reference in the schema leads back to itself"},
+      {R"({"pattern":"("})", "/pattern",
+       "a pattern of \"pattern\" is no usable regular expression"},
+      {R"({"patternProperties":{"a++":{}}})", "/patternProperties",
+       "a pattern of \"patternProperties\" is no usable regular expression"},
+      {R"({"pattern":"(?=(a+)+$b)|^(a|aa)+$"})", "/pattern",
+       "a pattern of \"pattern\" takes too much work"},
+  };
+  const JsonRef text = parsed("\"" + repeated("a", 60) + "!\"");
+  for (const auto& row : rows) {
+    const std::string schema = row.schema;
+    const auto names = [&](const char* word) { return schema.find(word) != std::string::npos; };
+    const JsonRef instance = names("Properties") || names("required") ? parsed(R"({"a":1})")
+                             : names("multipleOf")                    ? parsed("1")
+                                                   : JsonRef(json_object_get(text.get()));
+    Violation violation;
+    EXPECT_FALSE(validate(instance.get(), parsed(schema).get(), &violation)) << schema;
+    EXPECT_EQ(violation.message, std::string("cannot be checked: ") + row.message) << schema;
+    if (schema.find("#\"") == std::string::npos) {
+      EXPECT_EQ(violation.schemaLocation, row.location) << schema;
+      const JsonRef inside =
+          parsed(R"({"not":{"anyOf":[{"$id":"http://x/"}]},"not":)" + schema + "}");
+      EXPECT_FALSE(validate(instance.get(), inside.get())) << schema;
+    }
+  }
+  EXPECT_FALSE(validate(text.get(), nullptr));
+  EXPECT_TRUE(validate(nullptr, parsed(R"({"type":"null"})").get()));
+}
+
+struct Mean {
+  std::string schema;
+  std::string instance;
+};
+
+// Each of these would take for ever, or a stack of megabytes, or the square of its size.
+std::vector<Mean> meanPairs() {
+  std::vector<Mean> pairs;
+  std::string doubling = R"({"$defs":{"0":{"type":"string"})";
+  for (int i = 1; i < 40; ++i) {
+    const std::string below = R"({"$ref":"#/$defs/)" + std::to_string(i - 1) + "\"}";
+    doubling += ",\"" + std::to_string(i) + "\":{\"anyOf\":[" + below + "," + below + "]}";
+  }
+  pairs.push_back({doubling + R"(},"$ref":"#/$defs/39"})", "1"});
+  pairs.push_back({repeated(R"({"not":)", 1500) + "{}" + repeated("}", 1500), "1"});
+  pairs.push_back({R"({"items":{"$ref":"#"}})", repeated("[", 1500) + repeated("]", 1500)});
+  const std::string deep = repeated("[", 1500) + repeated("]", 1500);
+  pairs.push_back({R"({"const":)" + deep + "}", deep});
+  pairs.push_back({R"({"uniqueItems":true})", "[" + deep + "," + deep + repeated(",1", 20) + "]"});
+  pairs.push_back({R"({"pattern":")" + repeated("(", 300) + repeated(")", 300) + "\"}", "\"a\""});
+  pairs.push_back({R"({"pattern":"(?=[^x]*)y"})", "\"" + repeated("a", 1'000'000) + "\""});
+  std::string anchored = R"({"unevaluatedProperties":true,"$dynamicAnchor":"a","anyOf":[)";
+  pairs.push_back({anchored + R"({"$dynamicRef":"#a"}],"$ref":"#b"})", R"({"a":1})"});
+  std::string ids = R"({"$id":"http://x/)" + repeated("long/", 380) + R"(","allOf":[{"$ref":"n"})";
+  pairs.push_back({ids + repeated(R"(,{"$id":"a"})", 20'000) + "]}", "1"});
+  pairs.push_back({R"({"enum":[)" + repeated("1,", 50'000) + "2]}", "3"});
+  pairs.push_back({R"({"items":{"enum":[)" + repeated("1,", 20'000) + "2]}}",
+                   "[" + repeated("2,", 20'000) + "2]"});
+  return pairs;
+}
+
+void* validateAll(void*) {
+  for (const Mean& pair : meanPairs()) {
+    const JsonRef instance = parsed(pair.instance);
+    const JsonRef schema = parsed(pair.schema);
+    for (const Draft draft : {Draft::k7, Draft::k2020}) {
+      Violation violation;
+      EXPECT_FALSE(validate(instance.get(), schema.get(), &violation, draft))
+          << pair.schema.substr(0, 60) << ": " << violation.message;
+    }
+  }
+  return nullptr;
+}
+
+TEST(Violation, EndsSoonOnASmallStack) {
+  pthread_attr_t attributes;
+  pthread_attr_init(&attributes);
+  pthread_attr_setstacksize(&attributes, 128 * 1024);
+  pthread_t thread;
+  ASSERT_EQ(pthread_create(&thread, &attributes, validateAll, nullptr), 0);
+  pthread_join(thread, nullptr);
+  pthread_attr_destroy(&attributes);
+}
+
+}  // namespace
+}  // namespace schema
+}  // namespace hearth
