@@ -28,8 +28,8 @@ int lengthFor(const TreeMapObject& array, const TreeMapObject* item) {
   }
   const int length = array.len();
   if (length >= 0 && mayContain(item->jobj, array.jobj)) {
-    HEARTH_LOG(LOG_ERROR, "%s: jval=%p cannot be stored inside itself\n", "setArrayItem",
-               static_cast<void*>(item->jobj));
+    HEARTH_LOG(LOG_ERROR, "%s: jval=%p holds the array itself, or is nested too deep to tell\n",
+               "setArrayItem", static_cast<void*>(item->jobj));
     return -1;
   }
   return length;

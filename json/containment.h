@@ -6,13 +6,13 @@
 
 namespace hearth {
 
-// mayContain of a container, walked down so many levels and no deeper.
-[[nodiscard]] bool containerMayContain(json_object* container, json_object* sought, int levels);
+// mayContain of a container.
+[[nodiscard]] bool containerMayContain(json_object* container, json_object* sought);
 
 // True when `sought` is `value` itself or stands somewhere inside it, and also when `value` is
-// nested too deep to be sure. Costs nothing for a scalar.
+// nested too deep, or shared within itself too often, to be sure. Costs nothing for a scalar.
 [[nodiscard]] inline bool mayContain(json_object* value, json_object* sought) {
-  return isContainer(value) && containerMayContain(value, sought, kWalkNesting);
+  return isContainer(value) && containerMayContain(value, sought);
 }
 
 }  // namespace hearth

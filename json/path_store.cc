@@ -230,8 +230,8 @@ bool PathStore::refusesCycle() const {
   if (!mayContain(value_, current_)) {
     return false;
   }
-  HEARTH_LOG(LOG_ERROR, "%s: jval=%p cannot be stored inside itself at '%s.%s'\n", kOperation,
-             static_cast<void*>(value_), previousKey(), *token_);
+  HEARTH_LOG(LOG_ERROR, "%s: jval=%p holds '%s.%s' itself, or is nested too deep to tell\n",
+             kOperation, static_cast<void*>(value_), previousKey(), *token_);
   return true;
 }
 

@@ -17,28 +17,30 @@ const char* const API_DATA_DIR[8] = {"gateway", "wifi",       "network", "securi
 namespace hearth {
 namespace {
 
+constexpr char kGetFileName[] = "getFileName";
+
 struct NameBuffer {
   char text[256];
 };
 
 // Writes "<location>/<area>/<stem><ending>". Null for a name that does not fit: a cut name could be
 // another file's.
-const char* formName(NameBuffer& buffer, const char* areaDir, const char* stem,
-                     const char* ending) {
+const char* formName(const char* operation, NameBuffer& buffer, const char* areaDir,
+                     const char* stem, const char* ending) {
   constexpr int kSize = sizeof(buffer.text);
   const char* const location = BEConfig::DATA_LOCATION.c_str();
   const int length =
       std::snprintf(buffer.text, kSize, "%s/%s/%s%s", location, areaDir, stem, ending);
   if (length < 0 || length >= kSize) {
-    HEARTH_LOG(LOG_ERROR, "getFileName: the name of %s/%s%s is longer than %d characters\n",
+    HEARTH_LOG(LOG_ERROR, "%s: the name of %s/%s%s is longer than %d characters\n", operation,
                areaDir, stem, ending, kSize - 1);
     return nullptr;
   }
   return buffer.text;
 }
 
-const char* formMessageName(NameBuffer& buffer, unsigned int area, unsigned int message,
-                            const char* ending) {
+const char* formMessageName(const char* operation, NameBuffer& buffer, unsigned int area,
+                            unsigned int message, const char* ending) {
   const char* const areaDir = LocalDbCtrl::getApiDir(area);
   const LabelTable labels = labelTable(area);
   if (labels.rows == nullptr) {
@@ -46,10 +48,10 @@ const char* formMessageName(NameBuffer& buffer, unsigned int area, unsigned int 
   }
   const char* const label = labels.at(message);
   if (label == nullptr) {
-    HEARTH_LOG(LOG_ERROR, "getFileName: area %u has no message %u\n", area, message);
+    HEARTH_LOG(LOG_ERROR, "%s: area %u has no message %u\n", operation, area, message);
     return nullptr;
   }
-  return formName(buffer, areaDir, label, ending);
+  return formName(operation, buffer, areaDir, label, ending);
 }
 
 }  // namespace
@@ -66,17 +68,19 @@ const char* LocalDbCtrl::getApiDir(unsigned int apiT) {
 const char* LocalDbCtrl::getFileName(unsigned int apiT) {
   static thread_local hearth::NameBuffer buffer;
   const char* const areaDir = getApiDir(apiT);
-  return areaDir == nullptr ? nullptr : hearth::formName(buffer, areaDir, areaDir, ".ldb");
+  return areaDir == nullptr
+             ? nullptr
+             : hearth::formName(hearth::kGetFileName, buffer, areaDir, areaDir, ".ldb");
 }
 
 const char* LocalDbCtrl::getFileName(unsigned int apiT, unsigned int commT) {
   static thread_local hearth::NameBuffer buffer;
-  return hearth::formMessageName(buffer, apiT, commT, ".ldb");
+  return hearth::formMessageName(hearth::kGetFileName, buffer, apiT, commT, ".ldb");
 }
 
 const char* LocalDbCtrl::getSchemaFile(unsigned int apiT, unsigned int commT) {
   static thread_local hearth::NameBuffer buffer;
-  return hearth::formMessageName(buffer, apiT, commT, "_SCHEMA.ldb");
+  return hearth::formMessageName("getSchemaFile", buffer, apiT, commT, "_SCHEMA.ldb");
 }
 
 int LocalDbCtrl::validateObject(TreeMapObject* obj, unsigned int apiT, unsigned int commT) {
