@@ -71,7 +71,7 @@ bool Place::find(const char* path) {
   if (!enter(path) || !look()) {
     return false;
   }
-  struct stat target;
+  struct stat target {};
   if (isLink() && stat(path, &target) != 0) {
     if (errno != ENOENT) {
       return false;

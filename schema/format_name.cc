@@ -118,7 +118,7 @@ class NameChecker {
     }
     if (!isAscii(label)) {
       std::string encoded;
-      return international_ && label.size() > 0 && encodePunycode(label, &encoded) &&
+      return international_ && !label.empty() && encodePunycode(label, &encoded) &&
              encoded.size() + 4 <= kLongestLabel && isInternational(label, encoded.size() + 4);
     }
     if (!isPlainLabel(label)) {
@@ -204,7 +204,7 @@ bool isHostname(std::string_view text, bool international, Patterns& patterns) {
 bool isEmail(std::string_view text, bool international, Patterns& patterns) {
   const size_t at = text.rfind('@');
   constexpr size_t kLongestLocal = 64;
-  if (at == kNone || at > kLongestLocal || !isLocalPart(text.substr(0, at), international)) {
+  if (at > kLongestLocal || !isLocalPart(text.substr(0, at), international)) {
     return false;
   }
   const std::string_view domain = text.substr(at + 1);

@@ -158,7 +158,7 @@ bool isMultiple(const Number& value, const Number& step) {
   const Decimal a = decimalOf(value);
   const Decimal b = decimalOf(step);
   // A multiple of 10 ends in 0; the digits of a do not.
-  if (a.digits == 0 || a.exponent < b.exponent) {
+  if (a.digits == 0 || b.digits == 0 || a.exponent < b.exponent) {
     return a.digits == 0;
   }
   uint64_t rest = a.digits % b.digits;

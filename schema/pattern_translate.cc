@@ -238,7 +238,7 @@ class Translator {
       case 'r': {
         constexpr char kNames[] = "tnvfr";
         constexpr char kValues[] = "\t\n\v\f\r";
-        *code = static_cast<uint32_t>(kValues[strchr(kNames, c) - kNames]);
+        *code = static_cast<unsigned char>(kValues[strchr(kNames, c) - kNames]);
         break;
       }
       case '0':
@@ -256,7 +256,7 @@ class Translator {
         if (c == '\0' || isLetter(c) || isDigit(c) || (c & 0x80)) {
           return false;
         }
-        *code = static_cast<uint32_t>(c);
+        *code = static_cast<unsigned char>(c);
         break;
     }
     at_ += 2;

@@ -121,7 +121,7 @@ void logRequest(API_TYPE_T area, const std::string& stem, const Request& request
 }  // namespace
 
 bool HttpApi::serve(httplib::Server& server, const std::string& pages) {
-  server.set_payload_max_length(64 * 1024);
+  server.set_payload_max_length(std::size_t{64} * 1024);
   server.new_task_queue = [] { return new httplib::ThreadPool(16); };
   server.set_pre_routing_handler([this](const Request& request, Response& response) {
     setCommonHeaders(request, response);

@@ -76,7 +76,7 @@ void endServing(int) {
 
 std::string passwordOfThisRun() {
   const char* const given = std::getenv("GATEWAYD_PASSWORD");
-  const std::string password = given != nullptr ? given : randomSecret();
+  std::string password = given != nullptr ? given : randomSecret();
   if (password.size() < 8 || password.size() > 64) {
     stop("a password has 8 to 64 characters");
   }

@@ -83,7 +83,7 @@ SessionStore::~SessionStore() {
 }
 
 std::string SessionStore::open(const std::string& user) {
-  const std::string token = randomSecret();
+  std::string token = randomSecret();
   const std::lock_guard<std::mutex> lock(lock_);
   dropIdle();
   if (token.empty() || sessions_.size() >= kMostSessions) {
