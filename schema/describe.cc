@@ -2,6 +2,7 @@
 
 #include <json-c/json.h>
 
+#include <charconv>
 #include <cstring>
 
 #include "schema/assertions.h"
@@ -52,6 +53,25 @@ std::string listed(json_object* values) {
     out += (i ? ", " : "") + shown(json_object_array_get_idx(values, i));
   }
   return count > kMost ? out + ", ..." : out;
+}
+
+std::string shownNumber(const Number& number) {
+  if (!number.isDouble) {
+    return (number.negative ? "-" : "") + std::to_string(number.magnitude);
+  }
+  char text[32];
+  return {text, std::to_chars(text, text + sizeof text, number.real).ptr};
+}
+
+std::string shownText(std::string_view text) {
+  if (text.size() <= kLongestShown) {
+    return '"' + std::string(text) + '"';
+  }
+  size_t end = kLongestShown;
+  while (end > 0 && (static_cast<unsigned char>(text[end]) & 0xC0) == 0x80) {
+    --end;  // not inside a character
+  }
+  return '"' + std::string(text.substr(0, end)) + "...\"";
 }
 
 std::string describeType(json_object* instance, json_object* types) {
@@ -132,26 +152,24 @@ std::string describeDependency(json_object* instance, json_object* value) {
 
 }  // namespace
 
+// json-c's own rendering would write into the value, which others may be reading.
 std::string shown(json_object* value) {
-  if (json_object_get_type(value) == json_type_array) {
-    return "an array of " + counted(json_object_array_length(value), "element");
+  switch (json_object_get_type(value)) {
+    case json_type_null:
+      return "null";
+    case json_type_boolean:
+      return json_object_get_boolean(value) ? "true" : "false";
+    case json_type_int:
+    case json_type_double:
+      return shownNumber(numberOf(value));
+    case json_type_array:
+      return "an array of " + counted(json_object_array_length(value), "element");
+    case json_type_object:
+      return "an object of " +
+             counted(static_cast<size_t>(json_object_object_length(value)), "member");
+    default:
+      return shownText(textOf(value));
   }
-  if (json_object_get_type(value) == json_type_object) {
-    return "an object of " +
-           counted(static_cast<size_t>(json_object_object_length(value)), "member");
-  }
-  if (json_object_get_type(value) != json_type_string) {
-    return json_object_to_json_string_ext(value, JSON_C_TO_STRING_PLAIN);
-  }
-  std::string_view text = textOf(value);
-  if (text.size() <= kLongestShown) {
-    return '"' + std::string(text) + '"';
-  }
-  size_t end = kLongestShown;
-  while (end > 0 && (static_cast<unsigned char>(text[end]) & 0xC0) == 0x80) {
-    --end;  // not inside a character
-  }
-  return '"' + std::string(text.substr(0, end)) + "...\"";
 }
 
 std::string describeFailure(json_object* instance, Id keyword, json_object* value,
