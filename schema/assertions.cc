@@ -6,6 +6,7 @@
 #include "schema/equality.h"
 #include "schema/format.h"
 #include "schema/number.h"
+#include "schema/text.h"
 
 namespace hearth {
 namespace schema {
@@ -82,13 +83,6 @@ bool isWithin(json_object* instance, json_object* bound, Order side, bool exclus
   return order == side || (order == Order::kEqual && !exclusive);
 }
 
-// In draft-04 the bound becomes exclusive by a boolean beside it.
-bool isExclusive(json_object* schema, const char* name, Draft draft) {
-  json_object* flag = nullptr;
-  return draft == Draft::k4 && json_object_object_get_ex(schema, name, &flag) &&
-         json_object_get_type(flag) == json_type_boolean && json_object_get_boolean(flag);
-}
-
 bool isAtMost(size_t size, json_object* bound, Effort& effort) {
   uint64_t count = 0;
   return isCount(bound, &count) ? size <= count : effort.stop(Trouble::kBadValue);
@@ -158,16 +152,10 @@ bool hasNoEqualElements(json_object* instance, json_object* wanted, Effort& effo
 
 }  // namespace
 
-std::string_view textOf(json_object* string) {
-  return {json_object_get_string(string), static_cast<size_t>(json_object_get_string_len(string))};
-}
-
-size_t lengthOf(std::string_view text) {
-  size_t length = 0;
-  for (const char c : text) {
-    length += (static_cast<unsigned char>(c) & 0xC0) != 0x80;
-  }
-  return length;
+bool isExclusive(json_object* schema, const char* name, Draft draft) {
+  json_object* flag = nullptr;
+  return draft == Draft::k4 && json_object_object_get_ex(schema, name, &flag) &&
+         json_object_get_type(flag) == json_type_boolean && json_object_get_boolean(flag);
 }
 
 bool satisfies(json_object* instance, const Keyword& keyword, json_object* value,

@@ -2,12 +2,11 @@
 #ifndef HEARTH_SCHEMA_ASSERTIONS_H
 #define HEARTH_SCHEMA_ASSERTIONS_H
 
-#include <cstddef>
-#include <string_view>
-
 #include "schema/effort.h"
 #include "schema/keywords.h"
 #include "schema/pattern.h"
+
+struct json_object;
 
 namespace hearth {
 namespace schema {
@@ -18,11 +17,9 @@ struct Workshop {
   Patterns patterns{effort};
 };
 
-// Text of a json-c string, with the NULs inside it.
-std::string_view textOf(json_object* string);
-
-// How many characters (Unicode code points) a text has.
-size_t lengthOf(std::string_view text);
+// Whether the bound `maximum` or `minimum` of the schema is exclusive by the boolean of that name,
+// as draft-04 has it.
+bool isExclusive(json_object* schema, const char* name, Draft draft);
 
 // Whether the instance satisfies the keyword, which has `value` in `schema`. Requires that the
 // keyword applies to the instance and that the value's type is one of the keyword's. A value that

@@ -8,6 +8,7 @@
 #include "schema/assertions.h"
 #include "schema/equality.h"
 #include "schema/number.h"
+#include "schema/text.h"
 
 namespace hearth {
 namespace schema {
@@ -84,12 +85,6 @@ std::string describeType(json_object* instance, json_object* types) {
     out += (name == "null" ? "" : vowel ? "an " : "a ") + name;
   }
   return out + ", but is " + typeNamed(instance);
-}
-
-bool isExclusive(json_object* schema, const char* name, Draft draft) {
-  json_object* flag = nullptr;
-  return draft == Draft::k4 && json_object_object_get_ex(schema, name, &flag) &&
-         json_object_get_boolean(flag);
 }
 
 std::string describeBound(json_object* instance, const char* words, json_object* bound) {

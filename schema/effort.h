@@ -31,7 +31,7 @@ constexpr unsigned kMaxDepth = 100;
 // The walk down takes no more stack than this, which only the large frames of a build with
 // sanitizers reach before that depth. With the compiler of patterns on top it fits a thread of 128
 // KiB.
-constexpr size_t kMaxStack = 64 * 1024;
+constexpr size_t kMaxStack = size_t{64} * 1024;
 
 class Effort {
  public:

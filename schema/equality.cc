@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "schema/number.h"
+#include "schema/text.h"
 
 namespace hearth {
 namespace schema {
@@ -15,13 +16,6 @@ namespace {
 
 bool isNumber(json_type type) {
   return type == json_type_int || type == json_type_double;
-}
-
-bool sameText(json_object* left, json_object* right) {
-  const int size = json_object_get_string_len(left);
-  return size == json_object_get_string_len(right) &&
-         memcmp(json_object_get_string(left), json_object_get_string(right),
-                static_cast<size_t>(size)) == 0;
 }
 
 // Both comparisons and hashes count how deep they are and what they visit.
@@ -49,7 +43,7 @@ class Comparison {
         return json_object_get_boolean(left) == json_object_get_boolean(right);
       case json_type_string:
         return effort_.spend(size_t(json_object_get_string_len(left)) / 64) &&
-               sameText(left, right);
+               textOf(left) == textOf(right);
       case json_type_array:
         return fits(depth) && equalArrays(left, right, depth);
       case json_type_object:
@@ -67,8 +61,7 @@ class Comparison {
       case json_type_double:
         return hashNumber(numberOf(value));
       case json_type_string:
-        return hashText(json_object_get_string(value),
-                        static_cast<size_t>(json_object_get_string_len(value)));
+        return hashCounted(textOf(value));
       case json_type_array:
         return fits(depth) ? hashArray(value, depth) : 0;
       case json_type_object:
@@ -126,12 +119,8 @@ class Comparison {
     return mix(number.magnitude ^ (number.negative ? 0x5555U : 0U));
   }
 
-  uint32_t hashText(const char* text, size_t size) {
-    uint32_t hash = 2166136261U;
-    for (size_t i = 0; i < size; ++i) {
-      hash = (hash ^ static_cast<unsigned char>(text[i])) * 16777619U;
-    }
-    return effort_.spend(1 + size / 16) ? hash : 0;
+  uint32_t hashCounted(std::string_view text) {
+    return effort_.spend(1 + text.size() / 16) ? hashText(text) : 0;
   }
 
   uint32_t hashArray(json_object* array, unsigned depth) {
@@ -149,7 +138,7 @@ class Comparison {
       if (!effort_.spend(1)) {
         break;
       }
-      sum += mix(hashText(name, strlen(name)) + 31U * hash(member, depth + 1));
+      sum += mix(hashCounted(name) + 31U * hash(member, depth + 1));
     }
     return sum;
   }

@@ -4,6 +4,7 @@
 #include <cstring>
 
 #include "schema/metaschemas.h"
+#include "schema/text.h"
 #include "schema/uri.h"
 
 namespace hearth {
@@ -12,13 +13,6 @@ namespace {
 
 // Schemas that only references can reach are looked for this deep in a document.
 constexpr unsigned kDeepestSchema = 64;
-
-uint32_t hashText(std::string_view text, uint32_t hash = 2166136261U) {
-  for (const char c : text) {
-    hash = (hash ^ static_cast<unsigned char>(c)) * 16777619U;
-  }
-  return hash;
-}
 
 uint32_t hashAddress(const void* address) {
   const auto bits = reinterpret_cast<uintptr_t>(address);
@@ -32,10 +26,6 @@ uint32_t hashAnchor(ResourceIndex resource, std::string_view name) {
 json_object* memberOf(json_object* object, const char* name) {
   json_object* member = nullptr;
   return json_object_object_get_ex(object, name, &member) ? member : nullptr;
-}
-
-std::string_view textOf(json_object* string) {
-  return {json_object_get_string(string), static_cast<size_t>(json_object_get_string_len(string))};
 }
 
 // The text of a member that is a string; no data() when it is none.
@@ -152,6 +142,41 @@ void Resources::readVocabularies(ResourceIndex index, json_object* metaschema) {
   resources_[index].vocabularies = static_cast<uint8_t>(bits);
 }
 
+// The first entry of that hash and kind that also matches otherwise.
+template <typename Matches>
+const Resources::Entry* Resources::find(uint32_t hash, Kind kind, Matches matches) const {
+  auto entry = std::lower_bound(
+      entries_.begin(), entries_.end(), hash,
+      [](const Entry& candidate, uint32_t wanted) { return candidate.hash < wanted; });
+  for (; entry != entries_.end() && entry->hash == hash && effort_.spend(1); ++entry) {
+    if (entry->kind == kind && matches(*entry)) {
+      return &*entry;
+    }
+  }
+  return nullptr;
+}
+
+Target Resources::byUri(const std::string& uri) {
+  const Entry* const entry = find(hashText(uri), Kind::kUri, [&](const Entry& candidate) {
+    return effort_.spend(uri.size() / 16) && baseOf(candidate.resource) == uri;
+  });
+  return entry ? Target{entry->schema, entry->resource} : Target{};
+}
+
+Target Resources::anchor(Kind kind, ResourceIndex resource, std::string_view name) {
+  if (!indexed()) {
+    return {};
+  }
+  const Entry* const entry = find(hashAnchor(resource, name), kind, [&](const Entry& candidate) {
+    return candidate.resource == resource && name == candidate.name;
+  });
+  return entry ? Target{entry->schema, resource} : Target{};
+}
+
+Target Resources::dynamicAnchor(ResourceIndex resource, std::string_view name) {
+  return anchor(Kind::kDynamicAnchor, resource, name);
+}
+
 ResourceIndex Resources::of(json_object* schema, ResourceIndex around) {
   if (!isObject(schema) || schema == resources_[around].top ||
       !(textMember(schema, "$id").data() || textMember(schema, "id").data())) {
@@ -161,16 +186,10 @@ ResourceIndex Resources::of(json_object* schema, ResourceIndex around) {
   if (withoutFragment(idOf(schema, draft)).empty() || !indexed()) {
     return around;
   }
-  const Entry* entry = find(hashAddress(schema), Kind::kTop, 0, {});
-  for (; entry && entry != entries_.data() + entries_.size(); ++entry) {
-    if (entry->schema == schema && entry->kind == Kind::kTop) {
-      return entry->resource;
-    }
-    if (entry->hash != hashAddress(schema)) {
-      break;
-    }
-  }
-  return around;
+  const Entry* const entry = find(hashAddress(schema), Kind::kTop, [&](const Entry& candidate) {
+    return candidate.schema == schema;
+  });
+  return entry ? entry->resource : around;
 }
 
 // The base URI of a resource is made anew each time: kept for all, it could take the square of the
@@ -317,40 +336,6 @@ bool Resources::loadBuiltIn(std::string_view uri) {
   return !effort_.stopped();
 }
 
-// The first entry of that hash, kind, resource (for anchors) and name (for anchors).
-const Resources::Entry* Resources::find(uint32_t hash, Kind kind, ResourceIndex resource,
-                                        std::string_view name) const {
-  auto entry = std::lower_bound(
-      entries_.begin(), entries_.end(), hash,
-      [](const Entry& candidate, uint32_t wanted) { return candidate.hash < wanted; });
-  const bool isAnchor = kind == Kind::kAnchor || kind == Kind::kDynamicAnchor;
-  for (; entry != entries_.end() && entry->hash == hash; ++entry) {
-    if (entry->kind == kind &&
-        (!isAnchor || (entry->resource == resource && name == entry->name))) {
-      return &*entry;
-    }
-  }
-  return nullptr;
-}
-
-Target Resources::byUri(const std::string& uri) {
-  const uint32_t hash = hashText(uri);
-  for (const Entry* entry = find(hash, Kind::kUri, 0, {});
-       entry && entry != entries_.data() + entries_.size() && entry->hash == hash; ++entry) {
-    if (entry->kind == Kind::kUri && effort_.spend(uri.size() / 16 + 1) &&
-        baseOf(entry->resource) == uri) {
-      return {entry->schema, entry->resource};
-    }
-  }
-  return {};
-}
-
-Target Resources::dynamicAnchor(ResourceIndex resource, std::string_view name) {
-  const Entry* const entry =
-      indexed() ? find(hashAnchor(resource, name), Kind::kDynamicAnchor, resource, name) : nullptr;
-  return entry ? Target{entry->schema, entry->resource} : Target{};
-}
-
 Target Resources::byFragment(Target from, std::string_view fragment) {
   if (fragment.empty()) {
     return from;
@@ -359,10 +344,7 @@ Target Resources::byFragment(Target from, std::string_view fragment) {
   if (decoded[0] == '/') {  // the walk itself enters a resource that starts where the pointer ends
     return byPointer(from, decoded);
   }
-  const Entry* const entry =
-      indexed() ? find(hashAnchor(from.resource, decoded), Kind::kAnchor, from.resource, decoded)
-                : nullptr;
-  return entry ? Target{entry->schema, entry->resource} : Target{};
+  return anchor(Kind::kAnchor, from.resource, decoded);
 }
 
 Target Resources::byPointer(Target from, std::string_view pointer) {
@@ -398,8 +380,8 @@ Target Resources::follow(std::string_view reference, ResourceIndex from) {
 Target Resources::resolve(json_object* reference, ResourceIndex from) {
   const std::string_view text = textOf(reference);
   const unsigned end = text.empty() ? 0 : static_cast<unsigned char>(text.back());
-  const unsigned middle = text.empty() ? 0 : static_cast<unsigned char>(text[text.size() * 3 / 4]);
-  Followed& followed = followed_[(text.size() * 7 + end * 5 + middle + from) % kFollowed];
+  const unsigned middle = text.empty() ? 0 : static_cast<unsigned char>(text[text.size() / 2]);
+  Followed& followed = followed_[(text.size() * 7 + size_t{end} * 5 + middle + from) % kFollowed];
   if (followed.from != from || !followed.target.schema || followed.reference != text) {
     const Target target = effort_.spend(10 + text.size()) ? follow(text, from) : Target{};
     followed = {text, from, target};

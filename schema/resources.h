@@ -84,7 +84,9 @@ class Resources {
   void sortEntries();
   bool loadBuiltIn(std::string_view uri);
 
-  const Entry* find(uint32_t hash, Kind kind, ResourceIndex resource, std::string_view name) const;
+  template <typename Matches>
+  const Entry* find(uint32_t hash, Kind kind, Matches matches) const;
+  Target anchor(Kind kind, ResourceIndex resource, std::string_view name);
   Target byUri(const std::string& uri);
   Target byFragment(Target from, std::string_view fragment);
   Target byPointer(Target from, std::string_view pointer);

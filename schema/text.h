@@ -1,0 +1,39 @@
+// Texts as the validator needs them.
+#ifndef HEARTH_SCHEMA_TEXT_H
+#define HEARTH_SCHEMA_TEXT_H
+
+#include <json-c/json.h>
+
+#include <cstddef>
+#include <cstdint>
+#include <string_view>
+
+namespace hearth {
+namespace schema {
+
+// Text of a json-c string, with the NULs inside it.
+inline std::string_view textOf(json_object* string) {
+  return {json_object_get_string(string), static_cast<size_t>(json_object_get_string_len(string))};
+}
+
+// How many characters (Unicode code points) a text has.
+inline size_t lengthOf(std::string_view text) {
+  size_t length = 0;
+  for (const char c : text) {
+    length += (static_cast<unsigned char>(c) & 0xC0) != 0x80;
+  }
+  return length;
+}
+
+// FNV-1a. Equal hashes can be made on purpose: whoever looks entries up by it counts his steps.
+inline uint32_t hashText(std::string_view text, uint32_t hash = 2166136261U) {
+  for (const char c : text) {
+    hash = (hash ^ static_cast<unsigned char>(c)) * 16777619U;
+  }
+  return hash;
+}
+
+}  // namespace schema
+}  // namespace hearth
+
+#endif
