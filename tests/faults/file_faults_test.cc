@@ -7,6 +7,7 @@
 #include <sys/mount.h>
 
 #include <cerrno>
+#include <chrono>
 #include <csignal>
 #include <random>
 
@@ -203,9 +204,17 @@ TEST_F(FileFaultsTest, LeaveTheOldOrTheNew) {
 }
 
 TEST_F(FileFaultsTest, SavesKilledAtAnyMomentLoseNothing) {
-  std::mt19937 random(1);
   putText(kDatabase, databaseOf(0));
-  int counted = 0;
+  const auto before = std::chrono::steady_clock::now();
+  const Ended first = inChild([] {
+    startDatabase();
+    exit(countInDatabase() == Told::kNew ? 0 : 1);
+  });
+  const std::chrono::duration<double, std::micro> took = std::chrono::steady_clock::now() - before;
+  ASSERT_EQ(0, first.status) << first.err;
+  std::mt19937 random(1);
+  std::uniform_real_distribution<double> moment(0, 4 * took.count());
+  int counted = 1;
   for (int round = 0; round < 200; ++round) {
     const pid_t child = fork();
     if (child == 0) {
@@ -213,14 +222,14 @@ TEST_F(FileFaultsTest, SavesKilledAtAnyMomentLoseNothing) {
         countInDatabase();
       }
     }
-    usleep(static_cast<useconds_t>(random() % 4000));
+    usleep(static_cast<useconds_t>(moment(random)));
     kill(child, SIGKILL);
     waitpid(child, nullptr, 0);
     ASSERT_GE(countedInDatabase(), counted);
     ASSERT_LE(strays(), 1U);
     counted = countedInDatabase();
   }
-  EXPECT_GT(counted, 0);
+  EXPECT_GT(counted, 1);
 }
 
 TEST_F(FileFaultsTest, AFullDiskKeepsTheOldDocument) {
