@@ -23,12 +23,6 @@ std::string describeTrouble(Trouble trouble, Id keyword, json_object* value);
 // A value as JSON text, shortened to what fits a sentence.
 std::string shown(json_object* value);
 
-// The JSON pointer to a value, found by its identity, below top; false when it is not there.
-[[nodiscard]] bool locate(json_object* top, json_object* wanted, std::string* pointer);
-
-// Appends one step to a JSON pointer.
-void addToPointer(std::string* pointer, const char* token);
-
 }  // namespace schema
 }  // namespace hearth
 

@@ -35,9 +35,9 @@ constexpr size_t kMaxStack = size_t{64} * 1024;
 
 class Effort {
  public:
-  // False when the budget is used up; the validation is then stopped.
+  // False when the budget is used up, which stops the validation, or when it was stopped before.
   [[nodiscard]] bool spend(size_t steps) {
-    if (steps > left_) {
+    if (steps > left_ || stopped()) {
       return stop(Trouble::kTooMuchWork);
     }
     left_ -= steps;
@@ -51,6 +51,9 @@ class Effort {
     }
     return false;
   }
+
+  // Takes a stop back: what made it turned out not to count.
+  void forget() { trouble_ = Trouble::kNone; }
 
   [[nodiscard]] bool stopped() const { return trouble_ != Trouble::kNone; }
   [[nodiscard]] Trouble trouble() const { return trouble_; }

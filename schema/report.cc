@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "schema/describe.h"
+#include "schema/pointer.h"
 #include "schema/walker.h"
 
 namespace hearth {

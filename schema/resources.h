@@ -19,6 +19,9 @@ namespace schema {
 
 using ResourceIndex = uint32_t;
 
+// Schemas that only references can reach are looked for this deep in a document.
+constexpr unsigned kDeepestSchema = 64;
+
 struct Resource {
   json_object* top;
   ResourceIndex parent;  // the resource around it; its own index at the top of a document

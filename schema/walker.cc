@@ -128,14 +128,23 @@ Walker::Reading Walker::readOnce(Place& place, Slots& slots, bool settled) {
 }
 
 // Whether the schema starts a resource of its own, or a reference makes its other members void.
+// What they said before, even that they are unusable, does not count then.
 bool Walker::belongsElsewhere(const Place& place) {
-  if (effort().stopped() && effort().trouble() != Trouble::kBadValue &&
-      effort().trouble() != Trouble::kBadPattern) {
+  const Trouble trouble = effort().trouble();
+  if (trouble != Trouble::kNone && trouble != Trouble::kBadValue &&
+      trouble != Trouble::kBadPattern) {
     return false;
   }
-  return resources_.of(place.schema, place.resource) != place.resource ||
-         (isDraft7OrOlder(draftAt(place)) &&
-          json_object_object_get_ex(place.schema, "$ref", nullptr));
+  effort().forget();
+  if (resources_.of(place.schema, place.resource) != place.resource ||
+      (isDraft7OrOlder(draftAt(place)) &&
+       json_object_object_get_ex(place.schema, "$ref", nullptr))) {
+    return true;
+  }
+  if (trouble != Trouble::kNone) {
+    effort().stop(trouble);
+  }
+  return false;
 }
 
 // Enters the resource that the schema starts. True when a reference is all that counts in it.

@@ -67,6 +67,8 @@ TEST(Violation, RefusesUnusableSchemas) {
       {R"({"multipleOf":0})", "/multipleOf", "\"multipleOf\" cannot have the value 0"},
       {R"({"required":[1]})", "/required",
        "\"required\" cannot have the value an array of 1 element"},
+      {R"({"if":{"type":["nul","string"]}})", "/if/type",
+       "\"type\" cannot have the value an array of 2 elements"},
       {R"({"items":null})", "/items", "\"items\" cannot have the value null"},
       {R"({"allOf":[5]})", "/allOf/0", "the schema here is an integer, not an object or a boolean"},
       {R"({"$ref":"#/a"})", "/$ref", "the reference \"#/a\" leads nowhere"},
