@@ -32,31 +32,17 @@ unsigned typesNamed(const char* name) {
   return 0;
 }
 
-bool isOfType(json_object* instance, json_object* name, Draft draft, Effort& effort) {
-  const unsigned types =
-      json_object_get_type(name) == json_type_string ? typesNamed(json_object_get_string(name)) : 0;
-  if (types == 0) {
-    return effort.stop(Trouble::kBadValue);
-  }
+bool isOfType(json_object* instance, const char* name, Draft draft, Effort& effort) {
+  const unsigned types = typesNamed(name);
   if (types & typeBit(instance)) {
     return true;
   }
+  if (types == 0) {
+    return effort.stop(Trouble::kBadValue);
+  }
   // 1.0 is an integer, though draft-04 would not have it.
-  return types == 1 << json_type_int && draft != Draft::k4 &&
+  return types == 1U << json_type_int && draft != Draft::k4 &&
          json_object_get_type(instance) == json_type_double && isIntegral(numberOf(instance));
-}
-
-bool isOneOfTypes(json_object* instance, json_object* types, Draft draft, Effort& effort) {
-  if (json_object_get_type(types) == json_type_string) {
-    return isOfType(instance, types, draft, effort);
-  }
-  const size_t count = json_object_array_length(types);
-  for (size_t i = 0; i < count && effort.spend(1); ++i) {
-    if (isOfType(instance, json_object_array_get_idx(types, i), draft, effort)) {
-      return true;
-    }
-  }
-  return false;
 }
 
 bool isListed(json_object* instance, json_object* values, Effort& effort) {
@@ -135,14 +121,15 @@ bool hasDependents(json_object* instance, json_object* dependents, Effort& effor
   return true;
 }
 
-bool isLongEnough(json_object* instance, json_object* bound, Effort& effort) {
-  const std::string_view text = textOf(instance);
-  return effort.spend(text.size() / 64) && isAtLeast(lengthOf(text), bound, effort);
+// A character has one to four bytes, so most texts need no counting.
+bool isLongEnough(std::string_view text, json_object* bound, Effort& effort) {
+  return isAtLeast((text.size() + 3) / 4, bound, effort) ||
+         (effort.spend(text.size() / 64) && isAtLeast(lengthOf(text), bound, effort));
 }
 
-bool isShortEnough(json_object* instance, json_object* bound, Effort& effort) {
-  const std::string_view text = textOf(instance);
-  return effort.spend(text.size() / 64) && isAtMost(lengthOf(text), bound, effort);
+bool isShortEnough(std::string_view text, json_object* bound, Effort& effort) {
+  return isAtMost(text.size(), bound, effort) ||
+         (effort.spend(text.size() / 64) && isAtMost(lengthOf(text), bound, effort));
 }
 
 bool hasNoEqualElements(json_object* instance, json_object* wanted, Effort& effort) {
@@ -151,6 +138,23 @@ bool hasNoEqualElements(json_object* instance, json_object* wanted, Effort& effo
 }
 
 }  // namespace
+
+bool isOfTypes(json_object* instance, json_object* types, Draft draft, Effort& effort) {
+  if (json_object_get_type(types) == json_type_string) {
+    return isOfType(instance, json_object_get_string(types), draft, effort);
+  }
+  const size_t count = json_object_array_length(types);
+  for (size_t i = 0; i < count && effort.spend(1); ++i) {
+    json_object* const name = json_object_array_get_idx(types, i);
+    if (json_object_get_type(name) != json_type_string) {
+      return effort.stop(Trouble::kBadValue);
+    }
+    if (isOfType(instance, json_object_get_string(name), draft, effort)) {
+      return true;
+    }
+  }
+  return false;
+}
 
 bool isExclusive(json_object* schema, const char* name, Draft draft) {
   json_object* flag = nullptr;
@@ -163,7 +167,7 @@ bool satisfies(json_object* instance, const Keyword& keyword, json_object* value
   Effort& effort = workshop.effort;
   switch (keyword.id) {
     case Id::kType:
-      return isOneOfTypes(instance, value, draft, effort);
+      return isOfTypes(instance, value, draft, effort);
     case Id::kEnum:
       return isListed(instance, value, effort);
     case Id::kConst:
@@ -181,9 +185,9 @@ bool satisfies(json_object* instance, const Keyword& keyword, json_object* value
     case Id::kExclusiveMinimum:
       return isWithin(instance, value, Order::kGreater, true);
     case Id::kMaxLength:
-      return isShortEnough(instance, value, effort);
+      return isShortEnough(textOf(instance), value, effort);
     case Id::kMinLength:
-      return isLongEnough(instance, value, effort);
+      return isLongEnough(textOf(instance), value, effort);
     case Id::kPattern:
       return workshop.patterns.matches(textOf(value), textOf(instance));
     case Id::kFormat:

@@ -17,6 +17,10 @@ struct Workshop {
   Patterns patterns{effort};
 };
 
+// Whether the instance is of the type, or of one of the types, that the keyword `type` names.
+[[nodiscard]] bool isOfTypes(json_object* instance, json_object* types, Draft draft,
+                             Effort& effort);
+
 // Whether the bound `maximum` or `minimum` of the schema is exclusive by the boolean of that name,
 // as draft-04 has it.
 bool isExclusive(json_object* schema, const char* name, Draft draft);

@@ -1,7 +1,6 @@
 #include "schema/keywords.h"
 
 #include <cstddef>
-#include <cstring>
 
 namespace hearth {
 namespace schema {
@@ -105,8 +104,8 @@ constexpr Keyword kKeywords[] = {
 constexpr size_t kKeywordCount = sizeof kKeywords / sizeof kKeywords[0];
 
 // A hash table over the first four characters, made while compiling: they tell most names that are
-// no keywords. It has no collisions, so a bucket is the run of keywords that begin alike, which
-// stand in a row in a list of their own, the usual one first.
+// no keywords. It has no collisions; keywords that begin alike form a list. The next four
+// characters decide nearly all of the rest.
 constexpr size_t kBuckets = 128;
 
 constexpr uint32_t byteAt(const char* name, unsigned i) {
@@ -121,49 +120,63 @@ constexpr uint32_t headOf(const char* name) {
   return !name[2] ? two : two | byteAt(name, 2) | byteAt(name, 3);
 }
 
+// Whether the name may go on behind these four characters.
+constexpr bool isWhole(uint32_t head) {
+  return head >> 24 != 0;
+}
+
 // The factor was found by trying.
 constexpr size_t bucketOf(uint32_t head) {
   return head * 2860054109U >> 25;
 }
 
-struct Buckets {
+struct Table {
   uint32_t heads[kBuckets];
-  uint8_t first[kBuckets];  // of the run, in the list
-  uint8_t end[kBuckets];
-  uint8_t list[kKeywordCount + 1];
+  uint8_t first[kBuckets];  // an index into the keywords
+  uint32_t seconds[kKeywordCount];
+  uint8_t next[kKeywordCount];  // the next one that begins alike; kKeywordCount behind the last
   bool collides;
 };
 
-constexpr Buckets makeBuckets() {
-  Buckets buckets{};
-  uint8_t listed = 0;
-  for (size_t i = 0; i < kKeywordCount; ++i) {
+constexpr uint32_t secondOf(const char* name, uint32_t head) {
+  return isWhole(head) ? headOf(name + 4) : 0;
+}
+
+// From the last to the first, so that the lists keep the order of the keywords.
+constexpr Table makeTable() {
+  Table table{};
+  for (size_t i = kKeywordCount; i-- > 0;) {
     const uint32_t head = headOf(kKeywords[i].name);
     const size_t bucket = bucketOf(head);
-    if (buckets.heads[bucket] == head) {
-      continue;
-    }
-    buckets.collides = buckets.collides || buckets.heads[bucket] != 0;
-    buckets.heads[bucket] = head;
-    buckets.first[bucket] = listed;
-    for (size_t j = i; j < kKeywordCount; ++j) {
-      if (headOf(kKeywords[j].name) == head) {
-        buckets.list[listed++] = static_cast<uint8_t>(j);
-      }
-    }
-    buckets.end[bucket] = listed;
+    const bool taken = table.heads[bucket] != 0;
+    table.collides = table.collides || (taken && table.heads[bucket] != head);
+    table.next[i] = taken ? table.first[bucket] : static_cast<uint8_t>(kKeywordCount);
+    table.heads[bucket] = head;
+    table.first[bucket] = static_cast<uint8_t>(i);
+    table.seconds[i] = secondOf(kKeywords[i].name, head);
   }
-  return buckets;
+  return table;
 }
-constexpr Buckets kTable = makeBuckets();
+constexpr Table kTable = makeTable();
 static_assert(!kTable.collides, "find another factor");
 
-// Apart, so that names that are no keywords do not pay for its registers.
-[[gnu::noinline]] const Keyword* findInRun(const char* name, unsigned draft, size_t bucket) {
-  for (size_t i = kTable.first[bucket]; i < kTable.end[bucket]; ++i) {
-    const Keyword& keyword = kKeywords[kTable.list[i]];
-    if ((keyword.drafts & draft) && strcmp(keyword.name, name) == 0) {
-      return &keyword;
+// What strcmp says, without the price of a call for the few characters that are left.
+inline bool sameText(const char* left, const char* right) {
+  for (; *left == *right; ++left, ++right) {
+    if (!*left) {
+      return true;
+    }
+  }
+  return false;
+}
+
+// Apart, so that what the first look decides does not pay for its registers.
+[[gnu::noinline]] const Keyword* findInList(const char* name, uint32_t second, unsigned draft,
+                                            size_t i) {
+  for (; i < kKeywordCount; i = kTable.next[i]) {
+    if (kTable.seconds[i] == second && (kKeywords[i].drafts & draft) &&
+        (!isWhole(second) || sameText(kKeywords[i].name + 8, name + 8))) {
+      return &kKeywords[i];
     }
   }
   return nullptr;
@@ -174,7 +187,14 @@ static_assert(!kTable.collides, "find another factor");
 const Keyword* findKeyword(const char* name, Draft draft) {
   const uint32_t head = headOf(name);
   const size_t bucket = bucketOf(head);
-  return kTable.heads[bucket] == head ? findInRun(name, draftBit(draft), bucket) : nullptr;
+  if (kTable.heads[bucket] != head) {
+    return nullptr;
+  }
+  const uint32_t second = secondOf(name, head);
+  const size_t i = kTable.first[bucket];
+  return kTable.seconds[i] == second && !isWhole(second) && (kKeywords[i].drafts & draftBit(draft))
+             ? &kKeywords[i]
+             : findInList(name, second, draftBit(draft), i);
 }
 
 const char* nameOf(Id id) {

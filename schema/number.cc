@@ -169,11 +169,12 @@ bool isMultiple(const Number& value, const Number& step) {
 }
 
 bool isCount(json_object* value, uint64_t* count) {
-  const Number number = numberOf(value);
-  if (!number.isDouble) {
-    *count = number.magnitude;
-    return !number.negative;
+  if (json_object_get_type(value) == json_type_int) {
+    const int64_t small = json_object_get_int64(value);
+    *count = static_cast<uint64_t>(small);  // what is beyond it counts as the largest of these
+    return small >= 0;
   }
+  const Number number = numberOf(value);
   if (!isIntegral(number) || number.real < 0) {
     return false;
   }

@@ -34,7 +34,7 @@ bool isIntegral(const Number& number);
 bool isMultiple(const Number& value, const Number& step);
 
 // The count that a keyword such as maxLength gives, in *count; false when it is no integer or
-// negative. What is beyond 64 bits counts as the largest.
+// negative. What is beyond 63 bits counts as that much.
 bool isCount(json_object* value, uint64_t* count);
 
 }  // namespace schema

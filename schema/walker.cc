@@ -8,14 +8,17 @@ bool isDraft7OrOlder(Draft draft) {
   return draft <= Draft::k7;
 }
 
-// From 2020-12 on, a format is a remark unless the schema's vocabularies say that it is a rule.
-bool assertsFormats(const Resource& resource) {
-  return resource.draft != Draft::k2020 || (resource.vocabularies & kFormatAssertion);
+// The vocabularies whose keywords say nothing in this resource. From 2020-12 on, a format is a
+// remark unless the vocabularies say that it is a rule.
+unsigned silentIn(const Resource& resource) {
+  const bool remark =
+      resource.draft == Draft::k2020 && (resource.vocabularies & kFormatAssertion) == 0;
+  return ~unsigned{resource.vocabularies} | (remark ? unsigned{kFormatVocabulary} : 0U);
 }
 
-bool applies(const Keyword& keyword, const Resource& resource) {
-  return (keyword.vocabulary & ~resource.vocabularies) == 0 &&
-         (keyword.id != Id::kFormat || assertsFormats(resource));
+// Whether a keyword may tell that its schema belongs to another resource.
+bool movesSchema(Id id) {
+  return id == Id::kId || id == Id::kSchema;
 }
 
 uintptr_t stackNow() {
@@ -67,6 +70,9 @@ bool Walker::conforms(Place& place, Marks* marks) {
   if (!read(place, slots)) {
     return false;
   }
+  if (slots.empty()) {
+    return true;
+  }
   return slots.has(Slot::kUnevaluated) ? followMarking(place, slots, marks)
                                        : followAll(place, slots, marks);
 }
@@ -77,7 +83,7 @@ bool Walker::conforms(Place& place, Marks* marks) {
 bool Walker::read(Place& place, Slots& slots) {
   Reading reading = readOnce(place, slots, false);
   if (reading == Reading::kAgain) {
-    slots = Slots{};
+    slots.clear();
     reading = readOnce(place, slots, true);
   }
   return reading == Reading::kHolds;
@@ -87,7 +93,8 @@ Walker::Reading Walker::readOnce(Place& place, Slots& slots, bool settled) {
   if (settled && settle(place, slots)) {
     return Reading::kHolds;
   }
-  const Resource& resource = resources_.at(place.resource);
+  const Draft draft = draftAt(place);
+  const unsigned silent = silentIn(resources_.at(place.resource));
   const unsigned instanceBit = typeBit(place.instance);
   lh_table* const members = json_object_get_object(place.schema);
   if (!effort().spend(static_cast<size_t>(lh_table_length(members)))) {
@@ -95,36 +102,52 @@ Walker::Reading Walker::readOnce(Place& place, Slots& slots, bool settled) {
     return Reading::kFails;
   }
   for (lh_entry* entry = lh_table_head(members); entry; entry = lh_entry_next(entry)) {
-    const Keyword* const keyword =
-        findKeyword(static_cast<const char*>(lh_entry_k(entry)), resource.draft);
-    if (!keyword || !applies(*keyword, resource)) {
+    const Keyword* const keyword = findKeyword(static_cast<const char*>(lh_entry_k(entry)), draft);
+    if (!keyword || (keyword->vocabulary & silent)) {
       continue;
     }
     json_object* const value = static_cast<json_object*>(lh_entry_v(entry));
     const bool usable = (keyword->valueTypes & typeBit(value)) != 0;
+    const bool applies = (keyword->appliesTo & instanceBit) != 0;
     if (keyword->slot == Slot::kNever) {
-      if ((keyword->id == Id::kId || keyword->id == Id::kSchema) && !settled && usable &&
-          belongsElsewhere(place)) {
+      if (!settled && usable && movesSchema(keyword->id) && belongsElsewhere(place)) {
         return Reading::kAgain;
       }
-    } else if (!usable || (keyword->slot == Slot::kNow && (keyword->appliesTo & instanceBit) &&
-                           !satisfies(place.instance, *keyword, value, place.schema, resource.draft,
-                                      workshop_))) {
-      if (!settled && belongsElsewhere(place)) {
-        return Reading::kAgain;
+    } else if (!usable) {
+      return refuse(place, *keyword, value, settled);
+    } else if (keyword->slot == Slot::kNow) {
+      if (applies && !holdsNow(place, *keyword, value, draft)) {
+        return refuse(place, *keyword, value, settled);
       }
-      usable ? fail(place, keyword->id, value)
-             : stop(place, keyword->id, value, Trouble::kBadValue);
-      return Reading::kFails;
-    } else if (keyword->id == Id::kRef && isDraft7OrOlder(resource.draft)) {
-      slots = Slots{};
+    } else if (keyword->id == Id::kRef && isDraft7OrOlder(draft)) {
+      slots.clear();
       slots.fill(Slot::kRef, value);
       return Reading::kHolds;
-    } else if (keyword->slot < Slot::kCount && (keyword->appliesTo & instanceBit)) {
+    } else if (applies) {
       slots.fill(keyword->slot, value);
     }
   }
   return Reading::kHolds;
+}
+
+// The most frequent keyword without the way through all others.
+bool Walker::holdsNow(const Place& place, const Keyword& keyword, json_object* value, Draft draft) {
+  return keyword.id == Id::kType
+             ? isOfTypes(place.instance, value, draft, effort())
+             : satisfies(place.instance, keyword, value, place.schema, draft, workshop_);
+}
+
+Walker::Reading Walker::refuse(const Place& place, const Keyword& keyword, json_object* value,
+                               bool settled) {
+  if (!settled && belongsElsewhere(place)) {
+    return Reading::kAgain;
+  }
+  if (keyword.valueTypes & typeBit(value)) {
+    fail(place, keyword.id, value);
+  } else {
+    stop(place, keyword.id, value, Trouble::kBadValue);
+  }
+  return Reading::kFails;
 }
 
 // Whether the schema starts a resource of its own, or a reference makes its other members void.

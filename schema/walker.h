@@ -59,9 +59,11 @@ struct Place {
 // The keywords of one schema that wait.
 class Slots {
  public:
+  // The keyword's value, or null.
   [[nodiscard]] json_object* operator[](Slot slot) const {
-    return values_[static_cast<size_t>(slot)];
+    return has(slot) ? values_[static_cast<size_t>(slot)] : nullptr;
   }
+  [[nodiscard]] bool empty() const { return filled_ == 0; }
   [[nodiscard]] bool has(Slot slot) const {
     return (filled_ >> static_cast<unsigned>(slot) & 1) != 0;
   }
@@ -69,6 +71,7 @@ class Slots {
     const unsigned below = (2U << static_cast<unsigned>(last)) - 1;
     return (filled_ & below) >> static_cast<unsigned>(first) != 0;
   }
+  void clear() { filled_ = 0; }
   void fill(Slot slot, json_object* value) {
     filled_ |= 1U << static_cast<unsigned>(slot);
     values_[static_cast<size_t>(slot)] = value;
@@ -76,7 +79,7 @@ class Slots {
 
  private:
   unsigned filled_ = 0;
-  json_object* values_[static_cast<size_t>(Slot::kCount)] = {};
+  json_object* values_[static_cast<size_t>(Slot::kCount)];
 };
 
 class Walker {
@@ -96,6 +99,8 @@ class Walker {
   bool read(Place& place, Slots& slots);
   enum class Reading { kHolds, kFails, kAgain };
   Reading readOnce(Place& place, Slots& slots, bool settled);
+  bool holdsNow(const Place& place, const Keyword& keyword, json_object* value, Draft draft);
+  Reading refuse(const Place& place, const Keyword& keyword, json_object* value, bool settled);
   bool settle(Place& place, Slots& slots);
   bool belongsElsewhere(const Place& place);
   bool followAll(const Place& place, const Slots& slots, Marks* marks);
