@@ -13,9 +13,9 @@ namespace schema {
 namespace {
 
 // The types that the name means, as bits of json_type; 0 for no name of a type.
-unsigned typesNamed(const char* name) {
+unsigned typesNamed(json_object* name) {
   struct Row {
-    char name[8];
+    const char* name;
     uint8_t types;
   };
   static constexpr Row kRows[] = {
@@ -24,25 +24,36 @@ unsigned typesNamed(const char* name) {
       {"array", 1 << json_type_array},   {"number", 1 << json_type_int | 1 << json_type_double},
       {"null", 1 << json_type_null},
   };
-  for (const Row& row : kRows) {
-    if (row.name[0] == name[0] && strcmp(row.name, name) == 0) {
-      return row.types;
+  if (json_object_get_type(name) == json_type_string) {
+    const char* const text = json_object_get_string(name);
+    for (const Row& row : kRows) {
+      if (strcmp(row.name, text) == 0) {
+        return row.types;
+      }
     }
   }
   return 0;
 }
 
-bool isOfType(json_object* instance, const char* name, Draft draft, Effort& effort) {
-  const unsigned types = typesNamed(name);
-  if (types & typeBit(instance)) {
-    return true;
-  }
-  if (types == 0) {
-    return effort.stop(Trouble::kBadValue);
-  }
-  // 1.0 is an integer, though draft-04 would not have it.
+// 1.0 is an integer, though draft-04 would not have it.
+bool isIntegerAfterAll(json_object* instance, unsigned types, Draft draft) {
   return types == 1U << json_type_int && draft != Draft::k4 &&
          json_object_get_type(instance) == json_type_double && isIntegral(numberOf(instance));
+}
+
+bool isOneOfTypes(json_object* instance, json_object* types, Draft draft, Effort& effort) {
+  const bool isList = json_object_get_type(types) == json_type_array;
+  const size_t count = isList ? json_object_array_length(types) : 1;
+  for (size_t i = 0; i < count && effort.spend(1); ++i) {
+    const unsigned named = typesNamed(isList ? json_object_array_get_idx(types, i) : types);
+    if (named & typeBit(instance) || isIntegerAfterAll(instance, named, draft)) {
+      return true;
+    }
+    if (named == 0) {
+      return effort.stop(Trouble::kBadValue);
+    }
+  }
+  return false;
 }
 
 bool isListed(json_object* instance, json_object* values, Effort& effort) {
@@ -122,14 +133,16 @@ bool hasDependents(json_object* instance, json_object* dependents, Effort& effor
 }
 
 // A character has one to four bytes, so most texts need no counting.
-bool isLongEnough(std::string_view text, json_object* bound, Effort& effort) {
-  return isAtLeast((text.size() + 3) / 4, bound, effort) ||
-         (effort.spend(text.size() / 64) && isAtLeast(lengthOf(text), bound, effort));
+bool isLongEnough(json_object* text, json_object* bound, Effort& effort) {
+  const auto bytes = static_cast<size_t>(json_object_get_string_len(text));
+  return isAtLeast((bytes + 3) / 4, bound, effort) ||
+         (effort.spend(bytes / 64) && isAtLeast(lengthOf(textOf(text)), bound, effort));
 }
 
-bool isShortEnough(std::string_view text, json_object* bound, Effort& effort) {
-  return isAtMost(text.size(), bound, effort) ||
-         (effort.spend(text.size() / 64) && isAtMost(lengthOf(text), bound, effort));
+bool isShortEnough(json_object* text, json_object* bound, Effort& effort) {
+  const auto bytes = static_cast<size_t>(json_object_get_string_len(text));
+  return isAtMost(bytes, bound, effort) ||
+         (effort.spend(bytes / 64) && isAtMost(lengthOf(textOf(text)), bound, effort));
 }
 
 bool hasNoEqualElements(json_object* instance, json_object* wanted, Effort& effort) {
@@ -139,21 +152,13 @@ bool hasNoEqualElements(json_object* instance, json_object* wanted, Effort& effo
 
 }  // namespace
 
+// Most schemas name one type, and most instances have it.
 bool isOfTypes(json_object* instance, json_object* types, Draft draft, Effort& effort) {
-  if (json_object_get_type(types) == json_type_string) {
-    return isOfType(instance, json_object_get_string(types), draft, effort);
-  }
-  const size_t count = json_object_array_length(types);
-  for (size_t i = 0; i < count && effort.spend(1); ++i) {
-    json_object* const name = json_object_array_get_idx(types, i);
-    if (json_object_get_type(name) != json_type_string) {
-      return effort.stop(Trouble::kBadValue);
-    }
-    if (isOfType(instance, json_object_get_string(name), draft, effort)) {
-      return true;
-    }
-  }
-  return false;
+  static constexpr const char* kNames[] = {"null",   "boolean", "number", "integer",
+                                           "object", "array",   "string"};
+  return (json_object_get_type(types) == json_type_string &&
+          strcmp(json_object_get_string(types), kNames[json_object_get_type(instance)]) == 0) ||
+         isOneOfTypes(instance, types, draft, effort);
 }
 
 bool isExclusive(json_object* schema, const char* name, Draft draft) {
@@ -185,9 +190,9 @@ bool satisfies(json_object* instance, const Keyword& keyword, json_object* value
     case Id::kExclusiveMinimum:
       return isWithin(instance, value, Order::kGreater, true);
     case Id::kMaxLength:
-      return isShortEnough(textOf(instance), value, effort);
+      return isShortEnough(instance, value, effort);
     case Id::kMinLength:
-      return isLongEnough(textOf(instance), value, effort);
+      return isLongEnough(instance, value, effort);
     case Id::kPattern:
       return workshop.patterns.matches(textOf(value), textOf(instance));
     case Id::kFormat:

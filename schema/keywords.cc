@@ -170,16 +170,19 @@ inline bool sameText(const char* left, const char* right) {
   return false;
 }
 
+// Whether the name, whose first four characters are the keyword's, is the keyword.
+inline bool isKeyword(const char* name, uint32_t second, unsigned draft, size_t i) {
+  return kTable.seconds[i] == second && (kKeywords[i].drafts & draft) &&
+         (!isWhole(second) || sameText(kKeywords[i].name + 8, name + 8));
+}
+
 // Apart, so that what the first look decides does not pay for its registers.
 [[gnu::noinline]] const Keyword* findInList(const char* name, uint32_t second, unsigned draft,
                                             size_t i) {
-  for (; i < kKeywordCount; i = kTable.next[i]) {
-    if (kTable.seconds[i] == second && (kKeywords[i].drafts & draft) &&
-        (!isWhole(second) || sameText(kKeywords[i].name + 8, name + 8))) {
-      return &kKeywords[i];
-    }
+  while (i < kKeywordCount && !isKeyword(name, second, draft, i)) {
+    i = kTable.next[i];
   }
-  return nullptr;
+  return i < kKeywordCount ? &kKeywords[i] : nullptr;
 }
 
 }  // namespace
@@ -192,9 +195,9 @@ const Keyword* findKeyword(const char* name, Draft draft) {
   }
   const uint32_t second = secondOf(name, head);
   const size_t i = kTable.first[bucket];
-  return kTable.seconds[i] == second && !isWhole(second) && (kKeywords[i].drafts & draftBit(draft))
+  return isKeyword(name, second, draftBit(draft), i)
              ? &kKeywords[i]
-             : findInList(name, second, draftBit(draft), i);
+             : findInList(name, second, draftBit(draft), kTable.next[i]);
 }
 
 const char* nameOf(Id id) {
