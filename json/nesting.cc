@@ -3,10 +3,15 @@
 namespace hearth {
 namespace {
 
+// Most members are no containers, and not worth a call.
+inline bool isInsideDeeperThan(json_object* value, int levels) {
+  return levels == 0 || (isContainer(value) && isNestedDeeperThan(value, levels - 1));
+}
+
 bool objectIsDeeperThan(json_object* object, int levels) {
   json_object_object_foreach(object, name, member) {
     (void)name;
-    if (levels == 0 || isNestedDeeperThan(member, levels - 1)) {
+    if (isInsideDeeperThan(member, levels)) {
       return true;
     }
   }
@@ -16,7 +21,7 @@ bool objectIsDeeperThan(json_object* object, int levels) {
 bool arrayIsDeeperThan(json_object* array, int levels) {
   const size_t length = json_object_array_length(array);
   for (size_t i = 0; i < length; ++i) {
-    if (levels == 0 || isNestedDeeperThan(json_object_array_get_idx(array, i), levels - 1)) {
+    if (isInsideDeeperThan(json_object_array_get_idx(array, i), levels)) {
       return true;
     }
   }
