@@ -6,6 +6,10 @@ target_compile_options(
                          -Woverloaded-virtual -Wformat=2 -Wundef $<$<BOOL:${HEARTH_WERROR}>:-Werror>)
 # 64-bit file offsets and times also where the default is 32.
 target_compile_definitions(hearth_flags INTERFACE _FILE_OFFSET_BITS=64 _TIME_BITS=64)
+# Not every C library can name the frames of a stack; a crash is then reported without them.
+if(Backtrace_FOUND)
+  target_compile_definitions(hearth_flags INTERFACE HEARTH_HAS_BACKTRACE)
+endif()
 if(HEARTH_SANITIZE)
   target_compile_options(hearth_flags INTERFACE -fsanitize=${HEARTH_SANITIZE}
                                                 -fno-sanitize-recover=all -fno-omit-frame-pointer)

@@ -16,7 +16,7 @@
 #include "hearth/logger.h"
 #include "log/line_output.h"
 
-#if __has_include(<execinfo.h>)
+#ifdef HEARTH_HAS_BACKTRACE
 #include <execinfo.h>
 #else
 static int backtrace(void**, int) {
