@@ -27,11 +27,22 @@ Resources::~Resources() {
 }
 
 // A $schema that is no known metaschema may name one that the document itself holds, which then
-// tells the draft and the vocabularies. Otherwise it tells nothing.
+// tells the draft and the vocabularies. Otherwise it tells nothing; without one, a resource is read
+// like the one around it.
 void Resources::identify(ResourceIndex index) {
   json_object* const top = resources_[index].top;
   const std::string_view uri = textMember(top, "$schema");
-  if (!uri.data() || isMetaschema(uri, &resources_[index].draft) || !indexed()) {
+  if (!uri.data()) {
+    const Resource& around = resources_[resources_[index].parent];
+    resources_[index].draft = around.draft;
+    resources_[index].vocabularies = around.vocabularies;
+    return;
+  }
+  if (isMetaschema(uri, &resources_[index].draft)) {
+    resources_[index].vocabularies = kAllVocabularies;
+    return;
+  }
+  if (!indexed()) {
     return;
   }
   const Target metaschema = byUri(std::string(withoutFragment(uri)));
@@ -86,6 +97,9 @@ bool Resources::indexed() {
     addEntry(hashText(base), Kind::kUri, 0, resources_[0].top, nullptr);
     scan(resources_[0].top, 0, base, 0);
     sortEntries();
+    for (ResourceIndex i = 0; i < resources_.size(); ++i) {  // the outer ones come first
+      identify(i);
+    }
   }
   return !effort_.stopped();
 }
@@ -112,7 +126,7 @@ void Resources::scan(json_object* schema, ResourceIndex resource, const std::str
 void Resources::scanResource(json_object* schema, ResourceIndex around, const std::string& base,
                              std::string_view id, unsigned depth) {
   if (id.size() + base.size() > kLongestUri || !effort_.spend((id.size() + base.size()) / 16)) {
-    effort_.stop(Trouble::kBadValue);
+    effort_.stop(Trouble::kLongIdentifier);
     return;
   }
   const auto index = static_cast<ResourceIndex>(resources_.size());
