@@ -5,6 +5,7 @@
 #include "schema/content.h"
 #include "schema/equality.h"
 #include "schema/format.h"
+#include "schema/members.h"
 #include "schema/number.h"
 #include "schema/text.h"
 
@@ -94,11 +95,9 @@ size_t memberCount(json_object* object) {
   return static_cast<size_t>(json_object_object_length(object));
 }
 
-// Names mostly stand in the order of the members, so the next member is tried before a look-up.
 bool hasMembers(json_object* instance, json_object* names, Effort& effort) {
   const size_t count = json_object_array_length(names);
-  lh_table* const members = json_object_get_object(instance);
-  lh_entry* guess = lh_table_head(members);
+  OrderedLookup members(instance, effort);
   if (!effort.spend(count)) {
     return false;
   }
@@ -107,14 +106,9 @@ bool hasMembers(json_object* instance, json_object* names, Effort& effort) {
     if (json_object_get_type(name) != json_type_string) {
       return effort.stop(Trouble::kBadValue);
     }
-    const char* const text = json_object_get_string(name);
-    if (!guess || strcmp(static_cast<const char*>(lh_entry_k(guess)), text) != 0) {
-      guess = lh_table_lookup_entry(members, text);
-      if (!guess) {
-        return false;
-      }
+    if (!members.find(json_object_get_string(name))) {
+      return false;
     }
-    guess = lh_entry_next(guess);
   }
   return true;
 }
@@ -124,8 +118,9 @@ bool hasDependents(json_object* instance, json_object* dependents, Effort& effor
     if (json_object_get_type(names) != json_type_array) {
       return effort.stop(Trouble::kBadValue);
     }
-    if (!effort.spend(1) || (json_object_object_get_ex(instance, name, nullptr) &&
-                             !hasMembers(instance, names, effort))) {
+    if (!effort.spend(1 + costOfName(name)) ||
+        (json_object_object_get_ex(instance, name, nullptr) &&
+         !hasMembers(instance, names, effort))) {
       return false;
     }
   }

@@ -63,15 +63,18 @@ std::string shownNumber(const Number& number) {
   return {text, std::to_chars(text, text + sizeof text, number.real).ptr};
 }
 
+// The start of a text, never ending inside a character; nothing in it moves a terminal's cursor.
 std::string shownText(std::string_view text) {
-  if (text.size() <= kLongestShown) {
-    return '"' + std::string(text) + '"';
+  const bool cut = text.size() > kLongestShown;
+  size_t end = cut ? kLongestShown : text.size();
+  while (cut && end > 0 && (static_cast<unsigned char>(text[end]) & 0xC0) == 0x80) {
+    --end;
   }
-  size_t end = kLongestShown;
-  while (end > 0 && (static_cast<unsigned char>(text[end]) & 0xC0) == 0x80) {
-    --end;  // not inside a character
+  std::string out(text.substr(0, end));
+  for (char& c : out) {
+    c = static_cast<unsigned char>(c) < ' ' || c == '\x7f' ? ' ' : c;
   }
-  return '"' + std::string(text.substr(0, end)) + "...\"";
+  return '"' + out + (cut ? "...\"" : "\"");
 }
 
 std::string describeType(json_object* instance, json_object* types) {
@@ -247,6 +250,8 @@ std::string describeTrouble(Trouble trouble, Id keyword, json_object* value) {
              ", not an object or a boolean";
     case Trouble::kBadValue:
       return "cannot be checked: " + named + " cannot have the value " + shown(value);
+    case Trouble::kLongIdentifier:
+      return "cannot be checked: an identifier in the schema is too long";
     case Trouble::kUnresolved:
       return "cannot be checked: the reference " + shown(value) + " leads nowhere";
     case Trouble::kBadPattern:

@@ -17,8 +17,9 @@ enum class Trouble : uint8_t {
   kEndless,  // a reference that leads back to itself
   kTooMuchWork,
   kNoMemory,
-  kBadSchema,   // neither an object nor a boolean
-  kBadValue,    // of a keyword
+  kBadSchema,  // neither an object nor a boolean
+  kBadValue,   // of a keyword
+  kLongIdentifier,
   kUnresolved,  // a reference
   kBadPattern,
   kPatternLimit,

@@ -7,6 +7,7 @@
 #include <cstring>
 #include <vector>
 
+#include "schema/members.h"
 #include "schema/number.h"
 #include "schema/text.h"
 
@@ -94,7 +95,8 @@ class Comparison {
     }
     json_object_object_foreach(left, name, member) {
       json_object* other = nullptr;
-      if (!json_object_object_get_ex(right, name, &other) || !equal(member, other, depth + 1)) {
+      if (!effort_.spend(costOfName(name)) || !json_object_object_get_ex(right, name, &other) ||
+          !equal(member, other, depth + 1)) {
         return false;
       }
     }

@@ -84,6 +84,9 @@ class NameChecker {
       : international_(international), patterns_(patterns) {}
 
   bool isName(std::string_view name) {
+    if (name.size() > 4 * kLongestName) {
+      return false;
+    }
     for (;;) {
       size_t separator = 0;
       const size_t end = findSeparator(name, &separator);

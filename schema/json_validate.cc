@@ -29,6 +29,7 @@ bool validate(json_object* instance, json_object* schema, Violation* violation,
   } catch (const std::exception&) {  // memory ran out
     if (violation) {
       *violation = Violation();
+      violation->message = "memory ran out";  // short enough to need none
     }
   }
   return false;
@@ -55,7 +56,8 @@ class Document {
       return false;
     }
     struct stat status;
-    const bool complete = fstat(file, &status) == 0 && S_ISREG(status.st_mode) && readAll(file);
+    const bool complete = fstat(file, &status) == 0 && S_ISREG(status.st_mode) &&
+                          status.st_size < INT_MAX && readAll(file);
     close(file);
     return complete;
   }

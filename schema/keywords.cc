@@ -50,7 +50,7 @@ constexpr Keyword kKeywords[] = {
     {"format", Id::kFormat, kAll, kStr, kStr, Slot::kNow, Below::kNothing, kFormatVocabulary},
     {"contentEncoding", Id::kContentEncoding, k7, kStr, kStr, Slot::kNow, Below::kNothing, kCore},
     {"contentMediaType", Id::kContentMediaType, k7, kStr, kStr, Slot::kNow, Below::kNothing, kCore},
-    {"contentSchema", Id::kNone, kFrom19, kAny, kSub, Slot::kNever, Below::kSchema, kCore},
+    {"contentSchema", Id::kContentSchema, kFrom19, kAny, kSub, Slot::kNever, Below::kSchema, kCore},
 
     {"maxItems", Id::kMaxItems, kAll, kArr, kNum, Slot::kNow, Below::kNothing, kValidation},
     {"minItems", Id::kMinItems, kAll, kArr, kNum, Slot::kNow, Below::kNothing, kValidation},

@@ -35,6 +35,7 @@ enum class Id : uint8_t {
   kFormat,
   kContentEncoding,
   kContentMediaType,
+  kContentSchema,
   kMaxItems,
   kMinItems,
   kUniqueItems,

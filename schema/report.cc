@@ -84,6 +84,7 @@ bool Walker::failAlternatives(const Place& place, Id keyword, json_object* schem
   unsigned closestDepth = 0;
   size_t closestIndex = 0;
   const size_t count = json_object_array_length(schemas);
+  ++explaining_;
   for (size_t i = 0; i < count && !effort().stopped(); ++i) {
     deepest_ = 0;
     if (!holds(place, json_object_array_get_idx(schemas, i), keyword, nullptr) &&
@@ -93,6 +94,7 @@ bool Walker::failAlternatives(const Place& place, Id keyword, json_object* schem
       closestIndex = i;
     }
   }
+  --explaining_;
   if (isFinal_) {
     return false;
   }
@@ -112,6 +114,13 @@ void Walker::record(const Place& place, Id keyword, json_object* value, std::str
   violation_->instanceLocation = instancePointer(place);
   violation_->keyword = nameOf(keyword);
   violation_->message = std::move(message);
+  if (explaining_ == 0 || isFinal_) {
+    violation_->schemaLocation = ruleLocation(place, keyword, value);
+  }
+  deepest_ = instanceDepth(place);
+}
+
+std::string Walker::ruleLocation(const Place& place, Id keyword, json_object* value) const {
   json_object* top = nullptr;
   std::string location;
   const std::string document = resources_.documentOf(place.resource, &top);
@@ -121,8 +130,7 @@ void Walker::record(const Place& place, Id keyword, json_object* value, std::str
       addToPointer(&location, nameOf(keyword));
     }
   }
-  violation_->schemaLocation = document.empty() ? location : document + '#' + location;
-  deepest_ = instanceDepth(place);
+  return document.empty() ? location : document + '#' + location;
 }
 
 }  // namespace schema

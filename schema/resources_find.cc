@@ -85,7 +85,7 @@ ResourceIndex Resources::of(json_object* schema, ResourceIndex around) {
 }
 
 // The base URI of a resource is made anew each time: kept for all, it could take the square of the
-// schema's size.
+// schema's size. It is not whole when the effort stops.
 std::string Resources::baseOf(ResourceIndex index) const {
   ResourceIndex chain[kDeepestSchema + 2];
   size_t length = 0;
@@ -96,7 +96,7 @@ std::string Resources::baseOf(ResourceIndex index) const {
     }
   }
   std::string base;
-  while (length > 0) {
+  while (length > 0 && effort_.spend(1 + base.size() / 4)) {
     const Resource& resource = resources_[chain[--length]];
     base = resolveUri(base, idOf(resource.top, resource.draft));
   }
@@ -161,7 +161,8 @@ std::string Resources::documentOf(ResourceIndex resource, json_object** top) con
     resource = resources_[resource].parent;
   }
   *top = resources_[resource].top;
-  return resource == 0 ? std::string() : baseOf(resource);
+  return resource == 0 ? std::string()
+                       : std::string(withoutFragment(idOf(*top, resources_[resource].draft)));
 }
 
 }  // namespace schema

@@ -1,6 +1,5 @@
 // The walk into objects.
-#include <cstring>
-
+#include "schema/members.h"
 #include "schema/walker.h"
 
 namespace hearth {
@@ -13,32 +12,6 @@ const char* nameOfMember(lh_entry* entry) {
 json_object* valueOf(lh_entry* entry) {
   return static_cast<json_object*>(lh_entry_v(entry));
 }
-
-// Finds members by name, faster when they are asked for in the order in which they stand.
-class OrderedLookup {
- public:
-  explicit OrderedLookup(json_object* object)
-      : table_(object ? json_object_get_object(object) : nullptr),
-        guess_(table_ ? lh_table_head(table_) : nullptr) {}
-
-  lh_entry* find(const char* name) {
-    if (!table_) {
-      return nullptr;
-    }
-    lh_entry* found = guess_;
-    if (!found || strcmp(nameOfMember(found), name) != 0) {
-      found = lh_table_lookup_entry(table_, name);
-    }
-    if (found) {
-      guess_ = lh_entry_next(found);
-    }
-    return found;
-  }
-
- private:
-  lh_table* table_;
-  lh_entry* guess_;
-};
 
 }  // namespace
 
@@ -58,7 +31,7 @@ bool Walker::followObject(const Place& place, const Slots& slots, Marks* marks) 
 }
 
 bool Walker::members(const Place& place, const Slots& slots, Marks* marks) {
-  OrderedLookup properties(slots[Slot::kProperties]);
+  OrderedLookup properties(slots[Slot::kProperties], effort());
   json_object* const patterns = slots[Slot::kPatternProperties];
   lh_table* const table = json_object_get_object(place.instance);
   if (!effort().spend(static_cast<size_t>(lh_table_length(table)))) {
@@ -68,6 +41,9 @@ bool Walker::members(const Place& place, const Slots& slots, Marks* marks) {
   for (lh_entry* entry = lh_table_head(table); entry; entry = lh_entry_next(entry), ++position) {
     lh_entry* const property = properties.find(nameOfMember(entry));
     bool seen = property != nullptr;
+    if (!seen && effort().stopped()) {
+      return fail(place, Id::kProperties, nullptr);
+    }
     if (property && !memberConforms(place, valueOf(property), entry, Id::kProperties)) {
       return false;
     }
@@ -111,6 +87,9 @@ bool Walker::patternMembers(const Place& place, json_object* patterns, lh_entry*
 bool Walker::names(const Place& place, json_object* schema) {
   json_object_object_foreach(place.instance, name, member) {
     (void)member;
+    if (!effort().spend(costOfName(name))) {
+      return fail(place, Id::kPropertyNames, schema);
+    }
     json_object* const text = json_object_new_string(name);
     if (!text) {
       return stop(place, Id::kPropertyNames, schema, Trouble::kNoMemory);
@@ -128,7 +107,7 @@ bool Walker::names(const Place& place, json_object* schema) {
 
 bool Walker::dependencies(const Place& place, json_object* dependencies, Id via, Marks* marks) {
   json_object_object_foreach(dependencies, name, value) {
-    if (!effort().spend(1)) {
+    if (!effort().spend(1 + costOfName(name))) {
       return fail(place, via, dependencies);
     }
     if (json_object_object_get_ex(place.instance, name, nullptr) &&

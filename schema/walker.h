@@ -149,6 +149,7 @@ class Walker {
   bool failCount(const Place& place, Id keyword, json_object* value, size_t count);
   bool wantsReport() const;
   void record(const Place& place, Id keyword, json_object* value, std::string message);
+  std::string ruleLocation(const Place& place, Id keyword, json_object* value) const;
 
   Effort& effort() { return workshop_.effort; }
   [[nodiscard]] Draft draftAt(const Place& place) const {
@@ -158,10 +159,11 @@ class Walker {
   Workshop workshop_;
   Resources resources_;
   Violation* violation_;
-  unsigned quiet_ = 0;    // trials around the walk, whose failures are not the answer
-  unsigned deepest_ = 0;  // how deep in the instance the recorded violation is
-  bool isFinal_ = false;  // what is recorded stopped the validation
-  uintptr_t stack_ = 0;   // where it was when the walk began
+  unsigned quiet_ = 0;       // trials around the walk, whose failures are not the answer
+  unsigned explaining_ = 0;  // alternatives around the walk, of which only the sentence is wanted
+  unsigned deepest_ = 0;     // how deep in the instance the recorded violation is
+  bool isFinal_ = false;     // what is recorded stopped the validation
+  uintptr_t stack_ = 0;      // where it was when the walk began
 };
 
 }  // namespace schema

@@ -41,6 +41,11 @@ TEST(Validate, TellsDraftsApart) {
       {"90", R"({"contains":{"const":1},"minContains":2,"maxContains":3})", "[[1,1],[1,1,1,2]]",
        "[[1],[1,1,1,1],[]]"},
       {"9", R"({"contains":{"const":1},"unevaluatedItems":false})", "[]", "[[1]]"},
+      {"9", R"({"allOf":[{"items":[true]}],"items":[],"unevaluatedItems":{"type":"integer"}})",
+       R"([["a",1],["a"]])", R"([["a","b"]])"},
+      {"9", R"({"additionalItems":{},"items":[{"type":"integer"}],"unevaluatedItems":false})",
+       R"([[1,"a"],[1]])", R"([["a"]])"},
+      {"9", R"({"additionalItems":{},"unevaluatedItems":false})", "[[]]", "[[1]]"},
       {"0", R"({"contains":{"const":1},"unevaluatedItems":false})", "[[1]]", "[[1,2]]"},
       {"4679", R"({"format":"ipv4"})", R"(["1.2.3.4",7])", R"(["1.2.3","01.2.3.4"])"},
       {"0", R"({"format":"ipv4"})", R"(["x"])", "[]"},
@@ -67,6 +72,10 @@ TEST(Validate, ReadsDraftsByResource) {
        R"({"allOf":[{"$ref":"b"}],"$id":"http://x/a","definitions":{"b":{)" D19
        R"("$id":"http://x/b","dependentRequired":{"a":["b"]}}}})",
        "[1]", R"([{"a":1}])"},
+      {"9",
+       R"({"$id":"http://x/r","items":{"$ref":"e"},"$defs":{"e":{"$id":"e",)" D20
+       R"("prefixItems":[{"type":"integer"}],"items":false}}})",
+       "[[[1],[]]]", R"([[["a"]],[[1,2]]])"},
       // Recursive and dynamic references end at the outermost resource that has the anchor.
       {"9", R"({"$id":"http://x/s","$recursiveAnchor":true,"$ref":"t","unevaluatedProperties":false,
         "$defs":{"t":{"$id":"t","$recursiveAnchor":true,
@@ -76,6 +85,11 @@ TEST(Validate, ReadsDraftsByResource) {
         "$defs":{"t":{"$id":"t","$recursiveAnchor":true,
         "properties":{"d":{},"c":{"items":{"$recursiveRef":"#"}}}}}})",
        R"([{"c":[{"e":1}]}])", R"([{"e":1}])"},
+      {"9", R"({"$id":"http://x/o","$recursiveAnchor":true,"type":["object","integer"],
+        "properties":{"c":{"$ref":"m"}},"$defs":{"m":{"$id":"m","properties":{"d":{"$ref":"i"}},
+        "$defs":{"i":{"$id":"i","$recursiveAnchor":true,
+        "properties":{"e":{"$recursiveRef":"#"}}}}}}})",
+       R"([{"c":{"d":{"e":1}}}])", R"([{"c":{"d":{"e":"s"}}}])"},
       {"0", R"({"$id":"http://x/s","$dynamicAnchor":"n","$ref":"t","unevaluatedProperties":false,
         "$defs":{"t":{"$id":"t","$dynamicAnchor":"n",
         "properties":{"d":{},"c":{"items":{"$dynamicRef":"#n"}}}}}})",
@@ -109,6 +123,15 @@ TEST(Validate, ReadsDraftsByResource) {
       {"0", R"({"$schema":"http://x/m","$defs":{"m":{)" D20 R"("$id":"http://x/m",
         "$vocabulary":{"http://x/own":true}}}})",
        "[]", "[1]"},
+      {"9",
+       R"({"$schema":"http://x/m","minimum":9,"$id":"http://x/r","$defs":{"m":{)" D19
+       R"("$id":"m","$vocabulary":{"https://json-schema.org/draft/2019-09/vocab/applicator":true}},
+        "e":{)" D19 R"("$id":"e","minimum":2}},"items":{"$ref":"e"},"unevaluatedItems":false})",
+       "[1,[3]]", "[[1]]"},
+      {"9", R"({"$id":"http://x/r","items":{"$schema":"http://x/m","$id":"e","minimum":9},
+        "maximum":3,"$defs":{"m":{)" D19 R"("$id":"m",
+        "$vocabulary":{"https://json-schema.org/draft/2019-09/vocab/applicator":true}}}})",
+       "[[1]]", "[4]"},
   };
   for (const Case& row : rows) {
     check(row);

@@ -23,8 +23,8 @@ TEST(Violation, TellsWhereAndWhy) {
       {R"({"maximum":1.5})", "2", "", "/maximum", "maximum", "must be at most 1.5, but is 2"},
       {R"({"enum":[1,"a",[],null]})", "{}", "", "/enum", "enum",
        "must be one of 1, \"a\", an array of 0 elements, null, but is an object of 0 members"},
-      {R"({"pattern":"^a"})", "\"b\"", "", "/pattern", "pattern",
-       "must match the pattern \"^a\", but is \"b\""},
+      {R"({"pattern":"^a"})", R"("b\u001b[2J")", "", "/pattern", "pattern",
+       "must match the pattern \"^a\", but is \"b [2J\""},
       {R"({"uniqueItems":true})", "[1,2,3,2]", "", "/uniqueItems", "uniqueItems",
        "must not hold equal elements, but elements 1 and 3 are equal"},
       {R"({"required":["a","b"]})", R"({"a":1})", "", "/required", "required",
@@ -111,15 +111,20 @@ struct Mean {
   std::string instance;
 };
 
+// A schema that has every value checked 2^39 times against the leaf.
+std::string doubled(const std::string& leaf, const std::string& keyword) {
+  std::string schema = R"({"$defs":{"0":)" + leaf;
+  for (int i = 1; i < 40; ++i) {
+    const std::string below = R"({"$ref":"#/$defs/)" + std::to_string(i - 1) + "\"}";
+    schema += ",\"" + std::to_string(i) + "\":{\"" + keyword + "\":[" + below + "," + below + "]}";
+  }
+  return schema + R"(},"$ref":"#/$defs/39"})";
+}
+
 // Each of these would take for ever, or a stack of megabytes, or the square of its size.
 std::vector<Mean> meanPairs() {
   std::vector<Mean> pairs;
-  std::string doubling = R"({"$defs":{"0":{"type":"string"})";
-  for (int i = 1; i < 40; ++i) {
-    const std::string below = R"({"$ref":"#/$defs/)" + std::to_string(i - 1) + "\"}";
-    doubling += ",\"" + std::to_string(i) + "\":{\"anyOf\":[" + below + "," + below + "]}";
-  }
-  pairs.push_back({doubling + R"(},"$ref":"#/$defs/39"})", "1"});
+  pairs.push_back({doubled(R"({"type":"string"})", "anyOf"), "1"});
   pairs.push_back({repeated(R"({"not":)", 1500) + "{}" + repeated("}", 1500), "1"});
   pairs.push_back({R"({"items":{"$ref":"#"}})", repeated("[", 1500) + repeated("]", 1500)});
   const std::string deep = repeated("[", 1500) + repeated("]", 1500);
@@ -134,6 +139,23 @@ std::vector<Mean> meanPairs() {
   pairs.push_back({R"({"enum":[)" + repeated("1,", 50'000) + "2]}", "3"});
   pairs.push_back({R"({"items":{"enum":[)" + repeated("1,", 20'000) + "2]}}",
                    "[" + repeated("2,", 20'000) + "2]"});
+  const std::string name = "\"" + repeated("n", 1'000'000) + "\"";
+  for (const std::string& leaf :
+       {std::string(R"({"properties":{"a":{}}})"), R"({"properties":{)" + name + ":{}}}",
+        R"({"required":[)" + name + "]}"}) {
+    pairs.push_back({doubled(leaf, "allOf"), "{" + name + ":1}"});
+  }
+  pairs.push_back(
+      {R"({"format":"idn-hostname","pattern":"^b"})", "\"" + repeated("a.", 500'000) + "\""});
+  pairs.push_back({R"({"anyOf":[)" + repeated(R"({"type":"string"},)", 50'000) + "false]}", "1"});
+  // A base URI that takes a long way to find, for many references.
+  std::string nested = R"({"$id":"x:/","$ref":"#/$defs/e","$defs":{"e":)";
+  nested += repeated(R"({"$id":"/)" + repeated("b/", 450) + R"(","not":)", 57);
+  nested += R"({"$id":"/","allOf":[{"$id":"/q"})";
+  for (int i = 0; i < 30'000; ++i) {
+    nested += R"(,{"$ref":"/)" + std::to_string(i) + "/../q\"}";
+  }
+  pairs.push_back({nested + "]}" + repeated("}", 57) + "}}", "1"});
   return pairs;
 }
 
