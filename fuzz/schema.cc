@@ -1,6 +1,7 @@
 // A schema on the first line and an instance behind it, in a draft that the input's length chooses:
 // the validator comes to one answer, and says why when it is no.
 #include <cstdint>
+#include <cstring>
 
 #include "fuzz/fuzz.h"
 #include "schema/validate.h"
@@ -15,9 +16,8 @@ using hearth::schema::Violation;
 // to its own copy. References mean something else inside another schema, and NaN equals nothing.
 void claimSense(const std::string& input, const fuzz::JsonRef& instance,
                 const fuzz::JsonRef& schema, Draft draft) {
-  const std::string text = fuzz::plain(instance.get());
   if (input.find('$') != std::string::npos || input.find("id") != std::string::npos ||
-      text.find("NaN") != std::string::npos) {
+      strcasestr(input.c_str(), "nan")) {
     return;
   }
   const fuzz::JsonRef negation(json_object_new_object());
@@ -41,6 +41,9 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   const std::string input(reinterpret_cast<const char*>(data), size);
   const std::size_t end = input.find('\n');
   const fuzz::JsonRef schema(json_tokener_parse(input.substr(0, end).c_str()));
+  if (!schema) {  // most mutations; nothing conforms to it
+    return 0;
+  }
   const fuzz::JsonRef instance(
       json_tokener_parse(end == std::string::npos ? "" : input.substr(end + 1).c_str()));
   const auto draft = static_cast<Draft>(size % 5);
