@@ -1,7 +1,7 @@
 // A schema on the first line and an instance behind it, in a draft that the input's length chooses:
 // the validator comes to one answer, and says why when it is no.
+#include <algorithm>
 #include <cstdint>
-#include <cstring>
 
 #include "fuzz/fuzz.h"
 #include "schema/validate.h"
@@ -12,12 +12,19 @@ using hearth::schema::Draft;
 using hearth::schema::validate;
 using hearth::schema::Violation;
 
+// json-c reads NaN in any case.
+bool namesNaN(const std::string& input) {
+  constexpr char kName[] = {'n', 'a', 'n'};
+  return std::search(input.begin(), input.end(), std::begin(kName), std::end(kName),
+                     [](char left, char right) { return (left | 0x20) == right; }) != input.end();
+}
+
 // What contradicts itself: a value that satisfies a schema and its negation, or that is not equal
 // to its own copy. References mean something else inside another schema, and NaN equals nothing.
 void claimSense(const std::string& input, const fuzz::JsonRef& instance,
                 const fuzz::JsonRef& schema, Draft draft) {
   if (input.find('$') != std::string::npos || input.find("id") != std::string::npos ||
-      strcasestr(input.c_str(), "nan")) {
+      namesNaN(input)) {
     return;
   }
   const fuzz::JsonRef negation(json_object_new_object());
