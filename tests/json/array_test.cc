@@ -121,6 +121,12 @@ TEST(Array, AStaleHandleChangesNothing) {
   EXPECT_EQ(-1, stale->delArrayItem(0));
   EXPECT_EQ(-1, stale->clearArrayItems());
   EXPECT_EQ(R"({"list":[2,3],"other":[9]})", plain(document));
+  TreeMapObject outer("[0,[1],[9]]");
+  const Handle gone(outer.at(1));
+  outer.del("[1]");
+  EXPECT_EQ(-1, gone->delArrayItem(0));
+  outer.clearArrayItems();
+  EXPECT_EQ("[]", plain(outer));
 }
 
 TEST(Array, AnOverwrittenKeyTouchesNoNeighbour) {

@@ -80,6 +80,12 @@ TEST(Documents, ACopyIsWhatRenderingAndParsingGives) {
     EXPECT_EQ(json_object_get_type(parsed.get()), json_object_get_type(copy.get()));
     EXPECT_NE(source.get(), copy.get());
   }
+  for (const char* const text : {"1.5", "01.5", "-0.5", "00.5", ".5", "1.", "1.5x", "1e5", "x"}) {
+    const JsonRef source(json_object_new_double_s(1.5, text));
+    EXPECT_EQ(plain(JsonRef(json_tokener_parse(text)).get()),
+              plain(JsonRef(JsonData::cloneObject(source.get())).get()))
+        << text;
+  }
   // The backend's own format of numbers counts too: here it makes an integer.
   const JsonRef formatted(json_object_new_double(2.0 / 3));
   json_c_set_serialization_double_format("%.0f", JSON_C_OPTION_GLOBAL);

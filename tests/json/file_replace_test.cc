@@ -105,6 +105,7 @@ TEST_F(FileReplaceTest, PermissionsBindWhoIsNotRoot) {
     const Ended ended = inChild([] {
       if (setegid(4000) == 0 && seteuid(4000) == 0) {
         printf("%d", replaceText("file", "new") ? 1 : errno);
+        seteuid(0);  // who writes what a coverage build has counted
       }
     });
     char mode[20];
@@ -177,7 +178,9 @@ TEST_F(FileReplaceTest, RefusesWithoutTouchingAnything) {
 }
 
 TEST_F(FileReplaceTest, WritesDevicesAndPipesStraight) {
+  symlink("/dev/null", "null");
   EXPECT_TRUE(replaceText("/dev/null", "new"));
+  EXPECT_TRUE(replaceText("null", "new"));
   mkfifo("pipe", 0666);
   std::string got;
   std::thread reader([&got] { got = textOf("pipe"); });
@@ -198,13 +201,14 @@ TEST_F(FileReplaceTest, StraysGoAndLiveOnesStay) {
   }
   putText("target", "old");
   putText(kStray, "");
+  mkdir(".hearth-bbbbbbbbbbbbbbbb.tmp", 0777);
   symlink("target", ".hearth-aaaaaaaaaaaaaaaa.tmp");
   const UniqueFd here(open(".", O_RDONLY | O_DIRECTORY | O_CLOEXEC));
   TemporaryFile live(here.get());
   ASSERT_TRUE(live.make(0600));
   EXPECT_TRUE(replaceText("target", "new"));
   EXPECT_FALSE(namesIn(".").count(kStray));
-  EXPECT_EQ(others.size() + 3, namesIn(".").size()) << "others, target, link and the live one";
+  EXPECT_EQ(others.size() + 4, namesIn(".").size()) << "folder, target, link and the live one too";
   putText(kStray, "");
   EXPECT_TRUE(replaceText("target", "new"));
   EXPECT_FALSE(namesIn(".").count(kStray)) << "another process has crashed meanwhile";
@@ -212,7 +216,7 @@ TEST_F(FileReplaceTest, StraysGoAndLiveOnesStay) {
   removeStrayTemporaries((folder_ / "any").c_str());
   EXPECT_FALSE(namesIn(".").count(kStray)) << "at a start";
   EXPECT_TRUE(live.become("target"));
-  EXPECT_EQ(others.size() + 2, namesIn(".").size());
+  EXPECT_EQ(others.size() + 3, namesIn(".").size());
 }
 
 // Saves go on while others look for strays, and every reader meets a whole document.

@@ -80,6 +80,9 @@ TEST(Search, SaysWhatItCannotDo) {
   }
   const TreeMapObject document("{}");
   EXPECT_TRUE(document.find("k", static_cast<const char*>(nullptr)).empty());
+  EXPECT_TRUE(document.find("", 1U).empty());
+  EXPECT_TRUE(document.find("", 0.5).empty());
+  EXPECT_TRUE(document.find(nullptr, true).empty());
   std::list<TreeMapObject*> none;
   EXPECT_EQ(0, document.findInObject(none, "k", nullptr, document.jobj));
   EXPECT_EQ(0, document.findInArray(none, "k", document.jobj, document.jobj));
@@ -97,6 +100,7 @@ TEST(Comparison, IsTyped) {
       {"3", "3", 1, "DEBUG: compareObjVal: srcVal= 3 dstVal= 3\n"},
       {"true", "false", 0, "DEBUG: compareObjVal: srcVal= 1 dstVal= 0\n"},
       {"0.5", "0.5", 1, "DEBUG: compareObjVal: srcVal= 0.500000 dstVal= 0.500000\n"},
+      {"0.5", "0.25", 0, "DEBUG: compareObjVal: srcVal= 0.500000 dstVal= 0.250000\n"},
       {"3", "3.0", 0, "DEBUG: JSON type is different\n"},
       {"null", "null", 0, "DEBUG: JSON type is different\n"},
       {"{}", "{\"a\":1}", 1, "WARN: JSON type for the comparison MUST be primary types\n"},

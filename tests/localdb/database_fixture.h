@@ -12,6 +12,7 @@
 #include <memory>
 #include <string>
 #include <utility>
+#include <vector>
 
 #include "hearth/hearth.h"
 #include "tests/support/captured_log.h"
@@ -63,8 +64,9 @@ class DatabaseTest : public testing::Test {
 
   // What the action logs, but for addresses (PTR) and the data directory (DATA).
   template <typename Action>
-  std::string linesOf(Action action) const {
-    CapturedLog log;
+  std::string linesOf(Action action,
+                      const std::vector<LOG_TYPE_T>& severities = CapturedLog::all()) const {
+    CapturedLog log(severities);
     action();
     std::string text = replaced(log.text(), data_.path(), "DATA");
     for (std::size_t at = 0; (at = text.find("0x", at)) != std::string::npos;) {

@@ -115,6 +115,36 @@ TEST_F(SlotTest, RefusesWhatNamesNoSlot) {
   }
 }
 
+// The handler's fields are the backend's to change, too.
+TEST_F(SlotTest, SaysWhatIsWrongWithIt) {
+  const struct {
+    const char* event;
+    bool isEmptied;
+    const char* lines;
+  } kCases[] = {
+      {"save", false, "DEBUG: op: I am not in locked state\n"},
+      {"unlock", false, "WARN: op: I am not in locked state\n"},
+      {"save", true, "DEBUG: op: there is something wrong, I am is not initialized already!\n"},
+      {"unlock", true, "ERROR: op: there is something wrong, I am is not initialized already!\n"},
+  };
+  LOCALDB_HANDLER* const handler = LocalDbCtrl::getDBByKey("default");
+  for (const auto& c : kCases) {
+    SCOPED_TRACE(c.lines);
+    ASSERT_EQ(answerTo("lock "), "handle");
+    if (c.isEmptied) {
+      delete std::exchange(handler->localdb[kWifi], nullptr);
+    } else {
+      handler->state[kWifi] = LDB_ACCESSIBLE;
+    }
+    std::string answer;
+    const std::string lines = linesOf([&] { answer = answerTo(c.event); });
+    EXPECT_EQ(protocolLines(lines, c.event),
+              "DEBUG: op: apiT=1 state=" + std::to_string(c.isEmptied ? 2 : 1) + "\n" + c.lines);
+    EXPECT_EQ(answer, "2");
+    EXPECT_EQ(stateOf(kWifi), c.isEmptied ? LDB_NOT_INITIALIZED : LDB_ACCESSIBLE);
+  }
+}
+
 TEST_F(SlotTest, IsOutOfReachForStrangers) {
   Holder holder(kWifi, "default", 7);
   EXPECT_EQ(answerTo("lock "), "null");

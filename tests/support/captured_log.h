@@ -5,8 +5,8 @@
 #include <gtest/gtest.h>
 
 #include <array>
-#include <initializer_list>
 #include <string>
+#include <vector>
 
 #include "hearth/be_config.h"
 #include "hearth/logger.h"
@@ -16,8 +16,9 @@
 // "DEBUG: getJObj: ...".
 class CapturedLog {
  public:
-  explicit CapturedLog(std::initializer_list<LOG_TYPE_T> severities = {LOG_INFO, LOG_WARNING,
-                                                                       LOG_DEBUG, LOG_ERROR}) {
+  static std::vector<LOG_TYPE_T> all() { return {LOG_INFO, LOG_WARNING, LOG_DEBUG, LOG_ERROR}; }
+
+  explicit CapturedLog(const std::vector<LOG_TYPE_T>& severities = all()) {
     Logger::mask = 1U << LOG_GROUP_UTIL;
     Logger::enableFileLog = 0;
     for (int32_t* const enabled : switches()) {
