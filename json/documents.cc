@@ -1,6 +1,4 @@
 // Whole documents: from text and file, to text and file, copied, and into the log.
-#include <sys/stat.h>
-
 #include "hearth/json_data.h"
 #include "hearth/tree_map_object.h"
 #include "json/deep_copy.h"
@@ -32,11 +30,8 @@ TreeMapObject* JsonData::createObject(const char* text) {
 }
 
 TreeMapObject* JsonData::createObjectFromFile(const char* path) {
-  struct stat found;
-  if (path == nullptr || stat(path, &found) != 0) {
-    return nullptr;
-  }
-  return hearth::newOwningHandle(hearth::readJsonFile(path));
+  hearth::JsonFile file = hearth::findJsonFile(path);
+  return file.exists ? hearth::newOwningHandle(file.value.release()) : nullptr;
 }
 
 const char* JsonData::getJson(TreeMapObject* obj) {

@@ -13,7 +13,6 @@
 #include <cstdlib>
 #include <memory>
 
-#include "json/json_ref.h"
 #include "log/unique_fd.h"
 
 namespace hearth {
@@ -58,7 +57,8 @@ bool Contents::reserve(std::size_t capacity) {
 }
 
 // The size that the file states is a hint: a file in /proc states none, others may grow or shrink.
-// One byte more than stated makes the end of the file visible without growing.
+// One byte more than stated makes the end of the file visible without growing. What was opened may
+// not be what was asked about before.
 bool Contents::read(int fd) {
   struct stat status;
   if (fstat(fd, &status) != 0 || !S_ISREG(status.st_mode) ||
@@ -87,12 +87,7 @@ bool Contents::read(int fd) {
   }
 }
 
-}  // namespace
-
-json_object* readJsonFile(const char* path) {
-  if (path == nullptr) {
-    return nullptr;
-  }
+json_object* readRegular(const char* path) {
   const UniqueFd file(open(path, O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY));
   Contents contents;
   if (!file || !contents.read(file.get())) {
@@ -106,6 +101,22 @@ json_object* readJsonFile(const char* path) {
   JsonRef value(json_tokener_parse_ex(tokener.get(), contents.data(), contents.size()));
   // The parser leaves out what it finds no memory for.
   return errno == ENOMEM ? nullptr : value.release();
+}
+
+}  // namespace
+
+// Only a regular file is opened: opening a device may do something by itself, such as starting a
+// watchdog, and who waits at the other end of a pipe would take the open end for its reader.
+JsonFile findJsonFile(const char* path) {
+  struct stat status;
+  if (path == nullptr || stat(path, &status) != 0) {
+    return {};
+  }
+  return {true, JsonRef(S_ISREG(status.st_mode) ? readRegular(path) : nullptr)};
+}
+
+json_object* readJsonFile(const char* path) {
+  return findJsonFile(path).value.release();
 }
 
 }  // namespace hearth

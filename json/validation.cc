@@ -73,16 +73,17 @@ int JsonData::validateFile(TreeMapObject* obj, const char* schemaFile) {
     return hearth::kFailure;
   }
   HEARTH_LOG(LOG_DEBUG, "%s: validate file %s\n", kValidateFile, hearth::printable(schemaFile));
-  if (!hearth::exists(schemaFile)) {
+  const hearth::JsonFile schema = hearth::findJsonFile(schemaFile);
+  if (!schema.exists) {
     HEARTH_LOG(LOG_WARNING, "%s: file is not exist: %s. The validation is passed with notice\n",
                kValidateFile, hearth::printable(schemaFile));
     return hearth::kSuccess;
   }
-  const hearth::JsonRef schema(hearth::readJsonFile(schemaFile));
-  if (schema == nullptr) {
+  if (schema.value == nullptr) {
     HEARTH_LOG(LOG_ERROR, "%s: failed to parse schema file %s\n", kValidateFile,
                hearth::printable(schemaFile));
     return hearth::kFailure;
   }
-  return json_validate_instance(obj->jobj, schema.get()) != 0 ? hearth::kSuccess : hearth::kFailure;
+  return json_validate_instance(obj->jobj, schema.value.get()) != 0 ? hearth::kSuccess
+                                                                    : hearth::kFailure;
 }

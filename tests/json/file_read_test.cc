@@ -2,9 +2,12 @@
 #include "json/file_read.h"
 
 #include <json-c/json.h>
+#include <sys/inotify.h>
+#include <sys/prctl.h>
 #include <sys/stat.h>
 
 #include "json/json_ref.h"
+#include "log/unique_fd.h"
 #include "tests/support/scratch.h"
 
 namespace hearth {
@@ -41,18 +44,25 @@ TEST_F(FileReadTest, ReadsWhatJsonCReads) {
     checkText(std::string(size, '[') + std::string(size, ']'));
     checkText(std::string(size, ' ') + "[]");
   }
-  for (const char* path : {"missing", ".", "/proc/self/status", "/proc/sys/kernel/pid_max"}) {
+  prctl(PR_SET_NAME, "[1,2]");
+  for (const char* path :
+       {"missing", ".", "/proc/self/smaps", "/proc/sys/kernel/pid_max", "/proc/thread-self/comm"}) {
     EXPECT_EQ(rendered(json_object_from_file(path)), rendered(readJsonFile(path))) << path;
   }
 }
 
-TEST_F(FileReadTest, RefusesWhatWouldBlockOrNeverEnd) {
+TEST_F(FileReadTest, RefusesWhatIsNoFileWithoutOpeningIt) {
   mkfifo("pipe", 0666);
+  symlink("pipe", "link");
+  const UniqueFd events(inotify_init1(IN_NONBLOCK | IN_CLOEXEC));
+  ASSERT_GE(inotify_add_watch(events.get(), "pipe", IN_OPEN), 0);
   putText("huge", "[1]");
   ASSERT_EQ(0, truncate("huge", off_t{1} << 31));
-  for (const char* path : {"pipe", "/dev/zero", "huge", "/dev/null"}) {
+  for (const char* path : {"pipe", "link", "/dev/zero", "huge", "/dev/null"}) {
     EXPECT_EQ(nullptr, readJsonFile(path)) << path;
   }
+  inotify_event event{};
+  EXPECT_EQ(-1, read(events.get(), &event, sizeof event)) << "the pipe was opened";
 }
 
 }  // namespace
