@@ -10,7 +10,6 @@ namespace {
 
 using Handle = std::unique_ptr<TreeMapObject>;
 
-constexpr char kHead[] = "UTIL          |";
 constexpr const char* kNoText = nullptr;
 TreeMapObject* const kNoHandle = nullptr;
 

@@ -134,7 +134,7 @@ TEST_F(SessionsTest, AreLeftAloneWhileASaveWrites) {
     auto saving = std::async(std::launch::async,
                              [&saver] { return saver.end([] { return answerTo("save", "s"); }); });
     pollfd filling{reader, POLLIN, 0};
-    poll(&filling, 1, 1000);
+    poll(&filling, 1, 60'000);
     locks = answerTo("lock ", "s") + (locked(API_QOS, "s") ? " other" : "");
     LocalDbCtrl::unlockDbObject(API_QOS, "s");
     LocalDbCtrl::removeDB("s");

@@ -6,7 +6,8 @@
 // in memory until the next save. An area whose session comes and goes is saved by one thread only,
 // under whatever handler its key names: the file holds what that thread saved last.
 //
-// HEARTH_STRESS_SECONDS sets how long it runs.
+// HEARTH_STRESS_SECONDS sets how long it runs; a slow machine runs until each thread has counted in
+// its own area, and a single processor until one was refused.
 #include <array>
 #include <atomic>
 #include <chrono>
@@ -55,7 +56,7 @@ class StressTest : public DatabaseTest {
   void work(unsigned int thread) {
     std::mt19937 random(thread);
     for (const auto end = std::chrono::steady_clock::now() + duration();
-         std::chrono::steady_clock::now() < end;) {
+         std::chrono::steady_clock::now() < end || counted_[thread] == 0 || refused_ == 0;) {
       const auto area = static_cast<unsigned int>(random() % counted_.size());
       const char* const visitor = kSessions[2 + random() % 2];
       switch (random() % 16) {
@@ -89,12 +90,10 @@ TEST_F(StressTest, LosesNothingThatWasSaved) {
   for (std::thread& thread : threads) {
     thread.join();
   }
-  EXPECT_GT(refused_, 0);
   for (unsigned int area = 0; area < counted_.size(); ++area) {
     if (stays(area)) {
       count(area, area, true);
     }
-    EXPECT_GT(counted_[area], 0) << area;
     EXPECT_EQ(fileHolds(area, "count"), counted_[area]) << area;
   }
 }
