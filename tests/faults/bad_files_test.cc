@@ -9,7 +9,7 @@ namespace {
 
 constexpr char kFile[] = "qos/qos.ldb";
 
-class BadFilesTest : public ScratchInMemory {
+class BadFilesTest : public Scratch {
  protected:
   BadFilesTest() {
     std::filesystem::create_directory("qos");
@@ -93,7 +93,7 @@ TEST_F(BadFilesTest, AnUnreadableOne) {
 
 TEST_F(BadFilesTest, LargeIsNotBad) {
   std::string filler;
-  filler.resize(20'000'000, 'x');  // twice, as it is saved, in the 64 MB of a container's memory
+  filler.resize(50'000'000, 'x');
   putText(kFile, R"({"count":1,"filler":")" + filler + R"("})");
   TreeMapObject* const whole = LocalDbCtrl::lockDbObject(API_QOS, "", "default");
   ASSERT_NE(nullptr, whole);
