@@ -1,13 +1,16 @@
+// What a rule asks for, in words. A sentence is a text with gaps: '%' and a letter, which Sentence
+// fills with what is known of the failure.
 #include "schema/describe.h"
 
 #include <json-c/json.h>
 
 #include <charconv>
-#include <cstring>
+#include <utility>
 
 #include "schema/assertions.h"
 #include "schema/equality.h"
 #include "schema/number.h"
+#include "schema/pointer.h"
 #include "schema/text.h"
 
 namespace hearth {
@@ -16,102 +19,59 @@ namespace {
 
 constexpr size_t kLongestShown = 60;
 
-// The article belongs to the name.
-const char* typeNamed(json_object* value) {
-  switch (json_object_get_type(value)) {
-    case json_type_boolean:
-      return "a boolean";
-    case json_type_double:
-      return "a number";
-    case json_type_int:
-      return "an integer";
-    case json_type_object:
-      return "an object";
-    case json_type_array:
-      return "an array";
-    case json_type_string:
-      return "a string";
-    default:
-      return "null";
-  }
-}
+// In the order of json_type. The article belongs to the name.
+constexpr char kTypes[][11] = {"null",      "a boolean", "a number", "an integer",
+                               "an object", "an array",  "a string"};
 
-std::string quoted(const char* text) {
-  return std::string("\"") + text + '"';
-}
+struct FailureRow {
+  Id keyword;
+  const char* sentence;
+};
 
-std::string counted(size_t count, const char* noun) {
-  return std::to_string(count) + ' ' + noun + (count == 1 ? "" : "s");
-}
+constexpr FailureRow kFailures[] = {
+    {Id::kType, "must be %w, but is %a"},
+    {Id::kEnum, "must be one of %l, but is %i"},
+    {Id::kConst, "must be %v, but is %i"},
+    {Id::kMultipleOf, "must be a multiple of %v, but is %i"},
+    {Id::kMaximum, "must be at most %v, but is %i"},
+    {Id::kMinimum, "must be at least %v, but is %i"},
+    {Id::kExclusiveMaximum, "must be less than %v, but is %i"},
+    {Id::kExclusiveMinimum, "must be more than %v, but is %i"},
+    {Id::kMaxLength, "must be at most %v characters long, but has %n"},
+    {Id::kMinLength, "must be at least %v characters long, but has %n"},
+    {Id::kPattern, "must match the pattern %v, but is %i"},
+    {Id::kFormat, "must be a valid %t, but is %i"},
+    {Id::kContentEncoding, "must be encoded as %t"},
+    {Id::kContentMediaType, "must hold a document of type %t"},
+    {Id::kMaxItems, "must have at most %v element%s, but has %n"},
+    {Id::kMinItems, "must have at least %v element%s, but has %n"},
+    {Id::kMaxProperties, "must have at most %v member%s, but has %n"},
+    {Id::kMinProperties, "must have at least %v member%s, but has %n"},
+    {Id::kUniqueItems, "must not hold equal elements, but elements %e are equal"},
+    {Id::kRequired, "must have the member %m"},
+    {Id::kNot, "must not match the schema of \"not\""},
+    {Id::kOneOf, "must match exactly one of the alternatives, but matches more"},
+    {Id::kNone, "does not satisfy %k"},
+};
 
-// The elements of a list, the last ones as "...".
-std::string listed(json_object* values) {
-  constexpr size_t kMost = 8;
-  const size_t count = json_object_array_length(values);
-  std::string out;
-  for (size_t i = 0; i < count && i < kMost; ++i) {
-    out += (i ? ", " : "") + shown(json_object_array_get_idx(values, i));
-  }
-  return count > kMost ? out + ", ..." : out;
-}
+struct TroubleRow {
+  Trouble trouble;
+  const char* sentence;
+};
 
-std::string shownNumber(const Number& number) {
-  if (!number.isDouble) {
-    return (number.negative ? "-" : "") + std::to_string(number.magnitude);
-  }
-  char text[32];
-  return {text, std::to_chars(text, text + sizeof text, number.real).ptr};
-}
-
-// The start of a text, never ending inside a character; nothing in it moves a terminal's cursor.
-std::string shownText(std::string_view text) {
-  const bool cut = text.size() > kLongestShown;
-  size_t end = cut ? kLongestShown : text.size();
-  while (cut && end > 0 && (static_cast<unsigned char>(text[end]) & 0xC0) == 0x80) {
-    --end;
-  }
-  std::string out(text.substr(0, end));
-  for (char& c : out) {
-    c = static_cast<unsigned char>(c) < ' ' || c == '\x7f' ? ' ' : c;
-  }
-  return '"' + out + (cut ? "...\"" : "\"");
-}
-
-std::string describeType(json_object* instance, json_object* types) {
-  std::string out = "must be ";
-  if (json_object_get_type(types) == json_type_array) {
-    out += "one of the types " + listed(types);
-  } else {
-    const std::string name = json_object_get_string(types);
-    const bool vowel = name == "object" || name == "array" || name == "integer";
-    out += (name == "null" ? "" : vowel ? "an " : "a ") + name;
-  }
-  return out + ", but is " + typeNamed(instance);
-}
-
-std::string describeBound(json_object* instance, const char* words, json_object* bound) {
-  return std::string("must be ") + words + ' ' + shown(bound) + ", but is " + shown(instance);
-}
-
-std::string describeSize(const char* verb, const char* words, json_object* bound, const char* noun,
-                         size_t size) {
-  uint64_t count = 0;
-  const std::string end = isCount(bound, &count) && count == 1 ? noun : std::string(noun) + 's';
-  return std::string(verb) + ' ' + words + ' ' + shown(bound) + ' ' + end + ", but has " +
-         std::to_string(size);
-}
-
-std::string describeLength(json_object* instance, const char* words, json_object* bound) {
-  return std::string("must be ") + words + ' ' + shown(bound) + " characters long, but has " +
-         std::to_string(lengthOf(textOf(instance)));
-}
-
-std::string describeEqual(json_object* instance) {
-  Effort effort;
-  const EqualPair pair = findEqualElements(instance, effort);
-  return "must not hold equal elements, but elements " + std::to_string(pair.first) + " and " +
-         std::to_string(pair.second) + " are equal";
-}
+constexpr TroubleRow kTroubles[] = {
+    {Trouble::kTooDeep, "schema or value are nested too deeply"},
+    {Trouble::kEndless, "a reference in the schema leads back to itself"},
+    {Trouble::kTooMuchWork, "it takes too much work"},
+    {Trouble::kNoMemory, "memory ran out"},
+    {Trouble::kBadSchema, "the schema here is %b, not an object or a boolean"},
+    {Trouble::kBadValue, "%k cannot have the value %v"},
+    {Trouble::kLongIdentifier, "an identifier in the schema is too long"},
+    {Trouble::kUnresolved, "the reference %v leads nowhere"},
+    {Trouble::kBadPattern, "a pattern of %k is no usable regular expression"},
+    {Trouble::kPatternLimit, "a pattern of %k takes too much work"},
+    {Trouble::kUnknownVocabulary, "the schema requires a vocabulary that is not known"},
+};
 
 // The first of these names that the instance lacks.
 const char* missingName(json_object* instance, json_object* names) {
@@ -124,145 +84,242 @@ const char* missingName(json_object* instance, json_object* names) {
   return nullptr;
 }
 
-std::string describeDependents(json_object* instance, json_object* dependents) {
-  json_object_object_foreach(dependents, name, names) {
-    if (json_object_get_type(names) == json_type_array &&
-        json_object_object_get_ex(instance, name, nullptr)) {
-      const char* const missing = missingName(instance, names);
-      if (missing) {
-        return "must have the member " + quoted(missing) + ", because it has " + quoted(name);
+size_t sizeOf(json_object* value) {
+  switch (json_object_get_type(value)) {
+    case json_type_array:
+      return json_object_array_length(value);
+    case json_type_object:
+      return static_cast<size_t>(json_object_object_length(value));
+    default:
+      return lengthOf(textOf(value));
+  }
+}
+
+class Sentence {
+ public:
+  Sentence(json_object* instance, Id keyword, json_object* value)
+      : instance_(instance), keyword_(keyword), value_(value) {}
+
+  void add(const char* sentence) {
+    for (const char* at = sentence; *at; ++at) {
+      if (*at == '%') {
+        fill(*++at);
+      } else {
+        out_ += *at;
       }
+    }
+  }
+
+  void addValue(json_object* value) {
+    switch (json_object_get_type(value)) {
+      case json_type_null:
+        out_ += "null";
+        break;
+      case json_type_boolean:
+        out_ += json_object_get_boolean(value) ? "true" : "false";
+        break;
+      case json_type_int:
+      case json_type_double:
+        addNumber(numberOf(value));
+        break;
+      case json_type_array:
+        addContainer(value, "an array of ", " element");
+        break;
+      case json_type_object:
+        addContainer(value, "an object of ", " member");
+        break;
+      case json_type_string:
+        addText(textOf(value));
+        break;
+    }
+  }
+
+  std::string take() { return std::move(out_); }
+
+ private:
+  void fill(char gap) {
+    switch (gap) {
+      case 'i':  // the instance
+        addValue(instance_);
+        break;
+      case 'a':  // its type
+        out_ += kTypes[json_object_get_type(instance_)];
+        break;
+      case 'n':  // how many characters, elements or members it has
+        out_ += decimal(sizeOf(instance_));
+        break;
+      case 'e':  // which of its elements are equal
+        addEqual();
+        break;
+      case 'm':  // the first name in the keyword's value that it lacks
+        addName(missingName(instance_, value_));
+        break;
+      case 'k':  // the keyword
+        addName(nameOf(keyword_));
+        break;
+      case 'v':  // its value
+        addValue(value_);
+        break;
+      case 'b':  // the type of its value
+        out_ += kTypes[json_object_get_type(value_)];
+        break;
+      case 't':  // the text that its value is
+        out_ += textOf(value_);
+        break;
+      case 'l':  // the list that its value is
+        addList();
+        break;
+      case 'w':  // the types that its value wants
+        addTypes();
+        break;
+      case 's':  // the ending of a noun that its value counts
+        addEnding();
+        break;
+    }
+  }
+
+  void addName(const char* name) {
+    out_ += '"';
+    out_ += name ? name : "";
+    out_ += '"';
+  }
+
+  void addNumber(const Number& number) {
+    if (number.isDouble) {
+      char text[32];
+      out_.append(text, std::to_chars(text, text + sizeof text, number.real).ptr);
+    } else {
+      out_ += number.negative ? "-" : "";
+      out_ += decimal(number.magnitude);
+    }
+  }
+
+  void addContainer(json_object* container, const char* kind, const char* noun) {
+    const size_t size = sizeOf(container);
+    out_ += kind;
+    out_ += decimal(size);
+    out_ += noun;
+    out_ += size == 1 ? "" : "s";
+  }
+
+  // The start of a text, never ending inside a character; nothing in it moves a terminal's cursor.
+  void addText(std::string_view text) {
+    const bool cut = text.size() > kLongestShown;
+    size_t end = cut ? kLongestShown : text.size();
+    while (cut && end > 0 && (static_cast<unsigned char>(text[end]) & 0xC0) == 0x80) {
+      --end;
+    }
+    out_ += '"';
+    for (const char c : text.substr(0, end)) {
+      out_ += static_cast<unsigned char>(c) < ' ' || c == '\x7f' ? ' ' : c;
+    }
+    out_ += cut ? "...\"" : "\"";
+  }
+
+  // The last ones as "...".
+  void addList() {
+    constexpr size_t kMost = 8;
+    const size_t count = json_object_array_length(value_);
+    for (size_t i = 0; i < count && i < kMost; ++i) {
+      out_ += i ? ", " : "";
+      addValue(json_object_array_get_idx(value_, i));
+    }
+    out_ += count > kMost ? ", ..." : "";
+  }
+
+  void addTypes() {
+    if (json_object_get_type(value_) == json_type_array) {
+      out_ += "one of the types ";
+      return addList();
+    }
+    const std::string_view name = json_object_get_string(value_);
+    const bool vowel = name == "object" || name == "array" || name == "integer";
+    out_ += name == "null" ? "" : vowel ? "an " : "a ";
+    out_ += name;
+  }
+
+  void addEnding() {
+    uint64_t count = 0;
+    out_ += isCount(value_, &count) && count == 1 ? "" : "s";
+  }
+
+  void addEqual() {
+    Effort effort;
+    const EqualPair pair = findEqualElements(instance_, effort);
+    out_ += decimal(pair.first);
+    out_ += " and ";
+    out_ += decimal(pair.second);
+  }
+
+  json_object* instance_;
+  Id keyword_;
+  json_object* value_;
+  std::string out_;
+};
+
+// A member that others need is either in the list that is at fault, or in one of several lists,
+// each under the name of the member that needs it.
+std::string describeDependency(json_object* instance, Id keyword, json_object* value) {
+  if (json_object_get_type(value) == json_type_array) {
+    Sentence sentence(instance, keyword, value);
+    sentence.add("must have the member %m, because another member needs it");
+    return sentence.take();
+  }
+  json_object_object_foreach(value, name, names) {
+    if (json_object_get_type(names) == json_type_array &&
+        json_object_object_get_ex(instance, name, nullptr) && missingName(instance, names)) {
+      Sentence sentence(instance, keyword, names);
+      sentence.add("must have the member %m, because it has \"");
+      return sentence.take() + name + '"';
     }
   }
   return "lacks a member that another one needs";
 }
 
-// In `dependencies` the value at fault is the list of names.
-std::string describeDependency(json_object* instance, json_object* value) {
-  if (json_object_get_type(value) != json_type_array) {
-    return describeDependents(instance, value);
+// Draft-04 says by a keyword of its own that a bound is exclusive.
+Id boundOf(Id keyword, json_object* schema, Draft draft) {
+  if (keyword == Id::kMaximum && isExclusive(schema, "exclusiveMaximum", draft)) {
+    return Id::kExclusiveMaximum;
   }
-  const char* const missing = missingName(instance, value);
-  return "must have the member " + quoted(missing ? missing : "") +
-         ", because another member needs it";
+  if (keyword == Id::kMinimum && isExclusive(schema, "exclusiveMinimum", draft)) {
+    return Id::kExclusiveMinimum;
+  }
+  return keyword;
 }
 
 }  // namespace
 
 // json-c's own rendering would write into the value, which others may be reading.
 std::string shown(json_object* value) {
-  switch (json_object_get_type(value)) {
-    case json_type_null:
-      return "null";
-    case json_type_boolean:
-      return json_object_get_boolean(value) ? "true" : "false";
-    case json_type_int:
-    case json_type_double:
-      return shownNumber(numberOf(value));
-    case json_type_array:
-      return "an array of " + counted(json_object_array_length(value), "element");
-    case json_type_object:
-      return "an object of " +
-             counted(static_cast<size_t>(json_object_object_length(value)), "member");
-    default:
-      return shownText(textOf(value));
-  }
+  Sentence sentence(nullptr, Id::kNone, nullptr);
+  sentence.addValue(value);
+  return sentence.take();
 }
 
 std::string describeFailure(json_object* instance, Id keyword, json_object* value,
                             json_object* schema, Draft draft) {
-  switch (keyword) {
-    case Id::kType:
-      return describeType(instance, value);
-    case Id::kEnum:
-      return "must be one of " + listed(value) + ", but is " + shown(instance);
-    case Id::kConst:
-      return "must be " + shown(value) + ", but is " + shown(instance);
-    case Id::kMultipleOf:
-      return describeBound(instance, "a multiple of", value);
-    case Id::kMaximum:
-      return describeBound(instance,
-                           isExclusive(schema, "exclusiveMaximum", draft) ? "less than" : "at most",
-                           value);
-    case Id::kMinimum:
-      return describeBound(
-          instance, isExclusive(schema, "exclusiveMinimum", draft) ? "more than" : "at least",
-          value);
-    case Id::kExclusiveMaximum:
-      return describeBound(instance, "less than", value);
-    case Id::kExclusiveMinimum:
-      return describeBound(instance, "more than", value);
-    case Id::kMaxLength:
-      return describeLength(instance, "at most", value);
-    case Id::kMinLength:
-      return describeLength(instance, "at least", value);
-    case Id::kPattern:
-      return "must match the pattern " + shown(value) + ", but is " + shown(instance);
-    case Id::kFormat:
-      return "must be a valid " + std::string(textOf(value)) + ", but is " + shown(instance);
-    case Id::kContentEncoding:
-      return "must be encoded as " + std::string(textOf(value));
-    case Id::kContentMediaType:
-      return "must hold a document of type " + std::string(textOf(value));
-    case Id::kMaxItems:
-      return describeSize("must have", "at most", value, "element",
-                          json_object_array_length(instance));
-    case Id::kMinItems:
-      return describeSize("must have", "at least", value, "element",
-                          json_object_array_length(instance));
-    case Id::kMaxProperties:
-      return describeSize("must have", "at most", value, "member",
-                          static_cast<size_t>(json_object_object_length(instance)));
-    case Id::kMinProperties:
-      return describeSize("must have", "at least", value, "member",
-                          static_cast<size_t>(json_object_object_length(instance)));
-    case Id::kUniqueItems:
-      return describeEqual(instance);
-    case Id::kRequired: {
-      const char* const missing = missingName(instance, value);
-      return "must have the member " + quoted(missing ? missing : "");
-    }
-    case Id::kDependentRequired:
-    case Id::kDependencies:
-      return describeDependency(instance, value);
-    case Id::kNot:
-      return "must not match the schema of \"not\"";
-    case Id::kOneOf:
-      return "must match exactly one of the alternatives, but matches more";
-    default:
-      return "does not satisfy " + quoted(nameOf(keyword));
+  if (keyword == Id::kDependentRequired || keyword == Id::kDependencies) {
+    return describeDependency(instance, keyword, value);
   }
+  const Id wanted = boundOf(keyword, schema, draft);
+  const FailureRow* row = kFailures;
+  while (row->keyword != wanted && row->keyword != Id::kNone) {
+    ++row;
+  }
+  Sentence sentence(instance, keyword, value);
+  sentence.add(row->sentence);
+  return sentence.take();
 }
 
 std::string describeTrouble(Trouble trouble, Id keyword, json_object* value) {
-  const std::string named = quoted(nameOf(keyword));
-  switch (trouble) {
-    case Trouble::kTooDeep:
-      return "cannot be checked: schema or value are nested too deeply";
-    case Trouble::kEndless:
-      return "cannot be checked: a reference in the schema leads back to itself";
-    case Trouble::kTooMuchWork:
-      return "cannot be checked: it takes too much work";
-    case Trouble::kNoMemory:
-      return "cannot be checked: memory ran out";
-    case Trouble::kBadSchema:
-      return "cannot be checked: the schema here is " + std::string(typeNamed(value)) +
-             ", not an object or a boolean";
-    case Trouble::kBadValue:
-      return "cannot be checked: " + named + " cannot have the value " + shown(value);
-    case Trouble::kLongIdentifier:
-      return "cannot be checked: an identifier in the schema is too long";
-    case Trouble::kUnresolved:
-      return "cannot be checked: the reference " + shown(value) + " leads nowhere";
-    case Trouble::kBadPattern:
-      return "cannot be checked: a pattern of " + named + " is no usable regular expression";
-    case Trouble::kPatternLimit:
-      return "cannot be checked: a pattern of " + named + " takes too much work";
-    case Trouble::kUnknownVocabulary:
-      return "cannot be checked: the schema requires a vocabulary that is not known";
-    default:
-      return {};
+  Sentence sentence(nullptr, keyword, value);
+  for (const TroubleRow& row : kTroubles) {
+    if (row.trouble == trouble) {
+      sentence.add("cannot be checked: ");
+      sentence.add(row.sentence);
+    }
   }
+  return sentence.take();
 }
 
 }  // namespace schema

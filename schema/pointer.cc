@@ -3,10 +3,18 @@
 
 #include <json-c/json.h>
 
+#include <cinttypes>
+#include <cstdio>
+
 #include "schema/effort.h"
 
 namespace hearth {
 namespace schema {
+
+std::string decimal(uint64_t number) {
+  char text[24];
+  return {text, static_cast<size_t>(snprintf(text, sizeof text, "%" PRIu64, number))};
+}
 
 void addToPointer(std::string* pointer, const char* token) {
   *pointer += '/';
@@ -49,7 +57,7 @@ bool locateWithin(json_object* top, json_object* wanted, unsigned depth, Effort&
     }
   } else if (json_object_get_type(top) == json_type_array) {
     for (size_t i = 0; i < json_object_array_length(top) && effort.spend(1); ++i) {
-      if (step(std::to_string(i).c_str(), json_object_array_get_idx(top, i))) {
+      if (step(decimal(i).c_str(), json_object_array_get_idx(top, i))) {
         return true;
       }
     }

@@ -20,7 +20,7 @@ std::string instancePointer(const Place& place) {
     if (on->member) {
       addToPointer(&step, on->member);
     } else if (on->element != Place::kNoElement) {
-      addToPointer(&step, std::to_string(on->element).c_str());
+      addToPointer(&step, decimal(on->element).c_str());
     }
     pointer.insert(0, step);
   }
@@ -68,7 +68,7 @@ bool Walker::failCount(const Place& place, Id keyword, json_object* value, size_
     std::string message = "must have ";
     message += keyword == Id::kMaxContains ? "at most " : "at least ";
     message += keyword == Id::kContains ? "1" : shown(value);
-    message += " matching \"contains\", but has " + std::to_string(count);
+    message += " matching \"contains\", but has " + decimal(count);
     record(place, keyword, value, std::move(message));
   }
   return false;
@@ -100,9 +100,9 @@ bool Walker::failAlternatives(const Place& place, Id keyword, json_object* schem
   }
   std::string message = "must match ";
   message += keyword == Id::kOneOf ? "exactly one of " : "at least one of ";
-  message += std::to_string(count) + " alternatives, but matches none";
+  message += decimal(count) + " alternatives, but matches none";
   if (count > 0) {
-    message += "; the closest is number " + std::to_string(closestIndex + 1) + ": " +
+    message += "; the closest is number " + decimal(closestIndex + 1) + ": " +
                (closest.instanceLocation.empty() ? "it" : closest.instanceLocation) + ' ' +
                closest.message;
   }
