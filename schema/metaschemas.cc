@@ -7,7 +7,9 @@
 #include <json-c/json.h>
 
 #include <cstring>
+#include <initializer_list>
 #include <string>
+#include <string_view>
 
 namespace hearth {
 namespace schema {
@@ -112,7 +114,7 @@ constexpr Kind kKinds[] = {
 struct Part {
   uint8_t drafts;
   char letter;
-  const char* name;
+  char name[18];
 };
 
 constexpr Part kParts[] = {
@@ -122,7 +124,7 @@ constexpr Part kParts[] = {
 };
 
 struct Name {
-  const char* uri;  // without its scheme; a prefix where the metaschema has parts
+  char uri[32];  // without its scheme; a prefix where the metaschema has parts
   Draft draft;
 };
 
@@ -141,7 +143,7 @@ class Writer {
   std::string text() {
     const bool parted = draft_ >= Draft::k2019;
     out_ = "{";
-    head(parted ? "schema" : "");
+    head("", parted ? "schema" : "");
     if (parted) {
       allParts();
       table("properties", "r");
@@ -156,25 +158,32 @@ class Writer {
   }
 
  private:
+  void add(std::initializer_list<std::string_view> texts) {
+    for (const std::string_view text : texts) {
+      out_ += text;
+    }
+  }
+
   // Identifier, dialect and type, as every metaschema and part of one begins.
-  void head(const std::string& name) {
-    const std::string start = draft_ >= Draft::k2019 ? "https://" : "http://";
-    const std::string uri = start + kNames[static_cast<size_t>(draft_)].uri;
+  void head(std::string_view folder, std::string_view name) {
     const bool parted = draft_ >= Draft::k2019;
-    out_ += R"("$schema":")" + uri + (parted ? "schema" : "#") + "\",";
-    out_ +=
-        (draft_ == Draft::k4 ? R"("id":")" : R"("$id":")") + uri + (parted ? name : "#") + "\",";
-    out_ += draft_ == Draft::k4 ? R"("type":"object",)" : R"("type":["object","boolean"],)";
-    out_ += draft_ == Draft::k2019   ? R"("$recursiveAnchor":true,)"
-            : draft_ == Draft::k2020 ? R"("$dynamicAnchor":"meta",)"
-                                     : "";
+    const char* const scheme = parted ? "https://" : "http://";
+    const char* const uri = kNames[static_cast<size_t>(draft_)].uri;
+    add({R"("$schema":")", scheme, uri, parted ? "schema" : "#", R"(",")",
+         draft_ == Draft::k4 ? "id" : "$id", R"(":")", scheme, uri, parted ? folder : "#", name,
+         R"(","type":)", draft_ == Draft::k4 ? R"("object",)" : R"(["object","boolean"],)",
+         draft_ == Draft::k2019   ? R"("$recursiveAnchor":true,)"
+         : draft_ == Draft::k2020 ? R"("$dynamicAnchor":"meta",)"
+                                  : ""});
   }
 
   // The parts stand in "$defs", and the whole is all of them.
   void allParts() {
     out_ += R"("allOf":[)";
     for (const Part& part : kParts) {
-      out_ += part.drafts & bit_ ? R"({"$ref":"meta/)" + std::string(part.name) + "\"}," : "";
+      if (part.drafts & bit_) {
+        add({R"({"$ref":"meta/)", part.name, R"("},)"});
+      }
     }
     out_.back() = ']';
     out_ += R"(,"$defs":{)";
@@ -182,8 +191,8 @@ class Writer {
       if (part.drafts & bit_) {
         const char own[] = {part.letter, '\0'};
         const char definitions[] = {static_cast<char>(part.letter & ~0x20), '\0'};
-        out_ += '"' + std::string(part.name) + "\":{";
-        head("meta/" + std::string(part.name));
+        add({"\"", part.name, "\":{"});
+        head("meta/", part.name);
         table("properties", own);
         table("$defs", definitions);
         close() += ',';
@@ -194,11 +203,11 @@ class Writer {
 
   // An object of all rows of these parts.
   void table(const char* name, const char* parts) {
-    out_ += '"' + std::string(name) + "\":{";
+    add({"\"", name, "\":{"});
     for (const Row& row : kRows) {
       for (const char* at = row.keywords; (row.drafts & bit_) && strchr(parts, row.part) && *at;) {
         const char* const equals = strchr(at, '=');
-        out_ += '"' + std::string(at, equals) + "\":";
+        add({"\"", {at, static_cast<size_t>(equals - at)}, "\":"});
         kind(equals[1]);
         out_ += ',';
         at = equals + 3;

@@ -3,6 +3,7 @@
 #include "schema/resources.h"
 
 #include <algorithm>
+#include <cstdlib>
 #include <cstring>
 
 #include "schema/identifiers.h"
@@ -193,22 +194,26 @@ void Resources::addEntry(uint32_t hash, Kind kind, ResourceIndex resource, json_
 }
 
 void Resources::sortEntries() {
-  std::sort(entries_.begin(), entries_.end(), [](const Entry& left, const Entry& right) {
-    return left.hash != right.hash ? left.hash < right.hash : left.resource < right.resource;
-  });
+  const auto order = [](const void* left, const void* right) {
+    const Entry& a = *static_cast<const Entry*>(left);
+    const Entry& b = *static_cast<const Entry*>(right);
+    const bool less = a.hash != b.hash ? a.hash < b.hash : a.resource < b.resource;
+    const bool equal = a.hash == b.hash && a.resource == b.resource;
+    return less ? -1 : equal ? 0 : 1;
+  };
+  qsort(entries_.data(), entries_.size(), sizeof(Entry), order);
 }
 
 bool Resources::loadBuiltIn(std::string_view uri) {
   Draft draft = unnamed_;
-  if (!isMetaschema(uri, &draft) || (loaded_ & draftBit(draft))) {
+  if (!isMetaschema(uri, &draft) || builtIns_[static_cast<size_t>(draft)]) {
     return false;
   }
-  loaded_ |= draftBit(draft);
   json_object* const document = makeMetaschema(draft);
   if (!document) {
     return effort_.stop(Trouble::kNoMemory);
   }
-  builtIns_.push_back(document);
+  builtIns_[static_cast<size_t>(draft)] = document;
   const auto index = static_cast<ResourceIndex>(resources_.size());
   resources_.push_back({document, index, draft, kAllVocabularies});
   const std::string base = baseOf(index);

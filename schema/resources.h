@@ -98,10 +98,9 @@ class Resources {
   Effort& effort_;
   Draft unnamed_;
   bool isIndexed_ = false;
-  unsigned loaded_ = 0;  // a bit per Draft whose metaschemas are in
   std::vector<Resource> resources_;
-  std::vector<Entry> entries_;          // sorted by hash
-  std::vector<json_object*> builtIns_;  // owned
+  std::vector<Entry> entries_;     // sorted by hash
+  json_object* builtIns_[5] = {};  // owned: the metaschema of each Draft, once it is asked for
   Followed followed_[kFollowed] = {};
 };
 
