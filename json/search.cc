@@ -105,17 +105,17 @@ bool isSearchable(const char* operation, const char* key, json_object* probe,
   return json_object_is_type(container, type) != 0;
 }
 
-template <typename T>
-Handles findValue(const TreeMapObject& handle, const char* key, T value) {
-  constexpr bool kReportsNoMatch = std::is_same<T, const char*>::value;
+// Takes over the reference to what is sought.
+Handles findValue(const TreeMapObject& handle, const char* key, json_object* adopted,
+                  bool reportsNoMatch) {
+  const JsonRef probe(adopted);
   Handles result;
   if (key == nullptr || key[0] == '\0') {
     HEARTH_LOG(LOG_ERROR, "Key is null or empty\n");
     return result;
   }
   bool wrongRoot = false;
-  const JsonRef probe(handle.jobj != nullptr ? newScalar(value) : nullptr);
-  if (probe != nullptr) {
+  if (handle.jobj != nullptr && probe != nullptr) {
     if (json_object_is_type(handle.jobj, json_type_object) != 0) {
       handle.findInObject(result, key, probe.get(), handle.jobj);
     } else if (json_object_is_type(handle.jobj, json_type_array) != 0) {
@@ -125,7 +125,7 @@ Handles findValue(const TreeMapObject& handle, const char* key, T value) {
       wrongRoot = true;
     }
   }
-  if (wrongRoot || (kReportsNoMatch && result.empty())) {
+  if (wrongRoot || (reportsNoMatch && result.empty())) {
     HEARTH_LOG(LOG_ERROR, "Some error happened, cannot return result\n");
   }
   return result;
@@ -157,7 +157,8 @@ int TreeMapObject::findInArray(std::list<TreeMapObject*>& result, const char* ke
 #define DEFINE_FIND(T)                                                               \
   template <>                                                                        \
   std::list<TreeMapObject*> TreeMapObject::find<T>(const char* key, T value) const { \
-    return hearth::findValue<T>(*this, key, value);                                  \
+    return hearth::findValue(*this, key, hearth::newScalar(value),                   \
+                             std::is_same<T, const char*>::value);                   \
   }
 
 DEFINE_FIND(int)

@@ -1,7 +1,7 @@
-// Typed reading and writing of scalars. What differs between the types stands in one traits struct
-// each; every operation has one body.
+// Typed reading and writing of scalars. What differs between the types stands in one row each, and
+// in the calls of json-c that their traits name; every operation has one body.
+#include <cstdint>
 #include <cstdio>
-#include <type_traits>
 
 #include "hearth/tree_map_object.h"
 #include "json/handle.h"
@@ -14,150 +14,143 @@
 namespace hearth {
 namespace {
 
-struct NumberTraits {
-  static bool accepts(json_type type) { return type == json_type_int || type == json_type_double; }
-  static constexpr char kWrongType[] = "object '%s' is not number!\n";
+// What the lines call a type, and what counts as one.
+struct Type {
+  char name[8];
+  char shortName[8];
+  char kind[8];
+  char standard[6];  // what stands for a value that is not there
+  uint8_t accepted;  // a bit per json_type
+  bool isText;
 };
+
+constexpr uint8_t kNumbers = 1U << json_type_int | 1U << json_type_double;
+constexpr Type kInteger = {"integer", "int", "number", "0", kNumbers, false};
+constexpr Type kDouble = {"double", "double", "number", "0.0", kNumbers, false};
+constexpr Type kBoolean = {"boolean", "bool", "boolean", "false", 1U << json_type_boolean, false};
+constexpr Type kText = {"string", "string", "string", "NULL", 1U << json_type_string, true};
 
 template <typename T>
 struct Traits;
 
 template <>
-struct Traits<int> : NumberTraits {
+struct Traits<int> {
+  static constexpr const Type& kType = kInteger;
   static int read(json_object* value) { return json_object_get_int(value); }
-  static constexpr char kMissing[] =
-      "object '%s' is not available, assign default int value as 0\n";
-  static constexpr char kAbsent[] =
-      "Cannot get integer value for object %s due to the attribute is NULL\n";
-  static constexpr char kNotSet[] = "TreeMapObject::set: fail to set integer value to %s\n";
-  static constexpr char kNotAdded[] =
-      "TreeMapObject::set: fail to add integer value to the array\n";
 };
 
 template <>
 struct Traits<unsigned int> : Traits<int> {};
 
 template <>
-struct Traits<double> : NumberTraits {
+struct Traits<double> {
+  static constexpr const Type& kType = kDouble;
   static double read(json_object* value) { return json_object_get_double(value); }
-  static constexpr char kMissing[] =
-      "object '%s' is not available, assign default double value as 0.0\n";
-  static constexpr char kAbsent[] =
-      "Cannot get double value for object %s due to the attribute is NULL\n";
-  static constexpr char kNotSet[] = "TreeMapObject::set: fail to set double value to %s\n";
-  static constexpr char kNotAdded[] = "TreeMapObject::set: fail to add double value to the array\n";
 };
 
 template <>
 struct Traits<bool> {
-  static bool accepts(json_type type) { return type == json_type_boolean; }
+  static constexpr const Type& kType = kBoolean;
   static bool read(json_object* value) { return json_object_get_boolean(value) != 0; }
-  static constexpr char kWrongType[] = "object '%s' is not boolean!\n";
-  static constexpr char kMissing[] =
-      "object '%s' is not available, assign default bool value as false\n";
-  static constexpr char kAbsent[] =
-      "Cannot get boolean value for object %s due to the attribute is NULL\n";
-  static constexpr char kNotSet[] = "TreeMapObject::set: fail to set boolean value to %s\n";
-  static constexpr char kNotAdded[] =
-      "TreeMapObject::set: fail to add boolean value to the array\n";
 };
 
 template <>
 struct Traits<const char*> {
-  static bool accepts(json_type type) { return type == json_type_string; }
+  static constexpr const Type& kType = kText;
   static const char* read(json_object* value) { return json_object_get_string(value); }
-  static constexpr char kWrongType[] = "object '%s' is not string!\n";
-  static constexpr char kMissing[] =
-      "object '%s' is not available, assign default string value as NULL\n";
-  static constexpr char kAbsent[] =
-      "Cannot get string value for object %s due to the attribute is NULL\n";
-  static constexpr char kNotSet[] = "TreeMapObject::set: fail to set string value to %s\n";
-  static constexpr char kNotAdded[] = "TreeMapObject::set: fail to add string value to the array\n";
 };
 
-template <typename T>
-constexpr bool isText = std::is_same<T, const char*>::value;
+bool accepts(const Type& type, json_object* value, const char* path) {
+  const bool accepted = (type.accepted >> json_object_get_type(value) & 1) != 0;
+  if (!accepted) {
+    HEARTH_LOG(LOG_WARNING, "object '%s' is not %s!\n", printable(path), type.kind);
+  }
+  return accepted;
+}
 
-// The value to store. Null for a text that cannot be one, after its line; for other types null only
-// without memory, which the store must then not take for JSON null.
-template <typename T>
-JsonRef makeScalar(T value) {
-  JsonRef made(newScalar(value));
-  if (isText<T> && made == nullptr) {
+// Nothing is stored for a text that cannot be one. A null of another type means that memory ran
+// out; the store must not take it for JSON null.
+bool isIgnored(const JsonRef& made, const Type& type) {
+  const bool ignored = type.isText && made == nullptr;
+  if (ignored) {
     HEARTH_LOG(LOG_ERROR, "TreeMapObject::setting NULL for string, ignore\n");
   }
-  return made;
+  return ignored;
 }
 
-template <typename T>
-void setValue(json_object* root, const char* path, T value) {
-  const JsonRef made = makeScalar(value);
-  if (made == nullptr && isText<T>) {
-    return;
-  }
-  if (made == nullptr || !PathStore(root, path, made.get()).store()) {
-    HEARTH_LOG(LOG_ERROR, Traits<T>::kNotSet, printable(path));
+// Takes over the reference, as addValue does.
+void setValue(json_object* root, const char* path, json_object* adopted, const Type& type) {
+  const JsonRef made(adopted);
+  if (!isIgnored(made, type) && (made == nullptr || !PathStore(root, path, made.get()).store())) {
+    HEARTH_LOG(LOG_ERROR, "TreeMapObject::set: fail to set %s value to %s\n", type.name,
+               printable(path));
   }
 }
 
-template <typename T>
-T getValue(json_object* root, const char* path) {
+// The value to read, whatever its type; null when there is none.
+json_object* findValue(json_object* root, const char* path, const Type& type) {
   json_object* const value = PathLookup(root, path).value();
   if (value == nullptr) {
-    HEARTH_LOG(LOG_DEBUG, Traits<T>::kMissing, printable(path));
-    return T();
+    HEARTH_LOG(LOG_DEBUG, "object '%s' is not available, assign default %s value as %s\n",
+               printable(path), type.shortName, type.standard);
+  } else {
+    static_cast<void>(accepts(type, value, path));
   }
-  if (!Traits<T>::accepts(json_object_get_type(value))) {
-    HEARTH_LOG(LOG_WARNING, Traits<T>::kWrongType, printable(path));
-  }
-  return Traits<T>::read(value);
+  return value;
 }
 
-template <typename T>
-bool getChecked(json_object* root, const char* path, T& out) {
-  if constexpr (isText<T>) {
-    out = nullptr;
-  }
+// The value to read; null when there is none of the type.
+json_object* findChecked(json_object* root, const char* path, const Type& type) {
   json_object* const value = PathLookup(root, path).value();
   if (value == nullptr) {
-    HEARTH_LOG(LOG_ERROR, Traits<T>::kAbsent, printable(path));
-    return false;
+    HEARTH_LOG(LOG_ERROR, "Cannot get %s value for object %s due to the attribute is NULL\n",
+               type.name, printable(path));
+    return nullptr;
   }
-  if (!Traits<T>::accepts(json_object_get_type(value))) {
-    HEARTH_LOG(LOG_WARNING, Traits<T>::kWrongType, printable(path));
-    return false;
-  }
-  out = Traits<T>::read(value);
-  return true;
+  return accepts(type, value, path) ? value : nullptr;
 }
 
-template <typename T>
-int addValue(const TreeMapObject& array, T value) {
+int addValue(const TreeMapObject& array, json_object* adopted, const Type& type) {
+  const JsonRef made(adopted);
   const int length = array.len();
-  if (length < 0) {
-    return -1;
-  }
-  const JsonRef made = makeScalar(value);
-  if (made == nullptr && isText<T>) {
+  if (length < 0 || isIgnored(made, type)) {
     return -1;
   }
   char path[16];
   std::snprintf(path, sizeof path, "[%d]", length);
   if (made == nullptr || !PathStore(array.jobj, path, made.get()).store()) {
-    HEARTH_LOG(LOG_ERROR, Traits<T>::kNotAdded);
+    HEARTH_LOG(LOG_ERROR, "TreeMapObject::set: fail to add %s value to the array\n", type.name);
     return -1;
   }
   return length;
+}
+
+template <typename T>
+T getValue(json_object* root, const char* path) {
+  json_object* const value = findValue(root, path, Traits<T>::kType);
+  return value != nullptr ? Traits<T>::read(value) : T();
+}
+
+template <typename T>
+bool getChecked(json_object* root, const char* path, T& out) {
+  if constexpr (Traits<T>::kType.isText) {
+    out = nullptr;
+  }
+  json_object* const value = findChecked(root, path, Traits<T>::kType);
+  if (value != nullptr) {
+    out = Traits<T>::read(value);
+  }
+  return value != nullptr;
 }
 
 }  // namespace
 }  // namespace hearth
 
 // Each operation for each of its types.
-#define DEFINE_SET(T)                                     \
-  template <>                                             \
-  void TreeMapObject::set<T>(const char* path, T value) { \
-    hearth::setValue<T>(jobj, path, value);               \
+#define DEFINE_SET(T)                                                                 \
+  template <>                                                                         \
+  void TreeMapObject::set<T>(const char* path, T value) {                             \
+    hearth::setValue(jobj, path, hearth::newScalar(value), hearth::Traits<T>::kType); \
   }
 #define DEFINE_GET(T)                               \
   template <>                                       \
@@ -169,10 +162,10 @@ int addValue(const TreeMapObject& array, T value) {
   bool TreeMapObject::get_ex<T>(const char* path, T& out) const { \
     return hearth::getChecked<T>(jobj, path, out);                \
   }
-#define DEFINE_ADD(T)                           \
-  template <>                                   \
-  int TreeMapObject::addArrayItem<T>(T value) { \
-    return hearth::addValue<T>(*this, value);   \
+#define DEFINE_ADD(T)                                                                   \
+  template <>                                                                           \
+  int TreeMapObject::addArrayItem<T>(T value) {                                         \
+    return hearth::addValue(*this, hearth::newScalar(value), hearth::Traits<T>::kType); \
   }
 
 DEFINE_SET(int)
