@@ -50,12 +50,16 @@ class Document {
 
  private:
   bool readText(const char* path) {
-    // Opening a pipe would wait for its other end.
-    const int file = path ? open(path, O_RDONLY | O_CLOEXEC | O_NONBLOCK) : -1;
+    // Only a regular file is opened: opening a device may do something by itself, and a pipe has
+    // somebody waiting at its other end. What was opened may not be what was asked about before.
+    struct stat status;
+    if (!path || stat(path, &status) != 0 || !S_ISREG(status.st_mode)) {
+      return false;
+    }
+    const int file = open(path, O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY);
     if (file < 0) {
       return false;
     }
-    struct stat status;
     const bool complete = fstat(file, &status) == 0 && S_ISREG(status.st_mode) &&
                           status.st_size < INT_MAX && readAll(file);
     close(file);

@@ -1,396 +1,119 @@
 // From ECMA-262's regular expressions (with Unicode on) to PCRE2's. Most of both is the same. What
-// differs is rewritten (\s, ., \uXXXX, \p{Letter}, [ inside a class), and what PCRE2 would read as
-// something of its own is refused: inline options, atomic groups, possessive quantifiers, verbs,
-// and escapes such as \A or \Q.
-#include <cstdint>
-#include <cstdio>
+// differs is rewritten, and what PCRE2 would read as something of its own is refused: inline
+// options, atomic groups, possessive quantifiers, verbs, and escapes such as \A or \Q. This file
+// has the frame of a pattern (groups, quantifiers, references); the characters and the sets of
+// characters in it are in pattern_characters.cc.
 #include <cstring>
 
 #include "schema/pattern.h"
+#include "schema/pattern_translator.h"
 #include "schema/reader.h"
-#include "schema/utf8.h"
 
 namespace hearth {
 namespace schema {
-namespace {
 
-constexpr char kSpace[] = R"(\t-\r \x{a0}\x{1680}\x{2000}-\x{200a}\x{2028}\x{2029}\x{202f}\x{205f})"
-                          R"(\x{3000}\x{feff})";
-constexpr char kNoSpace[] =
-    R"(\x{0}-\x{8}\x{e}-\x{1f}!-\x{9f}\x{a1}-\x{167f}\x{1681}-\x{1fff})"
-    R"(\x{200b}-\x{2027}\x{202a}-\x{202e}\x{2030}-\x{205e}\x{2060}-\x{2fff})"
-    R"(\x{3001}-\x{fefe}\x{ff00}-\x{10ffff})";
-constexpr char kDot[] = R"([^\n\r\x{2028}\x{2029}])";
-
-// The long names of general categories, each with the short one that PCRE2 knows.
-constexpr char kCategories[] =
-    ";letter=L;casedletter=L&;uppercaseletter=Lu;lowercaseletter=Ll;titlecaseletter=Lt"
-    ";modifierletter=Lm;otherletter=Lo;mark=M;combiningmark=M;nonspacingmark=Mn;spacingmark=Mc"
-    ";enclosingmark=Me;number=N;decimalnumber=Nd;digit=Nd;letternumber=Nl;othernumber=No"
-    ";punctuation=P;punct=P;connectorpunctuation=Pc;dashpunctuation=Pd;openpunctuation=Ps"
-    ";closepunctuation=Pe;initialpunctuation=Pi;finalpunctuation=Pf;otherpunctuation=Po;symbol=S"
-    ";mathsymbol=Sm;currencysymbol=Sc;modifiersymbol=Sk;othersymbol=So;separator=Z"
-    ";spaceseparator=Zs;lineseparator=Zl;paragraphseparator=Zp;other=C;control=Cc;cntrl=Cc"
-    ";format=Cf;surrogate=Cs;privateuse=Co;unassigned=Cn;";
-
-bool isSurrogate(uint32_t c) {
-  return c >= 0xD800 && c <= 0xDFFF;
+bool Translator::run() {
+  while (at_ < in_.size()) {
+    if (!item()) {
+      return false;
+    }
+  }
+  return true;
 }
 
-class Translator {
- public:
-  Translator(std::string_view pattern, std::string* out) : in_(pattern), out_(*out) {}
-
-  bool run() {
-    while (at_ < in_.size()) {
-      if (!item()) {
-        return false;
-      }
-    }
-    return true;
-  }
-
-  [[nodiscard]] bool repeats() const { return repeats_; }
-
- private:
-  [[nodiscard]] char peek(size_t ahead = 0) const {
-    return at_ + ahead < in_.size() ? in_[at_ + ahead] : '\0';
-  }
-  [[nodiscard]] bool has(std::string_view text) const {
-    return in_.substr(at_, text.size()) == text;
-  }
-  bool copy(size_t size) {
-    out_ += in_.substr(at_, size);
-    at_ += size;
-    return true;
-  }
-
-  bool item() {
-    switch (peek()) {
-      case '\\':
-        return escape();
-      case '[':
-        return characterClass();
-      case '(':
-        return group();
-      case '.':
-        out_ += kDot;
-        ++at_;
-        return true;
-      case '*':
-      case '+':
-      case '?':
-        return quantifier(1);
-      case '{':
-        return brace();
-      default:
-        return copy(1);
-    }
-  }
-
-  // A quantifier of that many bytes, perhaps lazy, never possessive.
-  bool quantifier(size_t size) {
-    repeats_ = true;
-    copy(size);
-    if (peek() == '?') {
-      copy(1);
-    }
-    return peek() != '+' && peek() != '*' && peek() != '?';
-  }
-
-  // {n}, {n,} and {n,m} are quantifiers; any other brace is itself.
-  bool brace() {
-    size_t size = 1;
-    while (isDigit(peek(size))) {
-      ++size;
-    }
-    bool counts = size > 1;
-    if (counts && peek(size) == ',') {
-      do {
-        ++size;
-      } while (isDigit(peek(size)));
-    }
-    counts = counts && peek(size) == '}';
-    if (counts) {
-      return quantifier(size + 1);
-    }
-    out_ += "\\{";
-    ++at_;
-    return true;
-  }
-
-  // (?: (?= (?! (?<= (?<! and (?<name> are all that follows "(?".
-  bool group() {
-    if (peek(1) == '*') {
-      return false;
-    }
-    if (peek(1) != '?') {
+bool Translator::item() {
+  switch (peek()) {
+    case '\\':
+      return escape();
+    case '[':
+      return characterClass();
+    case '(':
+      return group();
+    case '.':
+      out_ += R"([^\n\r\x{2028}\x{2029}])";
+      ++at_;
+      return true;
+    case '*':
+    case '+':
+    case '?':
+      return quantifier(1);
+    case '{':
+      return brace();
+    default:
       return copy(1);
-    }
-    const bool plain = strchr(":=!", peek(2)) != nullptr && peek(2) != '\0';
-    const bool behind = peek(2) == '<' && (peek(3) == '=' || peek(3) == '!');
-    const bool named = peek(2) == '<' && (isLetter(peek(3)) || peek(3) == '_');
-    return (plain || behind || named) && copy(behind ? 4 : 3);
   }
+}
 
-  bool escape() {
-    const char c = peek(1);
-    if (c == 's' || c == 'S') {
-      out_ += c == 's' ? "[" : "[^";
-      out_ += kSpace;
-      out_ += ']';
-      at_ += 2;
-      return true;
-    }
-    if (c == 'b' || c == 'B') {
-      return copy(2);
-    }
-    if (c == 'k') {
-      return peek(2) == '<' && copy(3);
-    }
-    if (c >= '1' && c <= '9') {
-      return backReference();
-    }
-    return commonEscape(false);
+// A quantifier of that many bytes, perhaps lazy, never possessive.
+bool Translator::quantifier(size_t size) {
+  repeats_ = true;
+  copy(size);
+  if (peek() == '?') {
+    copy(1);
   }
+  return peek() != '+' && peek() != '*' && peek() != '?';
+}
 
-  bool backReference() {
-    out_ += "\\g{";
-    for (++at_; isDigit(peek()); ++at_) {
-      out_ += peek();
-    }
-    out_ += '}';
-    return true;
+// {n}, {n,} and {n,m} are quantifiers; any other brace is itself.
+bool Translator::brace() {
+  size_t size = 1;
+  while (isDigit(peek(size))) {
+    ++size;
   }
-
-  // The escapes that mean the same inside a class and outside.
-  bool commonEscape(bool inClass) {
-    const char c = peek(1);
-    if (c == 'p' || c == 'P') {
-      return property();
-    }
-    if (c == 'c') {
-      return isLetter(peek(2)) && copy(3);
-    }
-    if (c != '\0' && strchr("dDwW", c)) {
-      return copy(2);
-    }
-    uint32_t code = 0;
-    return codePoint(&code) && emit(code, inClass);
+  bool counts = size > 1;
+  if (counts && peek(size) == ',') {
+    do {
+      ++size;
+    } while (isDigit(peek(size)));
   }
+  counts = counts && peek(size) == '}';
+  if (counts) {
+    return quantifier(size + 1);
+  }
+  out_ += "\\{";
+  ++at_;
+  return true;
+}
 
-  // \p{Name} and \p{Key=Name}, the long names of categories made short.
-  bool property() {
-    const size_t end = in_.find('}', at_);
-    if (peek(2) != '{' || end == std::string_view::npos) {
-      return false;
-    }
-    std::string_view name = in_.substr(at_ + 3, end - at_ - 3);
-    for (const std::string_view key : {"General_Category=", "gc="}) {
-      if (name.substr(0, key.size()) == key) {
-        name.remove_prefix(key.size());
-        break;
-      }
-    }
-    std::string normal = ";";
-    for (const char c : name) {
-      if (isLetter(c)) {
-        normal += static_cast<char>(c | 0x20);
-      } else if (c != '_' && c != ' ' && c != '-') {
-        normal += c;
-      }
-    }
-    normal += '=';
-    copy(3);
-    const char* known = strstr(kCategories, normal.c_str());
-    if (known) {
-      known += normal.size();
-      out_.append(known, static_cast<size_t>(strchr(known, ';') - known));
-    } else {
-      for (const char c : name) {
-        out_ += c == '=' ? ':' : c;
-      }
-    }
-    at_ = end;
+// (?: (?= (?! (?<= (?<! and (?<name> are all that follows "(?".
+bool Translator::group() {
+  if (peek(1) == '*') {
+    return false;
+  }
+  if (peek(1) != '?') {
     return copy(1);
   }
+  const bool plain = strchr(":=!", peek(2)) != nullptr && peek(2) != '\0';
+  const bool behind = peek(2) == '<' && (peek(3) == '=' || peek(3) == '!');
+  const bool named = peek(2) == '<' && (isLetter(peek(3)) || peek(3) == '_');
+  return (plain || behind || named) && copy(behind ? 4 : 3);
+}
 
-  bool hex(size_t from, size_t digits, uint32_t* code) const {
-    *code = 0;
-    for (size_t i = 0; i < digits; ++i) {
-      const int value = hexValue(peek(from + i));
-      if (value < 0) {
-        return false;
-      }
-      *code = *code << 4 | static_cast<uint32_t>(value);
-    }
-    return true;
+bool Translator::escape() {
+  const char c = peek(1);
+  if (c == 's' || c == 'S') {
+    return spaces(false);
   }
-
-  // Reads an escape that stands for one character.
-  bool codePoint(uint32_t* code) {
-    const char c = peek(1);
-    switch (c) {
-      case 't':
-      case 'n':
-      case 'v':
-      case 'f':
-      case 'r': {
-        constexpr char kNames[] = "tnvfr";
-        constexpr char kValues[] = "\t\n\v\f\r";
-        *code = static_cast<unsigned char>(kValues[strchr(kNames, c) - kNames]);
-        break;
-      }
-      case '0':
-        if (isDigit(peek(2))) {
-          return false;
-        }
-        *code = 0;
-        break;
-      case 'x':
-        return hex(2, 2, code) && ((at_ += 4), true);
-      case 'u':
-        return unicode(code);
-      default:
-        // Punctuation stands for itself; a letter would mean something that ECMA-262 does not know.
-        if (c == '\0' || isLetter(c) || isDigit(c) || (c & 0x80)) {
-          return false;
-        }
-        *code = static_cast<unsigned char>(c);
-        break;
-    }
-    at_ += 2;
-    return true;
+  if (c == 'b' || c == 'B') {
+    return copy(2);
   }
-
-  // \uXXXX, a pair of surrogates written so, and \u{X}.
-  bool unicode(uint32_t* code) {
-    if (peek(2) == '{') {
-      const size_t end = in_.find('}', at_);
-      const size_t digits = end == std::string_view::npos ? 0 : end - at_ - 3;
-      if (digits == 0 || digits > 6 || !hex(3, digits, code) || *code > 0x10FFFF) {
-        return false;
-      }
-      at_ = end + 1;
-      return true;
-    }
-    if (!hex(2, 4, code)) {
-      return false;
-    }
-    at_ += 6;
-    uint32_t low = 0;
-    if ((*code & 0xFC00) == 0xD800 && has("\\u") && hex(2, 4, &low) && (low & 0xFC00) == 0xDC00) {
-      *code = 0x10000 + ((*code & 0x3FF) << 10) + (low & 0x3FF);
-      at_ += 6;
-    }
-    return true;
+  if (c == 'k') {
+    return peek(2) == '<' && copy(3);
   }
-
-  // A lone surrogate is in no text.
-  bool emit(uint32_t code, bool inClass) {
-    if (isSurrogate(code)) {
-      out_ += inClass ? "" : "(?!)";
-      return true;
-    }
-    char text[16];
-    snprintf(text, sizeof text, "\\x{%x}", static_cast<unsigned>(code));
-    out_ += text;
-    return true;
+  if (c >= '1' && c <= '9') {
+    return backReference();
   }
+  return commonEscape(false);
+}
 
-  bool characterClass() {
-    copy(peek(1) == '^' ? 2 : 1);
-    while (peek() != ']') {
-      if (at_ >= in_.size() || !classItem()) {
-        return false;
-      }
-    }
-    return copy(1);
+bool Translator::backReference() {
+  out_ += "\\g{";
+  for (++at_; isDigit(peek()); ++at_) {
+    out_ += peek();
   }
-
-  // One member of a class, or a range of them; a range loses the surrogates in it.
-  bool classItem() {
-    uint32_t from = 0;
-    bool single = false;
-    if (!classAtom(&from, &single)) {
-      return false;
-    }
-    if (!single) {
-      return true;
-    }
-    if (peek() != '-' || peek(1) == ']' || at_ + 1 >= in_.size()) {
-      return emit(from, true);
-    }
-    ++at_;
-    uint32_t to = 0;
-    const size_t before = out_.size();
-    if (!classAtom(&to, &single)) {
-      return false;
-    }
-    if (!single) {  // [a-\d]: the dash is itself
-      out_.insert(before, "\\-");
-      return emit(from, true);
-    }
-    if (from > to) {
-      return false;
-    }
-    from = isSurrogate(from) ? 0xE000 : from;
-    to = isSurrogate(to) ? 0xD7FF : to;
-    if (from <= to) {
-      emit(from, true);
-      out_ += '-';
-      emit(to, true);
-    }
-    return true;
-  }
-
-  // Reads one character of a class into *code, or writes a set such as \d out at once.
-  bool classAtom(uint32_t* code, bool* single) {
-    *single = false;
-    if (peek() != '\\') {
-      *single = true;
-      return utf8(code);
-    }
-    const char c = peek(1);
-    if (c == 's' || c == 'S') {
-      out_ += c == 's' ? kSpace : kNoSpace;
-      at_ += 2;
-      return true;
-    }
-    if (c == 'b') {
-      *code = '\b';
-      *single = true;
-      at_ += 2;
-      return true;
-    }
-    if (c == 'c') {
-      *code = static_cast<uint32_t>(peek(2)) & 0x1F;
-      *single = true;
-      at_ += 3;
-      return isLetter(in_.size() >= at_ ? in_[at_ - 1] : '\0');
-    }
-    if (c != '\0' && strchr("dDwWpP", c)) {
-      return commonEscape(true);
-    }
-    *single = true;
-    return codePoint(code);
-  }
-
-  // Reads one character of the pattern itself; false when it is not UTF-8.
-  bool utf8(uint32_t* code) {
-    std::string_view rest = in_.substr(at_);
-    const bool taken = takeUtf8(&rest, code);
-    at_ = in_.size() - rest.size();
-    return taken;
-  }
-
-  std::string_view in_;
-  std::string& out_;
-  size_t at_ = 0;
-  bool repeats_ = false;
-};
-
-}  // namespace
+  out_ += '}';
+  return true;
+}
 
 bool translatePattern(std::string_view pattern, std::string* translated, bool* repeats) {
   Translator translator(pattern, translated);
