@@ -7,8 +7,7 @@
 #include <atomic>
 #include <cerrno>
 #include <climits>
-#include <thread>
-#include <vector>
+#include <tuple>
 
 #include "json/file_temp.h"
 #include "json/json_ref.h"
@@ -31,14 +30,7 @@ struct stat statusOf(const std::string& path) {
   return status;
 }
 
-class FileReplaceTest : public Scratch {
- protected:
-  FileReplaceTest() : mask_(umask(022)) {}
-  ~FileReplaceTest() override { umask(mask_); }
-
- private:
-  const mode_t mask_;
-};
+using FileReplaceTest = Scratch;
 
 TEST_F(FileReplaceTest, MakesOrReplacesTheFile) {
   mkdir("folder", 0777);
@@ -59,6 +51,7 @@ TEST_F(FileReplaceTest, MakesOrReplacesTheFile) {
 
 TEST_F(FileReplaceTest, KeepsOwnerAndModeAndMakesNewOnesWithTheUmask) {
   const bool isRoot = geteuid() == 0;
+  const mode_t outer = umask(022);
   for (const mode_t mode : {0600U, 0644U, 0660U, 0666U, 0755U, 0200U, 04755U}) {
     putText("old", "old");
     ASSERT_TRUE(!isRoot || chown("old", 1234, 5678) == 0);
@@ -73,13 +66,14 @@ TEST_F(FileReplaceTest, KeepsOwnerAndModeAndMakesNewOnesWithTheUmask) {
     EXPECT_NE(before.st_ino, after.st_ino) << "in one step";
     unlink("old");
   }
-  const mode_t kMasks[][2] = {{0, 0644}, {022, 0644}, {027, 0640}, {077, 0600}};
+  const std::pair<mode_t, mode_t> kMasks[] = {{0, 0644}, {022, 0644}, {027, 0640}, {077, 0600}};
   for (const auto& [mask, mode] : kMasks) {
     umask(mask);
     EXPECT_TRUE(replaceText("new", "new"));
     EXPECT_EQ(mode, statusOf("new").st_mode & 07777U) << std::oct << mask;
     unlink("new");
   }
+  umask(outer);
 }
 
 // As another user, in a folder of root's that takes everybody's files.
@@ -88,36 +82,30 @@ TEST_F(FileReplaceTest, PermissionsBindWhoIsNotRoot) {
     GTEST_SKIP() << "needs root to become others";
   }
   chmod(".", 0777);
-  const struct {
-    uid_t owner;
-    gid_t group;
-    mode_t mode;
-    const char* result;  // the new mode, or null for a refusal
-  } kCases[] = {
-      {4000, 4000, 0444, nullptr}, {0, 0, 0644, nullptr},   {0, 4000, 0644, nullptr},
-      {4000, 4000, 0640, "640"},   {0, 4000, 0664, "664"},  {0, 0, 0666, "666"},
-      {0, 0, 0606, "600"},         {0, 0, 0646, "644"},     {4000, 0, 0660, "600"},
-      {4000, 0, 0604, "600"},      {0, 4000, 02664, "664"}, {0, 4000, 0466, "444"},
+  constexpr mode_t kRefused = 0;
+  const std::tuple<uid_t, gid_t, mode_t, mode_t> kCases[] = {
+      // the last: the new mode
+      {4000, 4000, 0444, kRefused}, {0, 0, 0644, kRefused}, {0, 4000, 0644, kRefused},
+      {4000, 4000, 0640, 0640},     {0, 4000, 0664, 0664},  {0, 0, 0666, 0666},
+      {0, 0, 0606, 0600},           {0, 0, 0646, 0644},     {4000, 0, 0660, 0600},
+      {4000, 0, 0604, 0600},        {0, 4000, 02664, 0664}, {0, 4000, 0466, 0444},
   };
-  for (const auto& c : kCases) {
+  for (const auto& [owner, group, mode, result] : kCases) {
+    SCOPED_TRACE(testing::Message() << owner << " " << group << std::oct << " " << mode);
     putText("file", "old");
-    ASSERT_EQ(0, chown("file", c.owner, c.group));
-    chmod("file", c.mode);
+    ASSERT_EQ(0, chown("file", owner, group));
+    chmod("file", mode);
     const Ended ended = inChild([] {
       if (setegid(4000) == 0 && seteuid(4000) == 0) {
         printf("%d", replaceText("file", "new") ? 1 : errno);
         seteuid(0);  // who writes what a coverage build has counted
       }
     });
-    char mode[20];
-    snprintf(mode, sizeof(mode), "%o", statusOf("file").st_mode & 07777U);
-    SCOPED_TRACE(testing::Message() << c.owner << " " << c.group << std::oct << " " << c.mode);
-    EXPECT_EQ(c.result == nullptr ? std::to_string(EACCES) : "1", ended.out);
-    EXPECT_EQ(c.result == nullptr ? "old" : "new", textOf("file"));
-    EXPECT_EQ(c.result == nullptr ? c.owner : 4000, statusOf("file").st_uid);
-    if (c.result != nullptr) {
-      EXPECT_STREQ(c.result, mode);
-    }
+    const bool isRefused = result == kRefused;
+    EXPECT_EQ(isRefused ? std::to_string(EACCES) : "1", ended.out);
+    EXPECT_EQ(isRefused ? "old" : "new", textOf("file"));
+    EXPECT_EQ(isRefused ? owner : 4000, statusOf("file").st_uid);
+    EXPECT_EQ(isRefused ? mode : result, statusOf("file").st_mode & 07777U);
     unlink("file");
   }
 }
@@ -152,25 +140,24 @@ TEST_F(FileReplaceTest, RefusesWithoutTouchingAnything) {
   symlink("loop", "loop");
   symlink("missing/x", "astray");
   mkfifo("pipe", 0666);
-  const struct {
-    std::string path;
-    int error;
-  } kCases[] = {{"", EISDIR},
-                {"folder", EISDIR},
-                {"folder/", EISDIR},
-                {"..", EISDIR},
-                {"missing/file", ENOENT},
-                {"file/x", ENOTDIR},
-                {"loop", ELOOP},
-                {"astray", ENOENT},
-                {"pipe", ENXIO},
-                {"/dev/full", ENOSPC},
-                {std::string(NAME_MAX + 1, 'n'), ENAMETOOLONG},
-                {std::string(PATH_MAX, '/') + "file", ENAMETOOLONG}};
+  const std::pair<std::string, int> kCases[] = {
+      {"", EISDIR},
+      {"folder", EISDIR},
+      {"folder/", EISDIR},
+      {"..", EISDIR},
+      {"missing/file", ENOENT},
+      {"file/x", ENOTDIR},
+      {"loop", ELOOP},
+      {"astray", ENOENT},
+      {"pipe", ENXIO},
+      {"/dev/full", ENOSPC},
+      {std::string(NAME_MAX + 1, 'n'), ENAMETOOLONG},
+      {std::string(PATH_MAX, '/') + "file", ENAMETOOLONG},
+  };
   const auto names = namesIn(".");
-  for (const auto& c : kCases) {
-    EXPECT_FALSE(replaceText(c.path, "new")) << c.path;
-    EXPECT_EQ(c.error, errno) << c.path.substr(0, 80);
+  for (const auto& [path, error] : kCases) {
+    EXPECT_FALSE(replaceText(path, "new")) << path;
+    EXPECT_EQ(error, errno) << path.substr(0, 80);
   }
   EXPECT_FALSE(replaceFile(nullptr, "", 0, Durability::kFlushed));
   removeStrayTemporaries(nullptr);
@@ -225,23 +212,16 @@ TEST_F(FileReplaceTest, IsWholeForEveryThread) {
   std::atomic<int> failures{0};
   std::atomic<int> savers{2};
   replaceText("file", std::string(5000, '0'));
-  std::vector<std::thread> threads;
-  for (const char text : {'a', 'b'}) {
-    threads.emplace_back([&failures, &savers, text] {
-      for (size_t i = 0; i < 200; ++i) {
-        failures += !replaceText("file", std::string(5000 + 40 * i, text));
-      }
-      --savers;
-    });
-  }
-  while (savers > 0) {
-    removeStrayTemporaries("file");
-    const std::string text = textOf("file");
-    failures += text.size() < 5000 || text.find_first_not_of(text[0]) != std::string::npos;
-  }
-  for (std::thread& thread : threads) {
-    thread.join();
-  }
+  inThreads(3, [&](unsigned int number) {
+    for (size_t i = 0; i < 200 && number > 0; ++i) {
+      failures += !replaceText("file", std::string(5000 + 40 * i, number == 1 ? 'a' : 'b'));
+    }
+    for (savers -= number > 0; savers > 0 && number == 0;) {
+      removeStrayTemporaries("file");
+      const std::string text = textOf("file");
+      failures += text.size() < 5000 || text.find_first_not_of(text[0]) != std::string::npos;
+    }
+  });
   EXPECT_EQ(0, failures);
   EXPECT_EQ(std::set<std::string>{"file"}, namesIn("."));
 }

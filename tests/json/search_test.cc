@@ -1,9 +1,7 @@
 // Search by value, and the typed comparison under it.
-#include <gtest/gtest.h>
+#include <tuple>
 
 #include "hearth/json_data.h"
-#include "hearth/tree_map_object.h"
-#include "json/json_ref.h"
 #include "tests/support/captured_log.h"
 
 namespace {
@@ -20,7 +18,7 @@ std::string found(const char* text, const char* key, T value) {
   for (TreeMapObject* const handle : handles) {
     EXPECT_EQ(nullptr, handle->jobj_parent);
     EXPECT_STREQ("", handle->key_obj);
-    all += json_object_to_json_string_ext(handle->jobj, JSON_C_TO_STRING_PLAIN);
+    all += plain(*handle);
     delete handle;
   }
   return all;
@@ -43,13 +41,6 @@ TEST(Search, TypesMustAgree) {
   EXPECT_EQ(R"({"k":-1})", found(document, "k", 4294967295U));
 }
 
-struct LineCase {
-  const char* document;
-  const char* key;
-  const char* lines;      // of a search for an int
-  const char* textLines;  // of a search for a text
-};
-
 TEST(Search, SaysWhatItCannotDo) {
   constexpr char kEmptyKey[] = "ERROR: Key is null or empty\n";
   constexpr char kNoResult[] = "ERROR: Some error happened, cannot return result\n";
@@ -58,25 +49,23 @@ TEST(Search, SaysWhatItCannotDo) {
       "ERROR: Some error happened, cannot return result\n";
   constexpr char kItems[] =
       "WARN: findInArray: array items have primary typeWARN: Found null object in the array\n";
-  const LineCase cases[] = {
+  // The lines of a search for an int, and of one for a text.
+  const std::tuple<const char*, const char*, std::string, std::string> cases[] = {
       {"{}", "", kEmptyKey, kEmptyKey},
       {"{}", nullptr, kEmptyKey, kEmptyKey},
       {"{}", "k", "", kNoResult},
       {"{", "k", "", kNoResult},
       {"\"s\"", "k", kWrongRoot, kWrongRoot},
-      {"[7,null]", "k", kItems, nullptr},
+      {"[7,null]", "k", kItems, std::string(kItems) + kNoResult},
   };
-  for (const LineCase& c : cases) {
-    SCOPED_TRACE(c.document);
-    const TreeMapObject document(c.document);
-    {
-      CapturedLog log({LOG_ERROR, LOG_WARNING});
-      EXPECT_TRUE(document.find(c.key, 1).empty());
-      EXPECT_EQ(c.lines, log.text());
-    }
+  for (const auto& [text, key, lines, linesForText] : cases) {
+    SCOPED_TRACE(text);
+    const TreeMapObject document(text);
     CapturedLog log({LOG_ERROR, LOG_WARNING});
-    EXPECT_TRUE(document.find(c.key, "x").empty());
-    EXPECT_EQ(c.textLines != nullptr ? c.textLines : std::string(kItems) + kNoResult, log.text());
+    EXPECT_TRUE(document.find(key, 1).empty());
+    Logger::print(LOG_ERROR, LOG_GROUP_UTIL, "and for a text\n");
+    EXPECT_TRUE(document.find(key, "x").empty());
+    EXPECT_EQ(lines + "ERROR: and for a text\n" + linesForText, log.text());
   }
   const TreeMapObject document("{}");
   EXPECT_TRUE(document.find("k", static_cast<const char*>(nullptr)).empty());
@@ -89,12 +78,7 @@ TEST(Search, SaysWhatItCannotDo) {
 }
 
 TEST(Comparison, IsTyped) {
-  struct {
-    const char* src;
-    const char* dst;
-    int equal;
-    const char* line;
-  } const cases[] = {
+  const std::tuple<const char*, const char*, int, const char*> cases[] = {
       {"\"a\"", "\"a\"", 1, "DEBUG: compareObjVal: srcVal= a dstVal= a\n"},
       {"\"a\"", "\"A\"", 0, "DEBUG: compareObjVal: srcVal= a dstVal= A\n"},
       {"3", "3", 1, "DEBUG: compareObjVal: srcVal= 3 dstVal= 3\n"},
@@ -105,14 +89,14 @@ TEST(Comparison, IsTyped) {
       {"null", "null", 0, "DEBUG: JSON type is different\n"},
       {"{}", "{\"a\":1}", 1, "WARN: JSON type for the comparison MUST be primary types\n"},
   };
-  for (const auto& c : cases) {
-    SCOPED_TRACE(std::string(c.src) + " " + c.dst);
-    const hearth::JsonRef src(json_tokener_parse(c.src));
-    const hearth::JsonRef dst(json_tokener_parse(c.dst));
+  for (const auto& [srcText, dstText, isEqual, line] : cases) {
+    SCOPED_TRACE(testing::Message() << srcText << " " << dstText);
+    const hearth::JsonRef src = parse(srcText);
+    const hearth::JsonRef dst = parse(dstText);
     CapturedLog log;
-    EXPECT_EQ(c.equal, JsonData::compareObjVal(src.get(), json_object_get_type(src.get()),
+    EXPECT_EQ(isEqual, JsonData::compareObjVal(src.get(), json_object_get_type(src.get()),
                                                dst.get(), json_object_get_type(dst.get())));
-    EXPECT_EQ(c.line, log.text());
+    EXPECT_EQ(line, log.text());
   }
 }
 

@@ -1,5 +1,6 @@
 // File names, message documents, and the check of a message against its schema.
 #include <climits>
+#include <tuple>
 
 #include "tests/localdb/database_fixture.h"
 
@@ -12,11 +13,10 @@ std::string orNull(const char* text) {
 }
 
 TEST_F(NamesTest, AreFormedFromLocationAreaAndLabel) {
-  struct Row {
+  const struct {
     unsigned int area, message;
     const char *database, *document, *schema, *lines;
-  };
-  const Row rows[] = {
+  } kRows[] = {
       {0, 0, "L/gateway/gateway.ldb", "L/gateway/GATEWAY_LOGIN_REQ.ldb",
        "L/gateway/GATEWAY_LOGIN_REQ_SCHEMA.ldb", ""},
       {6, 19, "L/qos/qos.ldb", "L/qos/QOS_IPTV_UPDATE_RESP.ldb",
@@ -28,7 +28,7 @@ TEST_F(NamesTest, AreFormedFromLocationAreaAndLabel) {
        "ERROR: getApiDir: there is no area 4294967295\n"},
   };
   BEConfig::DATA_LOCATION = "L";
-  for (const Row& row : rows) {
+  for (const auto& row : kRows) {
     SCOPED_TRACE(testing::Message() << "area " << row.area << " message " << row.message);
     const char *database = nullptr, *document = nullptr;
     EXPECT_EQ(linesOf([&] {
@@ -49,68 +49,49 @@ TEST_F(NamesTest, AreNeverCut) {
   EXPECT_EQ(orNull(LocalDbCtrl::getFileName(API_MISC)), fits + "/misc/misc.ldb");
   BEConfig::DATA_LOCATION = fits + "x";
   EXPECT_EQ(orNull(LocalDbCtrl::getFileName(API_MISC)), "null");
-  const std::string lines = linesOf([] { LocalDbCtrl::lockDbObject(API_MISC, "", "default"); });
-  for (const char* line :
-       {"ERROR: getFileName: the name of misc/misc.ldb is longer than 255 characters\n",
-        "WARN: lockDbObject: Cannot load database from (none)\n"}) {
-    EXPECT_NE(lines.find(line), std::string::npos) << line << "not in\n" << lines;
-  }
+  CapturedLog log;
+  LocalDbCtrl::lockDbObject(API_MISC, "", "default");
+  EXPECT_TRUE(log.has("getFileName: the name of misc/misc.ldb is longer than 255 characters\n"));
+  EXPECT_TRUE(log.has("WARN: lockDbObject: Cannot load database from (none)\n"));
 }
 
 TEST_F(NamesTest, LeadMessageDocumentsToTheirFiles) {
-  struct Row {
-    unsigned int area, message;
-    const char* value;
-    int error;
-    const char* lines;
-  };
-  const Row rows[] = {
-      {1, 0, "[ 1 ]", 0, "INFO: TreeMapObject::TreeMapObject filename=DATA/wifi/"},
-      {1, 1, "{ }", 0, "INFO: TreeMapObject::TreeMapObject filename=DATA/wifi/"},
-      {1, 2, "{ }", 0, "INFO: TreeMapObject::TreeMapObject filename=DATA/wifi/"},
+  const std::tuple<unsigned int, unsigned int, const char*, int, const char*> kRows[] = {
+      {1, 0, "[1]", 0, "INFO: TreeMapObject::TreeMapObject filename=./wifi/"},
+      {1, 1, "{}", 0, "INFO: TreeMapObject::TreeMapObject filename=./wifi/"},
+      {1, 2, "{}", 0, "INFO: TreeMapObject::TreeMapObject filename=./wifi/"},
       {7, 0, "null", 1,
        "INFO: TreeMapObject::TreeMapObject filename=(none)\n"
        "DEBUG: failed load object from (none)\n"},
   };
-  data_.file("wifi/WIFI_INTERFACE_GET_REQ.ldb", "[1]");
-  data_.file("wifi/WIFI_INTERFACE_GET_RESP.ldb", "{");
-  for (const Row& row : rows) {
-    std::unique_ptr<TreeMapObject> document;
-    EXPECT_EQ(linesOf([&] {
-                document = std::make_unique<TreeMapObject>(row.area, row.message);
-              }).rfind(row.lines, 0),
-              0U)
-        << row.lines;
-    EXPECT_STREQ(json_object_to_json_string(document->jobj), row.value);
-    EXPECT_EQ(document->error, row.error);
-    EXPECT_EQ(document->jobj_parent, nullptr);
-    EXPECT_STREQ(document->key_obj, "");
+  folder_.file("wifi/WIFI_INTERFACE_GET_REQ.ldb", "[1]");
+  folder_.file("wifi/WIFI_INTERFACE_GET_RESP.ldb", "{");
+  for (const auto& [area, message, value, error, lines] : kRows) {
+    CapturedLog log;
+    const TreeMapObject document(area, message);
+    EXPECT_EQ(log.text().rfind(lines, 0), 0U) << lines;
+    EXPECT_EQ(plain(document), value);
+    EXPECT_EQ(document.error, error);
+    EXPECT_EQ(document.jobj_parent, nullptr);
+    EXPECT_STREQ(document.key_obj, "");
   }
 }
 
 TEST_F(NamesTest, LeadMessagesToTheirSchemas) {
   TreeMapObject object(false);
   TreeMapObject nothing;
-  data_.file("wifi/WIFI_RADIO_GET_REQ_SCHEMA.ldb", R"({"required": ["channel"]})");
-  struct Row {
-    TreeMapObject* object;
-    unsigned int area, message;
-    int result;
-    const char* lines;
-  };
-  const Row rows[] = {
+  folder_.file("wifi/WIFI_RADIO_GET_REQ_SCHEMA.ldb", R"({"required": ["channel"]})");
+  const std::tuple<TreeMapObject*, unsigned int, unsigned int, int, const char*> kRows[] = {
       {&object, 1, 0, 0, "The validation is passed with notice\n"},
-      {&object, 1, 2, 2, "DEBUG: validateFile: validate file DATA/wifi/WIFI_RADIO_GET_REQ_SCHEMA"},
+      {&object, 1, 2, 2, "DEBUG: validateFile: validate file ./wifi/WIFI_RADIO_GET_REQ_SCHEMA"},
       {nullptr, 1, 0, 2, "ERROR: validateObject: incorrect object obj=(nil) jobj=(nil)\n"},
       {&nothing, 1, 0, 2, "ERROR: validateObject: incorrect object obj=PTR jobj=(nil)\n"},
       {nullptr, 7, 3, 2, "ERROR: validateObject: failed to get schema file apiT=7 commT=3\n"},
   };
-  for (const Row& row : rows) {
-    int result = -1;
-    const std::string lines =
-        linesOf([&] { result = LocalDbCtrl::validateObject(row.object, row.area, row.message); });
-    EXPECT_NE(lines.find(row.lines), std::string::npos) << row.lines << "not in\n" << lines;
-    EXPECT_EQ(result, row.result) << row.lines;
+  for (const auto& [checked, area, message, result, line] : kRows) {
+    CapturedLog log;
+    EXPECT_EQ(LocalDbCtrl::validateObject(checked, area, message), result) << line;
+    EXPECT_TRUE(log.has(line)) << line << "not in\n" << log.text();
   }
 }
 

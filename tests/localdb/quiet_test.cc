@@ -2,19 +2,17 @@
 // else, neither another line nor any answer. One walk through everything that logs, done and
 // refused.
 #include <sstream>
-#include <vector>
+#include <tuple>
 
 #include "tests/localdb/database_fixture.h"
 
 namespace {
 
-using Handle = std::unique_ptr<TreeMapObject>;
-
 constexpr const char* kNoText = nullptr;
 TreeMapObject* const kNoHandle = nullptr;
 
-std::string textOf(const TreeMapObject* handle) {
-  return handle != nullptr ? json_object_to_json_string(handle->jobj) : "none";
+std::string shown(const Handle& handle) {
+  return handle != nullptr ? plain(*handle) : "none";
 }
 
 void readAndWrite(std::ostream& out) {
@@ -26,38 +24,31 @@ void readAndWrite(std::ostream& out) {
           "",      ".",           "[1]",   "[1].[0]", "[9].x", "[2].x"}) {
       TreeMapObject document(text);
       const Handle part(document.get(path));
-      out << text << " " << path << ": " << textOf(part.get())
-          << textOf(Handle(document.clone(path)).get());
       int number = 0;
       const char* read = document.get<const char*>(path);
-      out << document.get<int>(path) << document.get<bool>(path)
-          << (read != nullptr ? read : "none") << document.get_ex(path, number)
-          << document.get_ex(path, read);
+      out << text << " " << path << ": " << shown(part) << shown(Handle(document.clone(path)))
+          << document.get<int>(path) << document.get<bool>(path) << (read != nullptr ? read : "-")
+          << document.get_ex(path, number) << document.get_ex(path, read);
       document.set(path, part.get());
       document.set(path, &document);
       document.set(path, kNoHandle);
       document.set(path, kNoText);
-      out << textOf(&document);
+      out << plain(document);
       document.set(path, "text");
       document.set(path, 5);
       document.dump(path);
-      out << textOf(&document);
+      out << plain(document);
       document.del(path);
-      out << textOf(&document) << document.addArrayItem(&document) << document.addArrayItem(kNoText)
-          << document.addArrayItem(7) << document.delArrayItem(0) << document.clearArrayItems()
-          << "\n";
+      out << plain(document) << document.addArrayItem(&document) << document.addArrayItem(kNoText)
+          << document.addArrayItem(7) << document.delArrayItem(0) << document.clearArrayItems();
     }
   }
 }
 
 void search(std::ostream& out) {
-  std::string path = "[0]";
-  for (int levels = 0; levels < 300; ++levels) {
-    path += ".[0]";
-  }
   TreeMapObject deep(true);
-  deep.set(path.c_str(), 1);
-  out << textOf(Handle(deep.clone(nullptr)).get());
+  deep.set(replaced(std::string(300, '.'), ".", "[0].").append("[0]").c_str(), 1);
+  out << shown(Handle(deep.clone(nullptr)));
   const TreeMapObject flat(R"([{"k":1,"o":{"k":"v"}},null,7])");
   const TreeMapObject scalar("7");
   for (const TreeMapObject* const document : {&std::as_const(deep), &flat, &scalar}) {
@@ -67,35 +58,33 @@ void search(std::ostream& out) {
       document->findInObject(all, key, nullptr, document->jobj);
       document->findInArray(all, key, flat.jobj, document->jobj);
       for (TreeMapObject* const found : all) {
-        out << textOf(found);
-        delete found;
+        out << shown(Handle(found));
       }
     }
   }
 }
 
-void checkAndSave(std::ostream& out, const TempDir& dir) {
+void checkAndSave(std::ostream& out) {
   TreeMapObject document(R"({"a":1})");
   TreeMapObject empty;
   TreeMapObject wrong("{}");
   wrong.error = 1;
-  const std::string names[] = {dir.file("good", R"({"a":1})"),
-                               dir.file("schema", R"({"type":"array"})"), dir.file("broken", "{"),
-                               dir / "none"};
+  constexpr char kArray[] = R"({"type":"array"})";
+  putText("good", R"({"a":1})");
+  putText("schema", kArray);
+  putText("broken", "{");
   for (TreeMapObject* const object : {&document, &wrong, &empty, kNoHandle}) {
-    for (const char* const schema : {"{", "{}", R"({"type":"array"})", kNoText}) {
+    for (const char* const schema : {"{", "{}", kArray, kNoText}) {
       out << JsonData::validateObject(object, schema);
     }
-    for (const std::string& name : names) {
-      out << JsonData::validateFile(object, name.c_str());
-      out << JsonData::validateFile(name.c_str(), names[1].c_str());
-      out << JsonData::validateFile(names[0].c_str(), name.c_str());
+    for (const char* const name : {"good", "schema", "broken", "none", kNoText}) {
+      out << JsonData::validateFile(object, name) << JsonData::validateFile(name, "schema")
+          << JsonData::validateFile("good", name);
     }
-    out << JsonData::validateFile(object, nullptr)
-        << JsonData::saveObjectToFile((dir / "saved").c_str(), object)
-        << JsonData::saveObjectToFile((dir / "none/saved").c_str(), object)
-        << JsonData::saveObjectToFile(nullptr, object)
-        << LocalDbCtrl::validateObject(object, API_MISC, 0)
+    for (const char* const name : {"saved", "none/saved", kNoText}) {
+      out << JsonData::saveObjectToFile(name, object);
+    }
+    out << LocalDbCtrl::validateObject(object, API_MISC, 0)
         << LocalDbCtrl::validateObject(object, API_WIFI, 0);
     JsonData::dumpObject(object, nullptr);
   }
@@ -107,8 +96,8 @@ void lockAndSave(std::ostream& out) {
   for (const char* const key : {"default", "s", kNoText}) {
     for (const char* const event : {"save", "clone", "clone", "unlock", "lock no", "lock radios",
                                     "lock ", "unlock", "unlock", "lock ", "save", "lock "}) {
-      out << (event == std::string("clone") ? std::to_string(LocalDbCtrl::cloneNewDB(key))
-                                            : answerTo(event, key));
+      out << (event[0] == 'c' ? std::to_string(LocalDbCtrl::cloneNewDB(key))
+                              : answerTo(event, key));
     }
     out << (LocalDbCtrl::lockDbObject(API_WIFI, nullptr, key) != nullptr)
         << (LocalDbCtrl::lockDbObject(8, "", key) != nullptr) << LocalDbCtrl::unlockDbObject(8, key)
@@ -119,20 +108,19 @@ void lockAndSave(std::ostream& out) {
   }
 }
 
-void nameAndConfigure(std::ostream& out, const TempDir& dir) {
+void nameAndConfigure(std::ostream& out) {
   for (const unsigned int area : {1U, 6U, 7U, 8U}) {
-    const TreeMapObject document(area, 20);
-    const char* const name = LocalDbCtrl::getSchemaFile(area, 20);
-    out << document.error << (name != nullptr) << (LocalDbCtrl::getApiDir(area) != nullptr);
+    out << TreeMapObject(area, 20).error << (LocalDbCtrl::getSchemaFile(area, 20) != nullptr)
+        << (LocalDbCtrl::getApiDir(area) != nullptr);
   }
   out << answerTo("lock ");
   BEConfig::DATA_LOCATION.append(300, 'x');
   out << answerTo("save") << answerTo("lock ");
-  BEConfig::DATA_LOCATION = dir.path();
+  BEConfig::DATA_LOCATION = ".";
   BEConfig::isInit = true;
   BEConfig::init("none");
   for (const char* const text : {R"([{"ipAddress":"a","attempts":7}])", "{}", "["}) {
-    dir.file(".loginrecord.cfg", text);
+    putText(".loginrecord.cfg", text);
     for (const char* const address : {"a", "b", kNoText}) {
       BELoginRecord::isRunning = true;
       out << BELoginRecord::getAttempt(address).waitMinutes << BELoginRecord::isRunning;
@@ -140,39 +128,11 @@ void nameAndConfigure(std::ostream& out, const TempDir& dir) {
   }
   BELoginRecord::isRunning = true;
   BELoginRecord::init();
+  BELoginRecord::isRunning = BEConfig::isInit = false;
 }
 
-class QuietTest : public DatabaseTest {
- protected:
-  QuietTest() { std::filesystem::current_path(data_.path()); }
-  ~QuietTest() override {
-    std::filesystem::current_path("/");
-    BELoginRecord::isRunning = false;
-    BEConfig::isInit = false;
-  }
-
-  // What a walk answers, and the lines that it writes.
-  std::pair<std::string, std::string> walk(std::vector<LOG_TYPE_T> severities,
-                                           uint32_t mask) const {
-    std::ostringstream answers;
-    const std::string lines = linesOf(
-        [&] {
-          Logger::mask = mask;
-          data_.file("wifi/wifi.ldb", kFreshFile);
-          LocalDbCtrl::init();
-          readAndWrite(answers);
-          search(answers);
-          checkAndSave(answers, data_);
-          lockAndSave(answers);
-          nameAndConfigure(answers, data_);
-        },
-        severities);
-    return {answers.str(), lines};
-  }
-};
-
-// The lines but those of one severity. Some of the library's lines have no line end, or several,
-// and one text goes to standard output without being a line of the log.
+// Some of the library's lines have no line end, or several, and one text goes to standard output
+// without being a line of the log.
 std::string without(const std::string& label, std::string lines) {
   for (const char* const any : {"INFO: ", "WARN: ", "DEBUG: ", "ERROR: ", "EXCEPTION: "}) {
     lines = replaced(lines, any, std::string("\1") + any);
@@ -185,29 +145,39 @@ std::string without(const std::string& label, std::string lines) {
   return left;
 }
 
+using QuietTest = DatabaseTest;
+
 TEST_F(QuietTest, SwitchesChangeTheLogAlone) {
-  const auto [answers, lines] = walk(CapturedLog::all(), ~0U);
-  std::string unlogged = lines;
-  for (const char* const severity : {"INFO", "WARN", "DEBUG", "ERROR"}) {
-    unlogged = without(severity, unlogged);
-  }
-  const struct {
-    std::vector<LOG_TYPE_T> on;
-    uint32_t mask;
-    std::string lines;
-  } kCases[] = {
+  // What a walk answers, and the lines that it writes.
+  const auto walk = [&](const std::vector<LOG_TYPE_T>& severities, uint32_t mask) {
+    std::ostringstream answers;
+    const auto parts = [&] {
+      Logger::mask = mask;
+      folder_.file("wifi/wifi.ldb", kFreshFile);
+      LocalDbCtrl::init();
+      readAndWrite(answers);
+      search(answers);
+      checkAndSave(answers);
+      lockAndSave(answers);
+      nameAndConfigure(answers);
+    };
+    std::string lines = linesOf(parts, severities);
+    return std::pair(answers.str(), std::move(lines));
+  };
+  const auto whole = walk(CapturedLog::all(), ~0U);
+  const std::string& lines = whole.second;
+  const std::tuple<std::vector<LOG_TYPE_T>, uint32_t, std::string> kCases[] = {
       {{LOG_WARNING, LOG_DEBUG, LOG_ERROR}, 1, without("INFO", lines)},
       {{LOG_INFO, LOG_DEBUG, LOG_ERROR}, 1, without("WARN", lines)},
       {{LOG_INFO, LOG_WARNING, LOG_ERROR}, 1, without("DEBUG", lines)},
       {{LOG_INFO, LOG_WARNING, LOG_DEBUG}, 1, without("ERROR", lines)},
-      {CapturedLog::all(), ~1U, unlogged},
+      {CapturedLog::all(), ~1U,
+       without("INFO", without("WARN", without("DEBUG", without("ERROR", lines))))},
   };
-  for (const auto& c : kCases) {
-    SCOPED_TRACE(testing::Message() << "mask " << c.mask << ", first severity " << c.on.front());
-    EXPECT_LT(c.lines.size(), lines.size());
-    const auto told = walk(c.on, c.mask);
-    EXPECT_EQ(told.first, answers);
-    EXPECT_EQ(told.second, c.lines);
+  for (const auto& [severities, mask, left] : kCases) {
+    SCOPED_TRACE(testing::Message() << "mask " << mask << ", first severity " << severities[0]);
+    EXPECT_LT(left.size(), lines.size());
+    EXPECT_EQ(walk(severities, mask), std::pair(whole.first, left));
   }
 }
 

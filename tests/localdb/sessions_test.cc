@@ -5,7 +5,7 @@
 #include <unistd.h>
 
 #include <chrono>
-#include <thread>
+#include <tuple>
 
 #include "tests/localdb/database_fixture.h"
 
@@ -39,24 +39,18 @@ TEST_F(SessionsTest, NameTheirHandlerOrTheDefault) {
 }
 
 TEST_F(SessionsTest, AreMadeFromTheFilesAndRemoved) {
-  std::filesystem::remove(data_ / "qos/qos.ldb");
+  std::filesystem::remove(folder_ / "qos/qos.ldb");
   std::string made = "DEBUG: Local DB handler constructor\n";
   std::string removed = "DEBUG: Local DB handler destructor\n";
   for (int area = API_GATEWAY; area <= API_MISC; ++area) {
     const bool isMissing = area == API_QOS;
-    made += isMissing ? "WARN: cloneNewDB: Cannot load database from DATA/qos/qos.ldb\n"
+    made += isMissing ? "WARN: cloneNewDB: Cannot load database from ./qos/qos.ldb\n"
                       : "DEBUG: cloneNewDB: Initialized local database for api type " +
                             std::to_string(area) + "\n";
     removed += isMissing ? "" : "DEBUG: ~TreeMapObject: this=PTR\nDEBUG:      release jobj=PTR\n";
   }
   made += "DEBUG: cloneNewDB: new handler created for session s\n";
-  struct Row {
-    int (*operation)(const char*);
-    const char* key;
-    int result;
-    std::string lines;
-  };
-  const Row rows[] = {
+  const std::tuple<int (*)(const char*), const char*, int, std::string> kRows[] = {
       {LocalDbCtrl::cloneNewDB, "s", 1, made},
       {LocalDbCtrl::cloneNewDB, "s", 0,
        "DEBUG: cloneNewDB: session DB is already for key s, something weird\n"},
@@ -67,10 +61,10 @@ TEST_F(SessionsTest, AreMadeFromTheFilesAndRemoved) {
       {LocalDbCtrl::removeDB, nullptr, 1,
        "WARN: removeDB: sessionKey is NULL, nothing to be removed\n"},
   };
-  for (const Row& row : rows) {
-    int result = -1;
-    EXPECT_EQ(linesOf([&] { result = row.operation(row.key); }), row.lines);
-    EXPECT_EQ(result, row.result) << row.lines;
+  for (const auto& [operation, key, result, lines] : kRows) {
+    CapturedLog log;
+    EXPECT_EQ(operation(key), result) << lines;
+    EXPECT_EQ(log.text(), lines);
   }
 }
 
@@ -80,7 +74,7 @@ TEST_F(SessionsTest, OutliveTheirKeyWhileHeld) {
   for (const char* ending : {"save", "unlock"}) {
     for (const bool isMadeAgain : {true, false}) {
       SCOPED_TRACE(testing::Message() << ending << (isMadeAgain ? " made again" : ""));
-      data_.file("wifi/wifi.ldb", kFreshFile);
+      folder_.file("wifi/wifi.ldb", kFreshFile);
       LocalDbCtrl::cloneNewDB(kSession);
       ASSERT_TRUE(locked(kWifi, kSession, 7));
       Holder other(kWifi, "default");

@@ -1,5 +1,7 @@
 // The states of a slot: every transition with its answer and its lines, and who is refused.
 #include <chrono>
+#include <sstream>
+#include <tuple>
 
 #include "tests/localdb/database_fixture.h"
 
@@ -8,74 +10,69 @@ namespace {
 using SlotTest = DatabaseTest;
 constexpr unsigned int kWifi = API_WIFI;
 
-struct Transition {
-  const char *before, *event, *file, *answer;
-  LOCALDB_STATE_T to;
-  const char* lines;  // of the operation, its name as "op"
-};
-
-constexpr char kSaving[] = "DEBUG: op: type=1 save object PTR to file DATA/wifi/wifi.ldb\n";
-constexpr char kLoaded[] = "DEBUG: op: Initialized local database for api type 1\n";
-constexpr char kMissing[] =
-    "WARN: op: Cannot load database from DATA/wifi/wifi.ldb\n"
-    "ERROR: op: There is something wrong! localdb 1 is null in accessable state 0\n";
-
-const Transition kTransitions[] = {
-    {"", "lock ", kFreshFile, "handle", LDB_LOCKED, "DEBUG: op: start state=0\nLOADED"},
-    {"", "lock radios", kFreshFile, "handle", LDB_LOCKED, "DEBUG: op: start state=0\nLOADED"},
-    {"", "lock no", kFreshFile, "null", LDB_ACCESSIBLE, "DEBUG: op: start state=0\nLOADED"},
-    {"", "lock ", "", "null", LDB_NOT_INITIALIZED, "DEBUG: op: start state=0\nMISSING"},
-    {"", "lock ", "{", "handle", LDB_LOCKED, "DEBUG: op: start state=0\nLOADED"},
-    {"", "lock no", "{", "null", LDB_ACCESSIBLE, "DEBUG: op: start state=0\nLOADED"},
-    {"", "save", kFreshFile, "2", LDB_NOT_INITIALIZED,
-     "DEBUG: op: apiT=1 state=0\nDEBUG: op: I am not in locked state\n"},
-    {"lock no", "lock radios", kFreshFile, "handle", LDB_LOCKED, "DEBUG: op: start state=1\n"},
-    {"lock no", "lock no", kFreshFile, "null", LDB_ACCESSIBLE, "DEBUG: op: start state=1\n"},
-    {"lock no", "unlock", kFreshFile, "2", LDB_ACCESSIBLE,
-     "DEBUG: op: apiT=1 state=1\nWARN: op: I am not in locked state\n"},
-    {"lock ", "lock ", kFreshFile, "null", LDB_LOCKED,
-     "DEBUG: op: start state=2\n"
-     "WARN: op: failed to access local database (1) in writing state\n"},
-    {"lock no", "save", kFreshFile, "2", LDB_ACCESSIBLE,
-     "DEBUG: op: apiT=1 state=1\nDEBUG: op: I am not in locked state\n"},
-    {"lock ", "unlock", kFreshFile, "0", LDB_ACCESSIBLE, "DEBUG: op: apiT=1 state=2\n"},
-    {"lock ", "save", kFreshFile, "0", LDB_NOT_INITIALIZED, "DEBUG: op: apiT=1 state=2\nSAVING"},
-    {"lock ", "save", "{", "2", LDB_NOT_INITIALIZED, "DEBUG: op: apiT=1 state=2\nSAVING"},
-};
-
-// The lines of the operation, its name as "op".
-std::string protocolLines(const std::string& text, const std::string& event) {
+// What the event answers, and the lines of its operation, whose name is "op" in them.
+std::pair<std::string, std::string> told(const std::string& event) {
+  std::string answer;
+  std::istringstream lines(linesOf([&] { answer = answerTo(event); }));
   const std::string operation = event.substr(0, event.find(' ')) + "DbObject: ";
-  std::istringstream lines(text);
   std::string kept;
   for (std::string line; std::getline(lines, line);) {
     kept += line.find(operation) != std::string::npos ? line + "\n" : "";
   }
-  return replaced(kept, operation, "op: ");
+  return {answer, replaced(kept, operation, "op: ")};
 }
 
+constexpr char kSaving[] = "DEBUG: op: type=1 save object PTR to file ./wifi/wifi.ldb\n";
+constexpr char kLoaded[] = "DEBUG: op: Initialized local database for api type 1\n";
+constexpr char kMissing[] =
+    "WARN: op: Cannot load database from ./wifi/wifi.ldb\n"
+    "ERROR: op: There is something wrong! localdb 1 is null in accessable state 0\n";
+
+// What was before, the event, the file; then its answer, the new state and its lines.
+const std::tuple<const char*, const char*, const char*, const char*, LOCALDB_STATE_T, const char*>
+    kTransitions[] = {
+        {"", "lock ", kFreshFile, "handle", LDB_LOCKED, "DEBUG: op: start state=0\nLOADED"},
+        {"", "lock radios", kFreshFile, "handle", LDB_LOCKED, "DEBUG: op: start state=0\nLOADED"},
+        {"", "lock no", kFreshFile, "null", LDB_ACCESSIBLE, "DEBUG: op: start state=0\nLOADED"},
+        {"", "lock ", "", "null", LDB_NOT_INITIALIZED, "DEBUG: op: start state=0\nMISSING"},
+        {"", "lock ", "{", "handle", LDB_LOCKED, "DEBUG: op: start state=0\nLOADED"},
+        {"", "lock no", "{", "null", LDB_ACCESSIBLE, "DEBUG: op: start state=0\nLOADED"},
+        {"", "save", kFreshFile, "2", LDB_NOT_INITIALIZED,
+         "DEBUG: op: apiT=1 state=0\nDEBUG: op: I am not in locked state\n"},
+        {"lock no", "lock radios", kFreshFile, "handle", LDB_LOCKED, "DEBUG: op: start state=1\n"},
+        {"lock no", "lock no", kFreshFile, "null", LDB_ACCESSIBLE, "DEBUG: op: start state=1\n"},
+        {"lock no", "unlock", kFreshFile, "2", LDB_ACCESSIBLE,
+         "DEBUG: op: apiT=1 state=1\nWARN: op: I am not in locked state\n"},
+        {"lock ", "lock ", kFreshFile, "null", LDB_LOCKED,
+         "DEBUG: op: start state=2\n"
+         "WARN: op: failed to access local database (1) in writing state\n"},
+        {"lock no", "save", kFreshFile, "2", LDB_ACCESSIBLE,
+         "DEBUG: op: apiT=1 state=1\nDEBUG: op: I am not in locked state\n"},
+        {"lock ", "unlock", kFreshFile, "0", LDB_ACCESSIBLE, "DEBUG: op: apiT=1 state=2\n"},
+        {"lock ", "save", kFreshFile, "0", LDB_NOT_INITIALIZED,
+         "DEBUG: op: apiT=1 state=2\nSAVING"},
+        {"lock ", "save", "{", "2", LDB_NOT_INITIALIZED, "DEBUG: op: apiT=1 state=2\nSAVING"},
+};
+
 TEST_F(SlotTest, MovesAsTheTableSays) {
-  for (const Transition& row : kTransitions) {
-    SCOPED_TRACE(testing::Message() << row.before << " then " << row.event << " on " << row.file);
+  for (const auto& [before, event, text, answer, to, lines] : kTransitions) {
+    SCOPED_TRACE(testing::Message() << before << " then " << event << " on " << text);
     LocalDbCtrl::init();
-    const std::string file = data_.file("wifi/wifi.ldb", row.file);
-    if (row.file[0] == '\0') {
+    const std::string file = folder_.file("wifi/wifi.ldb", text);
+    if (text[0] == '\0') {
       std::filesystem::remove(file);
     }
-    if (row.before[0] != '\0') {
-      answerTo(row.before);
+    if (before[0] != '\0') {
+      answerTo(before);
     }
-    std::string answer;
-    const std::string lines = linesOf([&] { answer = answerTo(row.event); });
-    std::string expected = replaced(row.lines, "LOADED", kLoaded);
+    std::string expected = replaced(lines, "LOADED", kLoaded);
     expected = replaced(replaced(expected, "MISSING", kMissing), "SAVING", kSaving);
-    EXPECT_EQ(protocolLines(lines, row.event), expected);
-    EXPECT_EQ(answer, row.answer);
-    EXPECT_EQ(stateOf(kWifi), row.to);
+    EXPECT_EQ(told(event), std::pair(std::string(answer), expected));
+    EXPECT_EQ(stateOf(kWifi), to);
     EXPECT_EQ(LocalDbCtrl::getDBByKey("default")->localdb[kWifi] != nullptr,
-              row.to != LDB_NOT_INITIALIZED);
+              to != LDB_NOT_INITIALIZED);
     // Nothing stays blocked, whatever the answer was.
-    data_.file("wifi/wifi.ldb", kFreshFile);
+    folder_.file("wifi/wifi.ldb", kFreshFile);
     answerTo("unlock");
     Holder(kWifi, "default").end([] { return answerTo("unlock"); });
   }
@@ -92,9 +89,9 @@ TEST_F(SlotTest, WritesOnlyWhatIsSaved) {
   EXPECT_EQ(fileHolds(kWifi, "count"), 1) << "the next save writes what unlock kept";
   EXPECT_EQ(fileHolds(kWifi, "radios.channel"), 11);
   ASSERT_TRUE(locked(kWifi, "default", 2));
-  BEConfig::DATA_LOCATION = data_ / "missing";
+  BEConfig::DATA_LOCATION = "missing";
   EXPECT_EQ(answerTo("save"), "2") << "and the changes are lost";
-  BEConfig::DATA_LOCATION = data_.path();
+  BEConfig::DATA_LOCATION = ".";
   EXPECT_EQ(stateOf(kWifi), LDB_NOT_INITIALIZED);
   EXPECT_EQ(fileHolds(kWifi, "count"), 1);
 }
@@ -110,38 +107,30 @@ TEST_F(SlotTest, RefusesWhatNamesNoSlot) {
             "ERROR: unlockDbObject: there is no area 8\n");
   LocalDbCtrl::removeDB("default");
   for (const char* event : {"lock ", "save", "unlock"}) {
-    EXPECT_EQ(protocolLines(linesOf([&] { answerTo(event); }), event),
-              "ERROR: op: there is no database handler\n");
+    EXPECT_EQ(told(event).second, "ERROR: op: there is no database handler\n");
   }
 }
 
 // The handler's fields are the backend's to change, too.
 TEST_F(SlotTest, SaysWhatIsWrongWithIt) {
-  const struct {
-    const char* event;
-    bool isEmptied;
-    const char* lines;
-  } kCases[] = {
+  const std::tuple<const char*, bool, const char*> kCases[] = {
       {"save", false, "DEBUG: op: I am not in locked state\n"},
       {"unlock", false, "WARN: op: I am not in locked state\n"},
       {"save", true, "DEBUG: op: there is something wrong, I am is not initialized already!\n"},
       {"unlock", true, "ERROR: op: there is something wrong, I am is not initialized already!\n"},
   };
   LOCALDB_HANDLER* const handler = LocalDbCtrl::getDBByKey("default");
-  for (const auto& c : kCases) {
-    SCOPED_TRACE(c.lines);
+  for (const auto& [event, isEmptied, line] : kCases) {
     ASSERT_EQ(answerTo("lock "), "handle");
-    if (c.isEmptied) {
+    if (isEmptied) {
       delete std::exchange(handler->localdb[kWifi], nullptr);
     } else {
       handler->state[kWifi] = LDB_ACCESSIBLE;
     }
-    std::string answer;
-    const std::string lines = linesOf([&] { answer = answerTo(c.event); });
-    EXPECT_EQ(protocolLines(lines, c.event),
-              "DEBUG: op: apiT=1 state=" + std::to_string(c.isEmptied ? 2 : 1) + "\n" + c.lines);
-    EXPECT_EQ(answer, "2");
-    EXPECT_EQ(stateOf(kWifi), c.isEmptied ? LDB_NOT_INITIALIZED : LDB_ACCESSIBLE);
+    const std::string state = isEmptied ? "2" : "1";
+    EXPECT_EQ(told(event),
+              std::pair(std::string("2"), "DEBUG: op: apiT=1 state=" + state + "\n" + line));
+    EXPECT_EQ(stateOf(kWifi), isEmptied ? LDB_NOT_INITIALIZED : LDB_ACCESSIBLE) << line;
   }
 }
 

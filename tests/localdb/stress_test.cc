@@ -13,13 +13,12 @@
 #include <chrono>
 #include <cstdlib>
 #include <random>
-#include <vector>
 
 #include "tests/localdb/database_fixture.h"
 
 namespace {
 
-constexpr int kThreads = 8;
+constexpr unsigned int kThreads = 8;
 constexpr std::array<const char*, 4> kSessions = {"default", "one that stays for the whole test",
                                                   "one that comes and goes", "another such"};
 
@@ -83,13 +82,7 @@ class StressTest : public DatabaseTest {
 
 TEST_F(StressTest, LosesNothingThatWasSaved) {
   LocalDbCtrl::cloneNewDB(kSessions[1]);
-  std::vector<std::thread> threads;
-  for (unsigned int thread = 0; thread < kThreads; ++thread) {
-    threads.emplace_back([this, thread] { work(thread); });
-  }
-  for (std::thread& thread : threads) {
-    thread.join();
-  }
+  inThreads(kThreads, [this](unsigned int thread) { work(thread); });
   for (unsigned int area = 0; area < counted_.size(); ++area) {
     if (stays(area)) {
       count(area, area, true);

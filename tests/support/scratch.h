@@ -1,21 +1,23 @@
 // What tests of files and processes share: a folder to work in, whole files as texts, and work done
-// in a child process whose output and end are looked at.
+// in a child process, in threads, or on a small stack.
 #ifndef HEARTH_TESTS_SUPPORT_SCRATCH_H
 #define HEARTH_TESTS_SUPPORT_SCRATCH_H
 
 #include <gtest/gtest.h>
+#include <pthread.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include <cstdio>
+#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <functional>
 #include <iterator>
 #include <set>
 #include <string>
-
-#include "tests/support/temp_dir.h"
+#include <thread>
+#include <vector>
 
 inline std::string textOf(const std::string& path) {
   std::ifstream file(path, std::ios::binary);
@@ -34,24 +36,62 @@ inline std::set<std::string> namesIn(const std::string& folder) {
   return names;
 }
 
+// A folder of its own for a test, removed with all that is in it.
+class TempDir {
+ public:
+  explicit TempDir(const std::string& parent = std::filesystem::temp_directory_path())
+      : path_(parent + "/hearth-XXXXXX") {
+    EXPECT_NE(nullptr, mkdtemp(path_.data())) << path_;
+  }
+  ~TempDir() {
+    std::error_code ignored;
+    std::filesystem::remove_all(path_, ignored);
+  }
+  TempDir(const TempDir&) = delete;
+  TempDir& operator=(const TempDir&) = delete;
+
+  std::string operator/(const std::string& name) const { return path_ + "/" + name; }
+  const std::string& path() const { return path_; }
+
+  // Makes a file with these contents, and its folder; gives its whole path.
+  std::string file(const std::string& name, const std::string& contents) const {
+    const std::filesystem::path path = *this / name;
+    std::filesystem::create_directories(path.parent_path());
+    putText(path, contents);
+    return path;
+  }
+  std::string contentsOf(const std::string& name) const { return textOf(*this / name); }
+
+ private:
+  std::string path_;
+};
+
 // A new folder, which is the working folder while the test runs.
 class Scratch : public testing::Test {
  protected:
-  Scratch() { std::filesystem::current_path(folder_.path()); }
+  explicit Scratch(const std::string& parent = std::filesystem::temp_directory_path())
+      : folder_(parent) {
+    std::filesystem::current_path(folder_.path());
+  }
   ~Scratch() override { std::filesystem::current_path("/"); }
 
   const TempDir folder_;
 };
 
 // The same in memory, where flushing takes no time.
-struct InMemory {
-  InMemory() {
-    if (access("/dev/shm", W_OK) == 0) {
-      setenv("TMPDIR", "/dev/shm", 1);
-    }
-  }
+class ScratchInMemory : public Scratch {
+ protected:
+  ScratchInMemory()
+      : Scratch(access("/dev/shm", W_OK) == 0 ? "/dev/shm"
+                                              : std::filesystem::temp_directory_path().string()) {}
 };
-class ScratchInMemory : private InMemory, public Scratch {};
+
+// What the work writes to standard output.
+inline std::string printed(const std::function<void()>& work) {
+  testing::internal::CaptureStdout();
+  work();
+  return testing::internal::GetCapturedStdout();
+}
 
 struct Ended {
   int status;  // the exit status, or 1000 and the signal's number
@@ -76,6 +116,32 @@ inline Ended inChild(const std::function<void()>& work) {
   waitpid(child, &status, 0);
   return {WIFEXITED(status) ? WEXITSTATUS(status) : 1000 + WTERMSIG(status),
           outputs.contentsOf("out"), outputs.contentsOf("err")};
+}
+
+// Does the work in so many threads at once, each of which knows its number.
+inline void inThreads(unsigned int count, const std::function<void(unsigned int)>& work) {
+  std::vector<std::thread> threads;
+  for (unsigned int number = 0; number < count; ++number) {
+    threads.emplace_back(work, number);
+  }
+  for (std::thread& thread : threads) {
+    thread.join();
+  }
+}
+
+// Does the work on a thread with the stack that the product's threads have.
+inline void onSmallStack(std::function<void()> work) {
+  pthread_attr_t attributes;
+  pthread_attr_init(&attributes);
+  pthread_attr_setstacksize(&attributes, 128 * 1024);
+  const auto run = [](void* start) -> void* {
+    (*static_cast<std::function<void()>*>(start))();
+    return nullptr;
+  };
+  pthread_t thread;
+  ASSERT_EQ(0, pthread_create(&thread, &attributes, run, &work));
+  pthread_join(thread, nullptr);
+  pthread_attr_destroy(&attributes);
 }
 
 #endif

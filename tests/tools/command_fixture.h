@@ -12,7 +12,7 @@
 #include <string>
 #include <vector>
 
-#include "tests/support/temp_dir.h"
+#include "tests/support/scratch.h"
 
 struct Row {
   std::string line;

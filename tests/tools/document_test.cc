@@ -8,7 +8,7 @@
 #include <thread>
 
 #include "hearth/be_config.h"
-#include "tests/support/temp_dir.h"
+#include "tests/support/scratch.h"
 #include "tools/failure.h"
 
 namespace hearth::tool {
