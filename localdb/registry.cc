@@ -45,9 +45,8 @@ Controllers::iterator findEntry(const char* key) {
     soughtKey.assign(key, length);
     return all.find(soughtKey);
   }
-  return std::find_if(all.begin(), all.end(), [=](const Controllers::value_type& entry) {
-    return entry.first.compare(0, std::string::npos, key, length) == 0;
-  });
+  return std::find_if(all.begin(), all.end(),
+                      [=](const Controllers::value_type& entry) { return entry.first == key; });
 }
 
 bool isRegistered(const char* key) {

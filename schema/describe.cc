@@ -1,5 +1,5 @@
-// What a rule asks for, in words. A sentence is a text with gaps: '%' and a letter, which Sentence
-// fills with what is known of the failure.
+// What a rule asks for, in words. A sentence is a text with gaps: '%' and a letter that says
+// which of the facts known of the failure stands there.
 #include "schema/describe.h"
 
 #include <json-c/json.h>
@@ -10,7 +10,6 @@
 #include "schema/assertions.h"
 #include "schema/equality.h"
 #include "schema/number.h"
-#include "schema/pointer.h"
 #include "schema/text.h"
 
 namespace hearth {
@@ -51,6 +50,9 @@ constexpr FailureRow kFailures[] = {
     {Id::kRequired, "must have the member %m"},
     {Id::kNot, "must not match the schema of \"not\""},
     {Id::kOneOf, "must match exactly one of the alternatives, but matches more"},
+    {Id::kContains, "must have at least 1 matching \"contains\", but has %c"},
+    {Id::kMinContains, "must have at least %v matching \"contains\", but has %c"},
+    {Id::kMaxContains, "must have at most %v matching \"contains\", but has %c"},
     {Id::kNone, "does not satisfy %k"},
 };
 
@@ -72,6 +74,14 @@ constexpr TroubleRow kTroubles[] = {
     {Trouble::kPatternLimit, "a pattern of %k takes too much work"},
     {Trouble::kUnknownVocabulary, "the schema requires a vocabulary that is not known"},
 };
+
+const char* failureOf(Id keyword) {
+  const FailureRow* row = kFailures;
+  while (row->keyword != keyword && row->keyword != Id::kNone) {
+    ++row;
+  }
+  return row->sentence;
+}
 
 // The first of these names that the instance lacks.
 const char* missingName(json_object* instance, json_object* names) {
@@ -95,12 +105,13 @@ size_t sizeOf(json_object* value) {
   }
 }
 
+// What is known of a failure, and the sentence about it.
 class Sentence {
  public:
-  Sentence(json_object* instance, Id keyword, json_object* value)
-      : instance_(instance), keyword_(keyword), value_(value) {}
+  Sentence(json_object* instance, Id keyword, json_object* value, size_t count = 0)
+      : instance_(instance), keyword_(keyword), value_(value), count_(count) {}
 
-  void add(const char* sentence) {
+  Sentence& add(const char* sentence) {
     for (const char* at = sentence; *at; ++at) {
       if (*at == '%') {
         fill(*++at);
@@ -108,13 +119,53 @@ class Sentence {
         out_ += *at;
       }
     }
+    return *this;
   }
 
+  Sentence& addName(const char* name) {
+    append(&out_, {"\"", name, "\""});
+    return *this;
+  }
+
+  std::string& text() { return out_; }
+
+ private:
+  void fill(char gap) {
+    switch (gap) {
+      case 'i':  // the instance
+        return addValue(instance_);
+      case 'a':  // its type
+        return addType(instance_);
+      case 'n':  // how many characters, elements or members it has
+        return addNumber(sizeOf(instance_));
+      case 'c':  // how many of its elements match "contains"
+        return addNumber(count_);
+      case 'e':  // which of its elements are equal
+        return addEqualElements();
+      case 'm':  // the first name in the keyword's value that it lacks
+        return addMissing();
+      case 'k':  // the keyword
+        addName(nameOf(keyword_));
+        return;
+      case 'v':  // its value
+        return addValue(value_);
+      case 'b':  // the type of its value
+        return addType(value_);
+      case 't':  // the text that its value is
+        out_ += textOf(value_);
+        return;
+      case 'l':  // the list that its value is
+        return addList();
+      case 'w':  // the types that its value wants
+        return addTypesWanted();
+      default:  // s: the ending of a noun that its value counts
+        return addEnding();
+    }
+  }
+
+  // json-c's own rendering would write into the value, which others may be reading.
   void addValue(json_object* value) {
     switch (json_object_get_type(value)) {
-      case json_type_null:
-        out_ += "null";
-        break;
       case json_type_boolean:
         out_ += json_object_get_boolean(value) ? "true" : "false";
         break;
@@ -122,67 +173,24 @@ class Sentence {
       case json_type_double:
         addNumber(numberOf(value));
         break;
-      case json_type_array:
-        addContainer(value, "an array of ", " element");
-        break;
-      case json_type_object:
-        addContainer(value, "an object of ", " member");
-        break;
       case json_type_string:
         addText(textOf(value));
         break;
-    }
-  }
-
-  std::string take() { return std::move(out_); }
-
- private:
-  void fill(char gap) {
-    switch (gap) {
-      case 'i':  // the instance
-        addValue(instance_);
+      case json_type_array:
+        addContainer(value, " element");
         break;
-      case 'a':  // its type
-        out_ += kTypes[json_object_get_type(instance_)];
+      case json_type_object:
+        addContainer(value, " member");
         break;
-      case 'n':  // how many characters, elements or members it has
-        out_ += decimal(sizeOf(instance_));
-        break;
-      case 'e':  // which of its elements are equal
-        addEqual();
-        break;
-      case 'm':  // the first name in the keyword's value that it lacks
-        addName(missingName(instance_, value_));
-        break;
-      case 'k':  // the keyword
-        addName(nameOf(keyword_));
-        break;
-      case 'v':  // its value
-        addValue(value_);
-        break;
-      case 'b':  // the type of its value
-        out_ += kTypes[json_object_get_type(value_)];
-        break;
-      case 't':  // the text that its value is
-        out_ += textOf(value_);
-        break;
-      case 'l':  // the list that its value is
-        addList();
-        break;
-      case 'w':  // the types that its value wants
-        addTypes();
-        break;
-      case 's':  // the ending of a noun that its value counts
-        addEnding();
+      default:
+        addType(value);
         break;
     }
   }
 
-  void addName(const char* name) {
-    out_ += '"';
-    out_ += name ? name : "";
-    out_ += '"';
-  }
+  void addType(json_object* value) { out_ += kTypes[json_object_get_type(value)]; }
+
+  void addNumber(uint64_t number) { out_ += decimal(number); }
 
   void addNumber(const Number& number) {
     if (number.isDouble) {
@@ -190,16 +198,8 @@ class Sentence {
       out_.append(text, std::to_chars(text, text + sizeof text, number.real).ptr);
     } else {
       out_ += number.negative ? "-" : "";
-      out_ += decimal(number.magnitude);
+      addNumber(number.magnitude);
     }
-  }
-
-  void addContainer(json_object* container, const char* kind, const char* noun) {
-    const size_t size = sizeOf(container);
-    out_ += kind;
-    out_ += decimal(size);
-    out_ += noun;
-    out_ += size == 1 ? "" : "s";
   }
 
   // The start of a text, never ending inside a character; nothing in it moves a terminal's cursor.
@@ -216,6 +216,12 @@ class Sentence {
     out_ += cut ? "...\"" : "\"";
   }
 
+  void addContainer(json_object* container, const char* noun) {
+    const size_t size = sizeOf(container);
+    addType(container);
+    append(&out_, {" of ", decimal(size), noun, size == 1 ? "" : "s"});
+  }
+
   // The last ones as "...".
   void addList() {
     constexpr size_t kMost = 8;
@@ -227,15 +233,25 @@ class Sentence {
     out_ += count > kMost ? ", ..." : "";
   }
 
-  void addTypes() {
+  void addTypesWanted() {
     if (json_object_get_type(value_) == json_type_array) {
       out_ += "one of the types ";
       return addList();
     }
     const std::string_view name = json_object_get_string(value_);
     const bool vowel = name == "object" || name == "array" || name == "integer";
-    out_ += name == "null" ? "" : vowel ? "an " : "a ";
-    out_ += name;
+    append(&out_, {name == "null" ? "" : vowel ? "an " : "a ", name});
+  }
+
+  void addEqualElements() {
+    Effort effort;
+    const EqualPair pair = findEqualElements(instance_, effort);
+    append(&out_, {decimal(pair.first), " and ", decimal(pair.second)});
+  }
+
+  void addMissing() {
+    const char* const name = missingName(instance_, value_);
+    addName(name ? name : "");
   }
 
   void addEnding() {
@@ -243,17 +259,10 @@ class Sentence {
     out_ += isCount(value_, &count) && count == 1 ? "" : "s";
   }
 
-  void addEqual() {
-    Effort effort;
-    const EqualPair pair = findEqualElements(instance_, effort);
-    out_ += decimal(pair.first);
-    out_ += " and ";
-    out_ += decimal(pair.second);
-  }
-
   json_object* instance_;
   Id keyword_;
   json_object* value_;
+  size_t count_;
   std::string out_;
 };
 
@@ -262,15 +271,15 @@ class Sentence {
 std::string describeDependency(json_object* instance, Id keyword, json_object* value) {
   if (json_object_get_type(value) == json_type_array) {
     Sentence sentence(instance, keyword, value);
-    sentence.add("must have the member %m, because another member needs it");
-    return sentence.take();
+    return std::move(
+        sentence.add("must have the member %m, because another member needs it").text());
   }
   json_object_object_foreach(value, name, names) {
     if (json_object_get_type(names) == json_type_array &&
         json_object_object_get_ex(instance, name, nullptr) && missingName(instance, names)) {
       Sentence sentence(instance, keyword, names);
-      sentence.add("must have the member %m, because it has \"");
-      return sentence.take() + name + '"';
+      sentence.add("must have the member %m, because it has ").addName(name);
+      return std::move(sentence.text());
     }
   }
   return "lacks a member that another one needs";
@@ -289,37 +298,28 @@ Id boundOf(Id keyword, json_object* schema, Draft draft) {
 
 }  // namespace
 
-// json-c's own rendering would write into the value, which others may be reading.
-std::string shown(json_object* value) {
-  Sentence sentence(nullptr, Id::kNone, nullptr);
-  sentence.addValue(value);
-  return sentence.take();
-}
-
 std::string describeFailure(json_object* instance, Id keyword, json_object* value,
                             json_object* schema, Draft draft) {
   if (keyword == Id::kDependentRequired || keyword == Id::kDependencies) {
     return describeDependency(instance, keyword, value);
   }
-  const Id wanted = boundOf(keyword, schema, draft);
-  const FailureRow* row = kFailures;
-  while (row->keyword != wanted && row->keyword != Id::kNone) {
-    ++row;
-  }
   Sentence sentence(instance, keyword, value);
-  sentence.add(row->sentence);
-  return sentence.take();
+  return std::move(sentence.add(failureOf(boundOf(keyword, schema, draft))).text());
+}
+
+std::string describeCount(size_t count, Id keyword, json_object* value) {
+  Sentence sentence(nullptr, keyword, value, count);
+  return std::move(sentence.add(failureOf(keyword)).text());
 }
 
 std::string describeTrouble(Trouble trouble, Id keyword, json_object* value) {
   Sentence sentence(nullptr, keyword, value);
   for (const TroubleRow& row : kTroubles) {
     if (row.trouble == trouble) {
-      sentence.add("cannot be checked: ");
-      sentence.add(row.sentence);
+      sentence.add("cannot be checked: ").add(row.sentence);
     }
   }
-  return sentence.take();
+  return std::move(sentence.text());
 }
 
 }  // namespace schema

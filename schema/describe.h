@@ -17,11 +17,11 @@ namespace schema {
 std::string describeFailure(json_object* instance, Id keyword, json_object* value,
                             json_object* schema, Draft draft);
 
+// The same for a keyword that bounds how many elements match "contains".
+std::string describeCount(size_t count, Id keyword, json_object* value);
+
 // Why the validation ended early, with the keyword at fault.
 std::string describeTrouble(Trouble trouble, Id keyword, json_object* value);
-
-// A value as JSON text, shortened to what fits a sentence.
-std::string shown(json_object* value);
 
 }  // namespace schema
 }  // namespace hearth

@@ -7,9 +7,10 @@
 #include <json-c/json.h>
 
 #include <cstring>
-#include <initializer_list>
 #include <string>
 #include <string_view>
+
+#include "schema/text.h"
 
 namespace hearth {
 namespace schema {
@@ -158,23 +159,18 @@ class Writer {
   }
 
  private:
-  void add(std::initializer_list<std::string_view> texts) {
-    for (const std::string_view text : texts) {
-      out_ += text;
-    }
-  }
-
   // Identifier, dialect and type, as every metaschema and part of one begins.
   void head(std::string_view folder, std::string_view name) {
     const bool parted = draft_ >= Draft::k2019;
     const char* const scheme = parted ? "https://" : "http://";
     const char* const uri = kNames[static_cast<size_t>(draft_)].uri;
-    add({R"("$schema":")", scheme, uri, parted ? "schema" : "#", R"(",")",
-         draft_ == Draft::k4 ? "id" : "$id", R"(":")", scheme, uri, parted ? folder : "#", name,
-         R"(","type":)", draft_ == Draft::k4 ? R"("object",)" : R"(["object","boolean"],)",
-         draft_ == Draft::k2019   ? R"("$recursiveAnchor":true,)"
-         : draft_ == Draft::k2020 ? R"("$dynamicAnchor":"meta",)"
-                                  : ""});
+    append(&out_,
+           {R"("$schema":")", scheme, uri, parted ? "schema" : "#", R"(",")",
+            draft_ == Draft::k4 ? "id" : "$id", R"(":")", scheme, uri, parted ? folder : "#", name,
+            R"(","type":)", draft_ == Draft::k4 ? R"("object",)" : R"(["object","boolean"],)",
+            draft_ == Draft::k2019   ? R"("$recursiveAnchor":true,)"
+            : draft_ == Draft::k2020 ? R"("$dynamicAnchor":"meta",)"
+                                     : ""});
   }
 
   // The parts stand in "$defs", and the whole is all of them.
@@ -182,7 +178,7 @@ class Writer {
     out_ += R"("allOf":[)";
     for (const Part& part : kParts) {
       if (part.drafts & bit_) {
-        add({R"({"$ref":"meta/)", part.name, R"("},)"});
+        append(&out_, {R"({"$ref":"meta/)", part.name, R"("},)"});
       }
     }
     out_.back() = ']';
@@ -191,7 +187,7 @@ class Writer {
       if (part.drafts & bit_) {
         const char own[] = {part.letter, '\0'};
         const char definitions[] = {static_cast<char>(part.letter & ~0x20), '\0'};
-        add({"\"", part.name, "\":{"});
+        append(&out_, {"\"", part.name, "\":{"});
         head("meta/", part.name);
         table("properties", own);
         table("$defs", definitions);
@@ -203,11 +199,11 @@ class Writer {
 
   // An object of all rows of these parts.
   void table(const char* name, const char* parts) {
-    add({"\"", name, "\":{"});
+    append(&out_, {"\"", name, "\":{"});
     for (const Row& row : kRows) {
       for (const char* at = row.keywords; (row.drafts & bit_) && strchr(parts, row.part) && *at;) {
         const char* const equals = strchr(at, '=');
-        add({"\"", {at, static_cast<size_t>(equals - at)}, "\":"});
+        append(&out_, {"\"", {at, static_cast<size_t>(equals - at)}, "\":"});
         kind(equals[1]);
         out_ += ',';
         at = equals + 3;
@@ -234,9 +230,11 @@ class Writer {
   // Ends an object, whose last member has left a comma.
   std::string& close() {
     if (out_.back() == ',') {
-      out_.pop_back();
+      out_.back() = '}';
+    } else {
+      out_ += '}';
     }
-    return out_ += '}';
+    return out_;
   }
 
   Draft draft_;

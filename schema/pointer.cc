@@ -3,18 +3,11 @@
 
 #include <json-c/json.h>
 
-#include <cinttypes>
-#include <cstdio>
-
 #include "schema/effort.h"
+#include "schema/text.h"
 
 namespace hearth {
 namespace schema {
-
-std::string decimal(uint64_t number) {
-  char text[24];
-  return {text, static_cast<size_t>(snprintf(text, sizeof text, "%" PRIu64, number))};
-}
 
 void addToPointer(std::string* pointer, const char* token) {
   *pointer += '/';

@@ -2,7 +2,6 @@
 #ifndef HEARTH_SCHEMA_POINTER_H
 #define HEARTH_SCHEMA_POINTER_H
 
-#include <cstdint>
 #include <string>
 
 struct json_object;
@@ -12,9 +11,6 @@ namespace schema {
 
 // The JSON pointer to a value, found by its identity, below top; false when it is not there.
 [[nodiscard]] bool locate(json_object* top, json_object* wanted, std::string* pointer);
-
-// A number in digits, as it stands in a pointer or a sentence.
-std::string decimal(uint64_t number);
 
 // Appends one step to a JSON pointer.
 void addToPointer(std::string* pointer, const char* token);

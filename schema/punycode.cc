@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cstdint>
-#include <vector>
 
 #include "schema/reader.h"
 #include "schema/utf8.h"
@@ -13,6 +12,25 @@ namespace {
 
 constexpr uint32_t kBase = 36, kLeast = 1, kMost = 26;
 constexpr size_t kLongestLabel = 63;
+
+// The characters of a label, in place.
+class Points {
+ public:
+  [[nodiscard]] size_t size() const { return size_; }
+  [[nodiscard]] const uint32_t* begin() const { return points_; }
+  [[nodiscard]] const uint32_t* end() const { return points_ + size_; }
+  // Requires that there is room.
+  void insert(size_t at, uint32_t point) {
+    std::copy_backward(points_ + at, points_ + size_, points_ + size_ + 1);
+    points_[at] = point;
+    ++size_;
+  }
+  void add(uint32_t point) { points_[size_++] = point; }
+
+ private:
+  uint32_t points_[kLongestLabel + 1];
+  size_t size_ = 0;
+};
 
 // The bias adapts to the distances seen so far; one object per text.
 class Bias {
@@ -51,9 +69,11 @@ bool decodePunycode(std::string_view text, std::string* utf8) {
     return false;
   }
   const size_t dash = text.rfind('-');
-  std::vector<uint32_t> points;
+  Points points;
   if (dash != std::string_view::npos) {
-    points.assign(text.begin(), text.begin() + static_cast<std::ptrdiff_t>(dash));
+    for (const char c : text.substr(0, dash)) {
+      points.add(static_cast<unsigned char>(c));
+    }
     text.remove_prefix(dash + 1);
   }
   Bias bias;
@@ -85,7 +105,7 @@ bool decodePunycode(std::string_view text, std::string* utf8) {
     if (point > 0x10FFFF) {
       return false;
     }
-    points.insert(points.begin() + static_cast<std::ptrdiff_t>(at), static_cast<uint32_t>(point));
+    points.insert(static_cast<size_t>(at), static_cast<uint32_t>(point));
     ++at;
   }
   for (const uint32_t code : points) {
@@ -95,13 +115,13 @@ bool decodePunycode(std::string_view text, std::string* utf8) {
 }
 
 bool encodePunycode(std::string_view utf8, std::string* text) {
-  std::vector<uint32_t> points;
+  Points points;
   while (!utf8.empty()) {
     uint32_t code = 0;
     if (points.size() > kLongestLabel || !takeUtf8(&utf8, &code)) {
       return false;
     }
-    points.push_back(code);
+    points.add(code);
     if (code < 128) {
       *text += static_cast<char>(code);
     }

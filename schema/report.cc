@@ -6,6 +6,7 @@
 
 #include "schema/describe.h"
 #include "schema/pointer.h"
+#include "schema/text.h"
 #include "schema/walker.h"
 
 namespace hearth {
@@ -20,9 +21,9 @@ std::string instancePointer(const Place& place) {
     if (on->member) {
       addToPointer(&step, on->member);
     } else if (on->element != Place::kNoElement) {
-      addToPointer(&step, decimal(on->element).c_str());
+      step = joined({"/", decimal(on->element)});
     }
-    pointer.insert(0, step);
+    pointer = joined({step, pointer});
   }
   return pointer;
 }
@@ -65,11 +66,7 @@ bool Walker::stop(const Place& place, Id keyword, json_object* value, Trouble tr
 
 bool Walker::failCount(const Place& place, Id keyword, json_object* value, size_t count) {
   if (wantsReport()) {
-    std::string message = "must have ";
-    message += keyword == Id::kMaxContains ? "at most " : "at least ";
-    message += keyword == Id::kContains ? "1" : shown(value);
-    message += " matching \"contains\", but has " + decimal(count);
-    record(place, keyword, value, std::move(message));
+    record(place, keyword, value, describeCount(count, keyword, value));
   }
   return false;
 }
@@ -80,33 +77,27 @@ bool Walker::failAlternatives(const Place& place, Id keyword, json_object* schem
   if (!wantsReport()) {
     return false;
   }
-  Violation closest;
+  std::string closest;
   unsigned closestDepth = 0;
-  size_t closestIndex = 0;
   const size_t count = json_object_array_length(schemas);
   ++explaining_;
   for (size_t i = 0; i < count && !effort().stopped(); ++i) {
     deepest_ = 0;
     if (!holds(place, json_object_array_get_idx(schemas, i), keyword, nullptr) &&
         (i == 0 || deepest_ > closestDepth)) {
-      closest = *violation_;
+      const std::string& where = violation_->instanceLocation;
+      closest = joined({"; the closest is number ", decimal(i + 1), ": ",
+                        where.empty() ? "it" : where, " ", violation_->message});
       closestDepth = deepest_;
-      closestIndex = i;
     }
   }
   --explaining_;
   if (isFinal_) {
     return false;
   }
-  std::string message = "must match ";
-  message += keyword == Id::kOneOf ? "exactly one of " : "at least one of ";
-  message += decimal(count) + " alternatives, but matches none";
-  if (count > 0) {
-    message += "; the closest is number " + decimal(closestIndex + 1) + ": " +
-               (closest.instanceLocation.empty() ? "it" : closest.instanceLocation) + ' ' +
-               closest.message;
-  }
-  record(place, keyword, schemas, std::move(message));
+  record(place, keyword, schemas,
+         joined({"must match ", keyword == Id::kOneOf ? "exactly" : "at least", " one of ",
+                 decimal(count), " alternatives, but matches none", closest}));
   return false;
 }
 
@@ -130,7 +121,7 @@ std::string Walker::ruleLocation(const Place& place, Id keyword, json_object* va
       addToPointer(&location, nameOf(keyword));
     }
   }
-  return document.empty() ? location : document + '#' + location;
+  return document.empty() ? location : joined({document, "#", location});
 }
 
 }  // namespace schema

@@ -1,6 +1,8 @@
 // Following references: by URI and anchor through the entries that the search has left, by JSON
 // pointer straight through the document.
 #include <algorithm>
+#include <cstdlib>
+#include <cstring>
 
 #include "schema/identifiers.h"
 #include "schema/resources.h"
@@ -16,7 +18,7 @@ json_object* childOf(json_object* value, const std::string& token) {
     return memberOf(value, token.c_str());
   }
   if (json_object_get_type(value) != json_type_array || token.empty() || token.size() > 9 ||
-      token.find_first_not_of("0123456789") != std::string::npos) {
+      strspn(token.c_str(), "0123456789") != token.size()) {
     return nullptr;
   }
   return json_object_array_get_idx(value, strtoul(token.c_str(), nullptr, 10));

@@ -6,6 +6,8 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <initializer_list>
+#include <string>
 #include <string_view>
 
 namespace hearth {
@@ -24,6 +26,13 @@ inline size_t lengthOf(std::string_view text) {
   }
   return length;
 }
+
+// Several texts behind a first one, and one text of several: without a temporary one for each.
+void append(std::string* out, std::initializer_list<std::string_view> texts);
+std::string joined(std::initializer_list<std::string_view> texts);
+
+// A number in digits.
+std::string decimal(uint64_t number);
 
 // FNV-1a. Equal hashes can be made on purpose: whoever looks entries up by it counts his steps.
 inline uint32_t hashText(std::string_view text, uint32_t hash = 2166136261U) {

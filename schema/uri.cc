@@ -1,6 +1,7 @@
 #include "schema/uri.h"
 
 #include "schema/reader.h"
+#include "schema/text.h"
 
 namespace hearth {
 namespace schema {
@@ -42,7 +43,7 @@ std::string withoutDots(std::string_view path) {
     path = last ? std::string_view() : path.substr(end);
     if (segment == "/." || segment == "." || segment == ".." || segment == "/..") {
       if (segment.size() == 3) {
-        const size_t slash = out.rfind('/');
+        const size_t slash = std::string_view(out).rfind('/');
         out.erase(slash == kNone ? 0 : slash);
       }
       if (last && segment[0] == '/') {
@@ -57,19 +58,10 @@ std::string withoutDots(std::string_view path) {
 
 std::string merged(const Uri& base, std::string_view path) {
   if (!base.authority.empty() && base.path.empty()) {
-    return "/" + std::string(path);
+    return joined({"/", path});
   }
   const size_t slash = base.path.rfind('/');
-  std::string out(base.path.substr(0, slash == kNone ? 0 : slash + 1));
-  return out += path;
-}
-
-std::string joined(std::string_view scheme, std::string_view authority, std::string_view path,
-                   std::string_view query) {
-  std::string out(scheme);
-  out += authority;
-  out += path;
-  return out += query;
+  return joined({base.path.substr(0, slash == kNone ? 0 : slash + 1), path});
 }
 
 }  // namespace
@@ -78,16 +70,16 @@ std::string resolveUri(std::string_view base, std::string_view reference) {
   const Uri b = split(base);
   const Uri r = split(reference);
   if (!r.scheme.empty()) {
-    return joined(r.scheme, r.authority, withoutDots(r.path), r.query);
+    return joined({r.scheme, r.authority, withoutDots(r.path), r.query});
   }
   if (!r.authority.empty()) {
-    return joined(b.scheme, r.authority, withoutDots(r.path), r.query);
+    return joined({b.scheme, r.authority, withoutDots(r.path), r.query});
   }
   if (r.path.empty()) {
-    return joined(b.scheme, b.authority, b.path, r.query.empty() ? b.query : r.query);
+    return joined({b.scheme, b.authority, b.path, r.query.empty() ? b.query : r.query});
   }
   const std::string path = r.path[0] == '/' ? withoutDots(r.path) : withoutDots(merged(b, r.path));
-  return joined(b.scheme, b.authority, path, r.query);
+  return joined({b.scheme, b.authority, path, r.query});
 }
 
 std::string_view withoutFragment(std::string_view reference) {
