@@ -68,20 +68,25 @@ bool accepts(const Type& type, json_object* value, const char* path) {
   return accepted;
 }
 
-// Nothing is stored for a text that cannot be one. A null of another type means that memory ran
-// out; the store must not take it for JSON null.
-bool isIgnored(const JsonRef& made, const Type& type) {
-  const bool ignored = type.isText && made == nullptr;
-  if (ignored) {
-    HEARTH_LOG(LOG_ERROR, "TreeMapObject::setting NULL for string, ignore\n");
-  }
-  return ignored;
+// Nothing is stored for a text that cannot be one.
+void logIgnored() {
+  HEARTH_LOG(LOG_ERROR, "TreeMapObject::setting NULL for string, ignore\n");
+}
+
+// Stores what was made. Null means that memory ran out; the store must not take it for JSON null.
+bool isStored(json_object* root, const char* path, json_object* made) {
+  return made != nullptr && PathStore(root, path, made).store();
 }
 
 // Takes over the reference, as addValue does.
 void setValue(json_object* root, const char* path, json_object* adopted, const Type& type) {
   const JsonRef made(adopted);
-  if (!isIgnored(made, type) && (made == nullptr || !PathStore(root, path, made.get()).store())) {
+  if (isStored(root, path, adopted)) {
+    return;
+  }
+  if (adopted == nullptr && type.isText) {
+    logIgnored();
+  } else {
     HEARTH_LOG(LOG_ERROR, "TreeMapObject::set: fail to set %s value to %s\n", type.name,
                printable(path));
   }
@@ -113,16 +118,20 @@ json_object* findChecked(json_object* root, const char* path, const Type& type) 
 int addValue(const TreeMapObject& array, json_object* adopted, const Type& type) {
   const JsonRef made(adopted);
   const int length = array.len();
-  if (length < 0 || isIgnored(made, type)) {
+  if (length < 0) {
     return -1;
   }
   char path[16];
   std::snprintf(path, sizeof path, "[%d]", length);
-  if (made == nullptr || !PathStore(array.jobj, path, made.get()).store()) {
-    HEARTH_LOG(LOG_ERROR, "TreeMapObject::set: fail to add %s value to the array\n", type.name);
-    return -1;
+  if (isStored(array.jobj, path, adopted)) {
+    return length;
   }
-  return length;
+  if (adopted == nullptr && type.isText) {
+    logIgnored();
+  } else {
+    HEARTH_LOG(LOG_ERROR, "TreeMapObject::set: fail to add %s value to the array\n", type.name);
+  }
+  return -1;
 }
 
 template <typename T>
