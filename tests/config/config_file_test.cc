@@ -2,11 +2,9 @@
 // then finds changed, is all that a configuration does.
 #include <sys/stat.h>
 
-#include <iterator>
 #include <map>
 #include <sstream>
-#include <thread>
-#include <vector>
+#include <tuple>
 
 #include "hearth/be_config.h"
 #include "hearth/be_login_record.h"
@@ -126,9 +124,7 @@ TEST_F(ConfigFileTest, ValuesAndSections) {
   const std::string clean = complaint("Ncleanup_time");
   const std::string domain = complaint("Tdomain_name");
   const std::string session = complaint("Nsession");
-  const struct {
-    std::string text, out;
-  } kCases[] = {
+  const std::pair<const char*, std::string> kCases[] = {
       {"{}", none + kStarted + "|1 1 "},
       {R"({"LOG_FILE":"x","system":null})", none + kStarted + "|1 1 "},
       {R"({"system":{}})", none + clean + domain + kStarted + "|1 1 AUTH_CLEANUP=3600 "},
@@ -145,16 +141,14 @@ TEST_F(ConfigFileTest, ValuesAndSections) {
        none + kStarted +
            "|1 1 AUTH_CLEANUP=2147483647 AUTH_EXPIRATION=-2147483648 AUTH_SECRET_STR=d "},
   };
-  for (const auto& c : kCases) {
-    check(c.text, c.out);
+  for (const auto& [text, out] : kCases) {
+    check(text, out);
   }
 }
 
-// One key of the root with this value, and what follows the complaints.
+// One key of the root with a value, and what follows the complaints; wrong ones have no such end.
 TEST_F(ConfigFileTest, WrongTypesKeepTheDefault) {
-  const struct {
-    const char *key, *value, *out;  // an out of null: wrong
-  } kCases[] = {
+  const std::tuple<const char*, const char*, const char*> kCases[] = {
       {"Nlog_mask", "255", "|1 1 LOG_MASK=255 "},
       {"Nlog_mask", "99999999999", "|1 1 LOG_MASK=2147483647 "},
       {"Nlog_mask", "255.0", nullptr},
@@ -174,10 +168,10 @@ TEST_F(ConfigFileTest, WrongTypesKeepTheDefault) {
       {"Nenable_bruteforce_prevent", "2", "|1 0 "},
       {"Nenable_bruteforce_prevent", "\"0\"", nullptr},
   };
-  for (const auto& c : kCases) {
-    const bool isRight = c.out != nullptr;
-    const std::string text = std::string("{\"") + (c.key + 1) + "\":" + c.value + "}";
-    const std::string rest = isRight ? c.out : "|1 1 ";
+  for (const auto& [key, value, out] : kCases) {
+    const bool isRight = out != nullptr;
+    const std::string text = std::string("{\"") + (key + 1) + "\":" + value + "}";
+    const std::string rest = isRight ? out : "|1 1 ";
     check(text, complaintsAbout(isRight ? text : "") +
                     (rest.compare(0, 4, "|1 1") == 0 ? kStarted : "") + rest);
   }
@@ -185,8 +179,8 @@ TEST_F(ConfigFileTest, WrongTypesKeepTheDefault) {
 
 TEST_F(ConfigFileTest, WithoutADocumentNothingHappens) {
   mkfifo("pipe", 0666);
-  for (const char* path :
-       {"missing", ".", "pipe", "/dev/zero", static_cast<const char*>(nullptr)}) {
+  const char* const none = nullptr;
+  for (const char* path : {"missing", ".", "pipe", "/dev/zero", none}) {
     EXPECT_EQ("|1 0 ", configure(path).out);
   }
   for (const char* text : {"", "{", "null", "{\"log_mask\":1", "x"}) {

@@ -2,8 +2,7 @@
 #include <sys/stat.h>
 
 #include <ctime>
-#include <thread>
-#include <vector>
+#include <tuple>
 
 #include "config/login_wait.h"
 #include "hearth/be_config.h"
@@ -19,11 +18,7 @@ constexpr char kFile[] = ".loginrecord.cfg";
 
 TEST(LoginWait, CountsDownFromThePenalty) {
   constexpr time_t kNow = 1000000;
-  const struct {
-    int32_t attempts;
-    const char* last;
-    uint32_t wait;
-  } kCases[] = {
+  const std::tuple<int32_t, const char*, uint32_t> kCases[] = {
       {4, "1000000", 0},
       {-5, "1000000", 0},
       {5, "1000000", 1},
@@ -40,8 +35,8 @@ TEST(LoginWait, CountsDownFromThePenalty) {
       {7, "99999999999999999999999", 3},
       {INT32_MAX, "1000000", INT32_MAX - 4},
   };
-  for (const auto& c : kCases) {
-    EXPECT_EQ(c.wait, waitMinutes(c.attempts, c.last, kNow)) << c.attempts << " " << c.last;
+  for (const auto& [attempts, last, wait] : kCases) {
+    EXPECT_EQ(wait, waitMinutes(attempts, last, kNow)) << attempts << " " << last;
   }
 }
 
@@ -51,13 +46,6 @@ class LoginRecordTest : public Scratch {
     Logger::mask = 1;
     Logger::enableFileLog = 0;
     BELoginRecord::isRunning = false;
-  }
-
-  static std::string printed(const std::function<void()>& work) {
-    testing::internal::CaptureStdout();
-    work();
-    fflush(stdout);
-    return testing::internal::GetCapturedStdout();
   }
 
   // Starts the store on a file of this text.
@@ -134,9 +122,7 @@ TEST_F(LoginRecordTest, KeepsWhatItDoesNotUnderstand) {
 
 TEST_F(LoginRecordTest, ReadsAnyRecord) {
   const char kError[] = "UTIL          |ERROR: Something error occurred\n";
-  const struct {
-    const char *members, *info, *out;
-  } kCases[] = {
+  const std::tuple<const char*, const char*, const char*> kCases[] = {
       {R"("attempts":7,"lastAttempt":"1")", "7/0", ""},
       {R"("attempts":7,"lastAttempt":1)", "7/0", ""},
       {R"("attempts":7,"lastAttempt":{})", "7/0", ""},
@@ -148,32 +134,32 @@ TEST_F(LoginRecordTest, ReadsAnyRecord) {
       {R"("attempts":"6","lastAttempt":"1")", "6/0", ""},
       {R"("attempts":99999999999)", "2147483647/2147483643", kError},
   };
-  for (const auto& c : kCases) {
-    startWith(std::string(R"([{"ipAddress":"a",)") + c.members + "}]");
-    EXPECT_EQ(c.out, printed([&c] { EXPECT_EQ(c.info, infoOf("a")) << c.members; })) << c.members;
+  for (const auto& [members, info, out] : kCases) {
+    startWith(std::string(R"([{"ipAddress":"a",)") + members + "}]");
+    std::string told;
+    EXPECT_EQ(out, printed([&told] { told = infoOf("a"); })) << members;
+    EXPECT_EQ(info, told) << members;
   }
   BELoginRecord::setAttempt("a");
   EXPECT_EQ("2147483647/2147483643", infoOf("a")) << "the count stays at its end";
 }
 
 TEST_F(LoginRecordTest, ABrokenFileStopsTheStore) {
-  const struct {
-    const char *text, *line;
-  } kCases[] = {{"", "Cannot access Database file\n"},
-                {"[", "Cannot access Database file\n"},
-                {"null", "Cannot access Database file\n"},
-                {"{}", "File has wrong format\n"},
-                {"\"[]\"", "File has wrong format\n"}};
+  const std::pair<const char*, const char*> kCases[] = {{"", "Cannot access Database file\n"},
+                                                        {"[", "Cannot access Database file\n"},
+                                                        {"null", "Cannot access Database file\n"},
+                                                        {"{}", "File has wrong format\n"},
+                                                        {"\"[]\"", "File has wrong format\n"}};
   void (*const kOperations[])() = {[] { EXPECT_EQ(1, BELoginRecord::setAttempt("a")); },
                                    [] { EXPECT_EQ("1/0", infoOf("a")); },
                                    [] { EXPECT_EQ(1, BELoginRecord::eraseAttempt("a")); }};
-  for (const auto& c : kCases) {
+  for (const auto& [text, line] : kCases) {
     for (const auto& operation : kOperations) {
-      startWith(c.text);
-      EXPECT_EQ(std::string("UTIL          |ERROR: ") + c.line, printed(operation)) << c.text;
+      startWith(text);
+      EXPECT_EQ(std::string("UTIL          |ERROR: ") + line, printed(operation)) << text;
       EXPECT_FALSE(BELoginRecord::isRunning);
       EXPECT_EQ("", printed(operation));
-      EXPECT_EQ(c.text, textOf(kFile));
+      EXPECT_EQ(text, textOf(kFile));
     }
   }
   BELoginRecord::isRunning = true;
@@ -212,18 +198,12 @@ TEST_F(LoginRecordTest, AFullDiskDoesNotStopIt) {
 
 TEST_F(LoginRecordTest, CountsForManyThreads) {
   startWith("[]");
-  std::vector<std::thread> threads;
-  for (int t = 0; t < 4; ++t) {
-    threads.emplace_back([] {
-      for (int i = 0; i < 25; ++i) {
-        BELoginRecord::setAttempt("a");
-        BELoginRecord::getAttempt("a");
-      }
-    });
-  }
-  for (std::thread& thread : threads) {
-    thread.join();
-  }
+  inThreads(4, [](unsigned int) {
+    for (int i = 0; i < 25; ++i) {
+      BELoginRecord::setAttempt("a");
+      BELoginRecord::getAttempt("a");
+    }
+  });
   EXPECT_EQ("100/96", infoOf("a"));
 }
 

@@ -2,6 +2,7 @@
 
 #include <clocale>
 #include <ctime>
+#include <utility>
 
 #include "hearth/be_config.h"
 #include "tests/support/scratch.h"
@@ -12,10 +13,7 @@ namespace {
 using UptimeTest = Scratch;
 
 TEST_F(UptimeTest, IsTheFirstNumberInWholeSeconds) {
-  const struct {
-    const char* text;
-    int32_t seconds;
-  } kCases[] = {
+  const std::pair<const char*, int32_t> kCases[] = {
       {"12345.67 98765.43\n", 12345},
       {"99.9999996 1\n", 100},
       {"99.9999994", 99},
@@ -36,10 +34,10 @@ TEST_F(UptimeTest, IsTheFirstNumberInWholeSeconds) {
   };
   for (const char* locale : {"C", "de_DE.UTF-8"}) {  // the second where it is installed
     setlocale(LC_ALL, locale);
-    for (const auto& c : kCases) {
-      EXPECT_EQ(c.seconds, wholeSeconds(c.text)) << c.text;
-      putText("uptime", c.text);
-      EXPECT_EQ(c.seconds, wholeSecondsIn("uptime")) << c.text;
+    for (const auto& [text, seconds] : kCases) {
+      EXPECT_EQ(seconds, wholeSeconds(text)) << text;
+      putText("uptime", text);
+      EXPECT_EQ(seconds, wholeSecondsIn("uptime")) << text;
     }
     setlocale(LC_ALL, "C");
   }

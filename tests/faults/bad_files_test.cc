@@ -2,6 +2,8 @@
 // waits, and no save puts anything in their place.
 #include <sys/stat.h>
 
+#include <tuple>
+
 #include "hearth/hearth.h"
 #include "tests/support/scratch.h"
 
@@ -19,16 +21,15 @@ class BadFilesTest : public Scratch {
   }
   ~BadFilesTest() override { alarm(0); }
 
-  // What is there: kind, mode, size, identity.
-  static std::string description() {
+  // What is there: kind and mode, size, identity.
+  static std::tuple<mode_t, off_t, ino_t> description() {
     struct stat is {};
     lstat(kFile, &is);
-    return std::to_string(is.st_mode) + " " + std::to_string(is.st_size) + " " +
-           std::to_string(is.st_ino);
+    return {is.st_mode, is.st_size, is.st_ino};
   }
 
   static void expectUntouched() {
-    const std::string before = description();
+    const auto before = description();
     EXPECT_EQ(nullptr, LocalDbCtrl::lockDbObject(API_QOS, "count", "default"));
     TreeMapObject* const whole = LocalDbCtrl::lockDbObject(API_QOS, "", "default");
     ASSERT_NE(nullptr, whole) << "a file that is there";
@@ -92,8 +93,7 @@ TEST_F(BadFilesTest, AnUnreadableOne) {
 }
 
 TEST_F(BadFilesTest, LargeIsNotBad) {
-  std::string filler;
-  filler.resize(50'000'000, 'x');
+  const std::string filler(50'000'000, 'x');
   putText(kFile, R"({"count":1,"filler":")" + filler + R"("})");
   TreeMapObject* const whole = LocalDbCtrl::lockDbObject(API_QOS, "", "default");
   ASSERT_NE(nullptr, whole);

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <tuple>
 
 namespace hearth {
 namespace {
@@ -17,18 +18,15 @@ HEARTH_PRINTF_LIKE(3, 4) std::string lineOf(int type, int group, const char* for
 }
 
 TEST(LogLine, HeaderNamesGroupAndSeverity) {
-  const struct {
-    int type, group;
-    const char* expected;
-  } kCases[] = {
+  const std::tuple<int, int, const char*> kCases[] = {
       {0, 0, "UTIL          | INFO: x\n"},  {1, 1, "WSL           | WARN: x\n"},
       {2, 6, "APIV1_SECURITY|DEBUG: x\n"},  {3, 18, "UTEST         |ERROR: x\n"},
       {4, 14, "LDB_SECURITY  |PRINT: x\n"}, {7, 10, "FAL           |PRINT: x\n"},
       {-1, 2, "API_AL        |PRINT: x\n"}, {100, 19, "UNKNOWN       |PRINT: x\n"},
       {0, 31, "UNKNOWN       | INFO: x\n"}, {0, -1, "UNKNOWN       | INFO: x\n"},
   };
-  for (const auto& c : kCases) {
-    EXPECT_EQ(c.expected, lineOf(c.type, c.group, "%s\n", "x")) << c.type << " " << c.group;
+  for (const auto& [type, group, line] : kCases) {
+    EXPECT_EQ(line, lineOf(type, group, "%s\n", "x")) << type << " " << group;
   }
 }
 

@@ -6,10 +6,9 @@
 #include <algorithm>
 #include <cerrno>
 #include <sstream>
-#include <thread>
-#include <vector>
+#include <tuple>
 
-#include "hearth/be_config.h"
+#include "tests/support/captured_log.h"
 #include "tests/support/scratch.h"
 
 namespace hearth {
@@ -25,67 +24,49 @@ class LoggerTest : public Scratch {
     Logger::enableFileLog = 1;
     BEConfig::LOG_FILE = "./log";
     BEConfig::LOG_TO_FILE = 1;
-    setSwitches(1, 1, 1, 1);
-  }
-
-  static void setSwitches(int info, int warning, int debug, int error) {
-    BEConfig::LOG_INFO_ENABLE = info;
-    BEConfig::LOG_WARNING_ENABLE = warning;
-    BEConfig::LOG_DEBUG_ENABLE = debug;
-    BEConfig::LOG_ERROR_ENABLE = error;
   }
 
   // What one print, of any type and group, writes to standard output.
   static std::string printed(int type = LOG_ERROR, int group = LOG_GROUP_UTIL) {
-    testing::internal::CaptureStdout();
-    Logger::print(static_cast<LOG_TYPE_T>(type), static_cast<LOG_GROUP_T>(group), "n=%d\n", 7);
-    return testing::internal::GetCapturedStdout();
+    return ::printed([=] {
+      Logger::print(static_cast<LOG_TYPE_T>(type), static_cast<LOG_GROUP_T>(group), "n=%d\n", 7);
+    });
   }
 };
 
 TEST_F(LoggerTest, FiltersByGroupThenSeverity) {
-  const struct {
-    uint32_t mask;
-    int type, group;
-    bool isWritten[5];  // all switches on; then INFO, WARN, DEBUG, ERROR alone off
-  } kCases[] = {
-      {0, LOG_PRINT, 0, {false, false, false, false, false}},
-      {1, LOG_INFO, 0, {true, false, true, true, true}},
-      {1, LOG_WARNING, 0, {true, true, false, true, true}},
-      {1, LOG_DEBUG, 0, {true, true, true, false, true}},
-      {1, LOG_ERROR, 0, {true, true, true, true, false}},
-      {1, 7, 0, {true, true, true, true, true}},
-      {0xfffffffe, LOG_PRINT, 0, {false, false, false, false, false}},
-      {0x80000000, LOG_PRINT, 31, {true, true, true, true, true}},
-      {0xffffffff, LOG_PRINT, 32, {false, false, false, false, false}},
-      {0xffffffff, LOG_PRINT, -1, {false, false, false, false, false}},
+  // Written or not: with INFO, WARN, DEBUG, ERROR alone off, and with all on.
+  const std::tuple<uint32_t, int, int, const char*> kCases[] = {
+      {0, LOG_PRINT, 0, "-----"},           {1, LOG_INFO, 0, "-wwww"},
+      {1, LOG_WARNING, 0, "w-www"},         {1, LOG_DEBUG, 0, "ww-ww"},
+      {1, LOG_ERROR, 0, "www-w"},           {1, 7, 0, "wwwww"},
+      {0xfffffffe, LOG_PRINT, 0, "-----"},  {0x80000000, LOG_PRINT, 31, "wwwww"},
+      {0xffffffff, LOG_PRINT, 32, "-----"}, {0xffffffff, LOG_PRINT, -1, "-----"},
   };
-  for (const auto& c : kCases) {
-    Logger::mask = c.mask;
-    for (int off = 0; off < 5; ++off) {
-      setSwitches(off != 1, off != 2, off != 3, off != 4);
-      EXPECT_EQ(c.isWritten[off], !printed(c.type, c.group).empty())
-          << std::hex << c.mask << " type " << c.type << " group " << c.group << " off " << off;
+  for (const auto& [mask, type, group, expected] : kCases) {
+    Logger::mask = mask;
+    std::string written;
+    for (int32_t* const enabled : logSwitches()) {
+      *enabled = 0;
+      written += printed(type, group).empty() ? '-' : 'w';
+      *enabled = 1;
     }
+    written += printed(type, group).empty() ? '-' : 'w';
+    EXPECT_EQ(expected, written) << std::hex << mask << " type " << type << " group " << group;
   }
 }
 
 TEST_F(LoggerTest, SetGroupChangesOneBit) {
-  const struct {
-    uint32_t before;
-    int group;
-    bool enable;
-    uint32_t after;
-  } kCases[] = {
+  const std::tuple<uint32_t, int, bool, uint32_t> kCases[] = {
       {0, 0, true, 1},         {5, 2, false, 1},
       {0, 31, true, 1U << 31}, {0xffffffff, 31, false, 0x7fffffff},
       {5, 40, true, 5},        {5, 40, false, 5},
       {5, 32, true, 5},        {5, -1, false, 5},
   };
-  for (const auto& c : kCases) {
-    Logger::mask = c.before;
-    Logger::setGroup(static_cast<LOG_GROUP_T>(c.group), c.enable);
-    EXPECT_EQ(c.after, Logger::mask) << c.before << " " << c.group << " " << c.enable;
+  for (const auto& [before, group, isEnabled, after] : kCases) {
+    Logger::mask = before;
+    Logger::setGroup(static_cast<LOG_GROUP_T>(group), isEnabled);
+    EXPECT_EQ(after, Logger::mask) << before << " " << group << " " << isEnabled;
   }
 }
 
@@ -94,21 +75,18 @@ TEST_F(LoggerTest, InitSettlesFileLogging) {
   putText("full", "kept\n");
   symlink("target", "dangling");
   symlink("loop", "loop");
-  const struct {
-    const char* file;
-    int logToFile, before, after;
-  } kCases[] = {
+  const std::tuple<const char*, int, int, int> kCases[] = {
       {"new1", 1, 0, 1},     {"new2", 5, 1, 1},   {"new3", 0, 1, 0},     {"full", 0, 1, 1},
       {"full", 1, 0, 0},     {"folder", 0, 1, 1}, {"dangling", 1, 0, 1}, {"missing/log", 1, 1, 0},
       {"full/log", 1, 1, 0}, {"", 1, 1, 0},       {"loop", 1, 1, 0},     {"/dev/null", 0, 1, 1},
   };
   BEConfig::LOG_MASK = 0x5a;
-  for (const auto& c : kCases) {
-    BEConfig::LOG_FILE = c.file;
-    BEConfig::LOG_TO_FILE = c.logToFile;
-    Logger::enableFileLog = c.before;
+  for (const auto& [file, logToFile, before, after] : kCases) {
+    BEConfig::LOG_FILE = file;
+    BEConfig::LOG_TO_FILE = logToFile;
+    Logger::enableFileLog = before;
     EXPECT_EQ(0, Logger::init());
-    EXPECT_EQ(c.after, Logger::enableFileLog) << c.file << " " << c.logToFile;
+    EXPECT_EQ(after, Logger::enableFileLog) << file << " " << logToFile;
     EXPECT_EQ(0x5aU, Logger::mask);
   }
   EXPECT_EQ("kept\n", textOf("full"));
@@ -149,19 +127,13 @@ TEST_F(LoggerTest, FileThatCannotBeOpenedIsNamedAndTriedAgain) {
 TEST_F(LoggerTest, LinesOfThreadsDoNotInterleave) {
   constexpr int kThreads = 4;
   constexpr int kLines = 200;
-  testing::internal::CaptureStdout();
-  std::vector<std::thread> threads;
-  for (int t = 0; t < kThreads; ++t) {
-    threads.emplace_back([t] {
+  const std::string text = ::printed([] {
+    inThreads(kThreads, [](unsigned int t) {
       for (int i = 0; i < kLines; ++i) {
-        Logger::print(LOG_INFO, LOG_GROUP_UTEST, "%d %d %0500d\n", t, i, 0);
+        Logger::print(LOG_INFO, LOG_GROUP_UTEST, "%u %d %0500d\n", t, i, 0);
       }
     });
-  }
-  for (std::thread& thread : threads) {
-    thread.join();
-  }
-  const std::string text = testing::internal::GetCapturedStdout();
+  });
   EXPECT_EQ(text, textOf("log")) << "file and console show one order";
   int next[kThreads] = {};
   std::istringstream lines(text);

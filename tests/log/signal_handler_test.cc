@@ -9,7 +9,7 @@
 #include <cstdlib>
 #include <ctime>
 #include <thread>
-#include <utility>
+#include <tuple>
 
 #include "hearth/be_config.h"
 #include "hearth/logger.h"
@@ -98,11 +98,7 @@ using SignalHandlerTest = Scratch;
 
 TEST_F(SignalHandlerTest, EveryFaultIsReportedAndEndsTheProcess) {
   const std::string bye = std::string(kLine) + "WSL           | INFO: bye\n";
-  const struct {
-    const char* name;
-    std::string lines;
-    void (*prepare)();
-  } kCases[] = {
+  const std::tuple<const char*, std::string, void (*)()> kCases[] = {
       {"plain", kLine, [] {}},
       {"second thread", kLine, [] { elsewhere(fault); }},
       {"four threads at once", kLine, faultInThreads},
@@ -116,19 +112,20 @@ TEST_F(SignalHandlerTest, EveryFaultIsReportedAndEndsTheProcess) {
       {"errors off", "", [] { BEConfig::LOG_ERROR_ENABLE = 0; }},
       {"group off", "", [] { Logger::setGroup(LOG_GROUP_UTIL, false); }},
   };
-  for (const auto& c : kCases) {
-    SCOPED_TRACE(c.name);
+  for (const auto& [name, lines, work] : kCases) {
+    SCOPED_TRACE(name);
+    void (*const prepare)() = work;
     std::filesystem::remove("BE.log");
     const time_t start = time(nullptr);
-    const Ended ended = inChild([&c] {
+    const Ended ended = inChild([prepare] {
       Logger::init();
       printf("buffered\n");
-      c.prepare();
+      prepare();
       fault();
     });
     EXPECT_EQ(1, ended.status);
-    EXPECT_EQ(c.lines, textOf("BE.log"));
-    EXPECT_TRUE(ended.out == "buffered\n" + c.lines || ended.out == c.lines + "buffered\n")
+    EXPECT_EQ(lines, textOf("BE.log"));
+    EXPECT_TRUE(ended.out == "buffered\n" + lines || ended.out == lines + "buffered\n")
         << ended.out;
     const auto frames = std::count(ended.err.begin(), ended.err.end(), '\n');
     EXPECT_TRUE(frames >= kFewestFrames && frames <= 10) << ended.err;

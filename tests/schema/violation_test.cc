@@ -1,14 +1,16 @@
 // What is told about the first violation, and what a schema that cannot be used is refused with.
-#include <pthread.h>
-
-#include <string>
-#include <vector>
+#include <tuple>
 
 #include "check.h"
+#include "tests/support/scratch.h"
 
 namespace hearth {
 namespace schema {
 namespace {
+
+struct Told {
+  const char *schema, *instance, *instanceLocation, *schemaLocation, *keyword, *message;
+};
 
 TEST(Violation, TellsWhereAndWhy) {
   const Told rows[] = {
@@ -50,17 +52,18 @@ TEST(Violation, TellsWhereAndWhy) {
        "must be a string, but is an integer"},
   };
   for (const Told& row : rows) {
-    check(row);
+    Violation violation;
+    EXPECT_FALSE(validate(parsed(row.instance).get(), parsed(row.schema).get(), &violation));
+    EXPECT_EQ(violation.instanceLocation, row.instanceLocation) << row.schema;
+    EXPECT_EQ(violation.schemaLocation, row.schemaLocation) << row.schema;
+    EXPECT_EQ(violation.keyword, row.keyword) << row.schema;
+    EXPECT_EQ(violation.message, row.message) << row.schema;
   }
 }
 
 // A schema that cannot be used is never conformed to, whatever stands around it.
 TEST(Violation, RefusesUnusableSchemas) {
-  const struct {
-    const char* schema;
-    const char* location;
-    const char* message;
-  } rows[] = {
+  const std::tuple<std::string, const char*, const char*> rows[] = {
       {R"({"type":5})", "/type", "\"type\" cannot have the value 5"},
       {R"({"type":"text"})", "/type", "\"type\" cannot have the value \"text\""},
       {R"({"minLength":-1})", "/minLength", "\"minLength\" cannot have the value -1"},
@@ -87,16 +90,16 @@ TEST(Violation, RefusesUnusableSchemas) {
   };
   const JsonRef text = parsed("\"" + repeated("a", 60) + "!\"");
   for (const auto& row : rows) {
-    const std::string schema = row.schema;
+    const std::string& schema = std::get<0>(row);
     const auto names = [&](const char* word) { return schema.find(word) != std::string::npos; };
     const JsonRef instance = names("Properties") || names("required") ? parsed(R"({"a":1})")
                              : names("multipleOf")                    ? parsed("1")
                                                    : JsonRef(json_object_get(text.get()));
     Violation violation;
     EXPECT_FALSE(validate(instance.get(), parsed(schema).get(), &violation)) << schema;
-    EXPECT_EQ(violation.message, std::string("cannot be checked: ") + row.message) << schema;
+    EXPECT_EQ(violation.message, std::string("cannot be checked: ") + std::get<2>(row)) << schema;
     if (schema.find("#\"") == std::string::npos) {
-      EXPECT_EQ(violation.schemaLocation, row.location) << schema;
+      EXPECT_EQ(violation.schemaLocation, std::get<1>(row)) << schema;
       const JsonRef inside =
           parsed(R"({"not":{"anyOf":[{"$id":"http://x/"}]},"not":)" + schema + "}");
       EXPECT_FALSE(validate(instance.get(), inside.get())) << schema;
@@ -105,11 +108,6 @@ TEST(Violation, RefusesUnusableSchemas) {
   EXPECT_FALSE(validate(text.get(), nullptr));
   EXPECT_TRUE(validate(nullptr, parsed(R"({"type":"null"})").get()));
 }
-
-struct Mean {
-  std::string schema;
-  std::string instance;
-};
 
 // A schema that has every value checked 2^39 times against the leaf.
 std::string doubled(const std::string& leaf, const std::string& keyword) {
@@ -121,9 +119,10 @@ std::string doubled(const std::string& leaf, const std::string& keyword) {
   return schema + R"(},"$ref":"#/$defs/39"})";
 }
 
-// Each of these would take for ever, or a stack of megabytes, or the square of its size.
-std::vector<Mean> meanPairs() {
-  std::vector<Mean> pairs;
+// Schemas and instances, each of which would take for ever, or a stack of megabytes, or the square
+// of its size.
+std::vector<std::pair<std::string, std::string>> meanPairs() {
+  std::vector<std::pair<std::string, std::string>> pairs;
   pairs.push_back({doubled(R"({"type":"string"})", "anyOf"), "1"});
   pairs.push_back({repeated(R"({"not":)", 1500) + "{}" + repeated("}", 1500), "1"});
   pairs.push_back({R"({"items":{"$ref":"#"}})", repeated("[", 1500) + repeated("]", 1500)});
@@ -159,27 +158,18 @@ std::vector<Mean> meanPairs() {
   return pairs;
 }
 
-void* validateAll(void*) {
-  for (const Mean& pair : meanPairs()) {
-    const JsonRef instance = parsed(pair.instance);
-    const JsonRef schema = parsed(pair.schema);
-    for (const Draft draft : {Draft::k7, Draft::k2020}) {
-      Violation violation;
-      EXPECT_FALSE(validate(instance.get(), schema.get(), &violation, draft))
-          << pair.schema.substr(0, 60) << ": " << violation.message;
-    }
-  }
-  return nullptr;
-}
-
 TEST(Violation, EndsSoonOnASmallStack) {
-  pthread_attr_t attributes;
-  pthread_attr_init(&attributes);
-  pthread_attr_setstacksize(&attributes, 128 * 1024);
-  pthread_t thread;
-  ASSERT_EQ(pthread_create(&thread, &attributes, validateAll, nullptr), 0);
-  pthread_join(thread, nullptr);
-  pthread_attr_destroy(&attributes);
+  onSmallStack([] {
+    for (const auto& [schemaText, instanceText] : meanPairs()) {
+      const JsonRef instance = parsed(instanceText);
+      const JsonRef schema = parsed(schemaText);
+      for (const Draft draft : {Draft::k7, Draft::k2020}) {
+        Violation violation;
+        EXPECT_FALSE(validate(instance.get(), schema.get(), &violation, draft))
+            << schemaText.substr(0, 60) << ": " << violation.message;
+      }
+    }
+  });
 }
 
 }  // namespace
