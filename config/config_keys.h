@@ -11,10 +11,10 @@
 namespace hearth {
 
 // The object that holds a key: the root, "system" in the root, "timer" in "system".
-enum ConfigSection { kRoot, kSystem, kTimer, kSectionCount };
+enum ConfigSection : uint8_t { kRoot, kSystem, kTimer, kSectionCount };
 
 // What is done with a key's value beyond storing it.
-enum class KeyUse { kPlain, kPrefixesUrlRewrite, kMinutesToSeconds, kStartsLoginRecords };
+enum class KeyUse : uint8_t { kPlain, kPrefixesUrlRewrite, kMinutesToSeconds, kStartsLoginRecords };
 
 // A key and the setting that it goes to, a text or a number. Neither for the switch that starts the
 // login records, which is no setting.

@@ -12,7 +12,8 @@
 #include <cstdio>
 #include <cstring>
 #include <memory>
-#include <mutex>
+
+#include "log/mutex_lock.h"
 
 namespace hearth {
 namespace {
@@ -59,7 +60,7 @@ class SearchedFolders {
     if (fstat(folder, &now) != 0) {
       return false;
     }
-    const std::lock_guard<std::mutex> guard(mutex_);
+    const MutexLock guard(mutex_);
     const Folder* const known = find(now);
     return known != nullptr && known->changed.tv_sec == now.st_mtim.tv_sec &&
            known->changed.tv_nsec == now.st_mtim.tv_nsec;
@@ -70,7 +71,7 @@ class SearchedFolders {
     if (fstat(folder, &now) != 0) {
       return;
     }
-    const std::lock_guard<std::mutex> guard(mutex_);
+    const MutexLock guard(mutex_);
     Folder* place = find(now);
     if (place == nullptr) {
       place = &known_[next_];
@@ -96,7 +97,7 @@ class SearchedFolders {
     return nullptr;
   }
 
-  std::mutex mutex_;
+  pthread_mutex_t mutex_ = PTHREAD_MUTEX_INITIALIZER;
   Folder known_[kRemembered] = {};
   unsigned next_ = 0;
 };

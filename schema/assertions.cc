@@ -16,7 +16,7 @@ namespace {
 // The types that the name means, as bits of json_type; 0 for no name of a type.
 unsigned typesNamed(json_object* name) {
   struct Row {
-    const char* name;
+    char name[8];
     uint8_t types;
   };
   static constexpr Row kRows[] = {
@@ -149,8 +149,8 @@ bool hasNoEqualElements(json_object* instance, json_object* wanted, Effort& effo
 
 // Most schemas name one type, and most instances have it.
 bool isOfTypes(json_object* instance, json_object* types, Draft draft, Effort& effort) {
-  static constexpr const char* kNames[] = {"null",   "boolean", "number", "integer",
-                                           "object", "array",   "string"};
+  static constexpr char kNames[][8] = {"null",   "boolean", "number", "integer",
+                                       "object", "array",   "string"};
   return (json_object_get_type(types) == json_type_string &&
           strcmp(json_object_get_string(types), kNames[json_object_get_type(instance)]) == 0) ||
          isOneOfTypes(instance, types, draft, effort);

@@ -58,7 +58,7 @@ constexpr FailureRow kFailures[] = {
 
 struct TroubleRow {
   Trouble trouble;
-  const char* sentence;
+  char sentence[51];
 };
 
 constexpr TroubleRow kTroubles[] = {

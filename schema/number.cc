@@ -5,6 +5,7 @@
 #include <charconv>
 #include <cmath>
 #include <cstdint>
+#include <cstdlib>
 
 namespace hearth {
 namespace schema {
@@ -71,13 +72,12 @@ Decimal stripped(uint64_t digits, int exponent) {
 
 // The shortest decimal that reads back as this double: at most 17 digits.
 Decimal decimalOf(double real) {
-  char text[32];
-  const auto written =
-      std::to_chars(text, text + sizeof text, std::fabs(real), std::chars_format::scientific);
+  char text[32] = {};
+  std::to_chars(text, text + sizeof text - 1, std::fabs(real), std::chars_format::scientific);
   uint64_t digits = 0;
   int places = 0;
   const char* c = text;
-  for (bool fraction = false; c < written.ptr && *c != 'e'; ++c) {
+  for (bool fraction = false; *c != 'e'; ++c) {
     if (*c == '.') {
       fraction = true;
       continue;
@@ -85,9 +85,7 @@ Decimal decimalOf(double real) {
     digits = digits * 10 + static_cast<uint64_t>(*c - '0');
     places += fraction;
   }
-  c += 1 + (c + 1 < written.ptr && c[1] == '+');
-  int exponent = 0;
-  std::from_chars(c, written.ptr, exponent);
+  const auto exponent = static_cast<int>(strtol(c + 1, nullptr, 10));
   return stripped(digits, exponent - places);
 }
 

@@ -151,7 +151,8 @@ bool Translator::unicode(uint32_t* code) {
   }
   at_ += 6;
   uint32_t low = 0;
-  if ((*code & 0xFC00) == 0xD800 && has("\\u") && hex(2, 4, &low) && (low & 0xFC00) == 0xDC00) {
+  if ((*code & 0xFC00) == 0xD800 && peek() == '\\' && peek(1) == 'u' && hex(2, 4, &low) &&
+      (low & 0xFC00) == 0xDC00) {
     *code = 0x10000 + ((*code & 0x3FF) << 10) + (low & 0x3FF);
     at_ += 6;
   }

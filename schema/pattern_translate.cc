@@ -12,6 +12,16 @@
 namespace hearth {
 namespace schema {
 
+char Translator::peek(size_t ahead) const {
+  return at_ + ahead < in_.size() ? in_[at_ + ahead] : '\0';
+}
+
+bool Translator::copy(size_t size) {
+  out_ += in_.substr(at_, size);
+  at_ += size;
+  return true;
+}
+
 bool Translator::run() {
   while (at_ < in_.size()) {
     if (!item()) {

@@ -20,17 +20,9 @@ class Translator {
   [[nodiscard]] bool repeats() const { return repeats_; }
 
  private:
-  [[nodiscard]] char peek(size_t ahead = 0) const {
-    return at_ + ahead < in_.size() ? in_[at_ + ahead] : '\0';
-  }
-  [[nodiscard]] bool has(std::string_view text) const {
-    return in_.substr(at_, text.size()) == text;
-  }
-  bool copy(size_t size) {
-    out_ += in_.substr(at_, size);
-    at_ += size;
-    return true;
-  }
+  // What is ahead; '\0' behind the end.
+  [[nodiscard]] char peek(size_t ahead = 0) const;
+  bool copy(size_t size);
 
   // The frame of a pattern, in pattern_translate.cc.
   bool item();
