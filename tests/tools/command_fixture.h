@@ -3,22 +3,23 @@
 #ifndef HEARTH_TESTS_TOOLS_COMMAND_FIXTURE_H
 #define HEARTH_TESTS_TOOLS_COMMAND_FIXTURE_H
 
-#include <gtest/gtest.h>
-#include <sys/wait.h>
-
-#include <filesystem>
 #include <map>
 #include <regex>
-#include <string>
-#include <vector>
 
 #include "tests/support/scratch.h"
 
+// A line that succeeds with this output, or fails with this error. The output is all of standard
+// output, "*" for anything; the error is a part of standard error, which is empty where that is.
 struct Row {
-  std::string line;
-  int exit = 0;
-  std::string out;  // all of standard output, "*" for anything
-  std::string err;  // a part of standard error; empty: there is none
+  Row(const std::string& itsLine, const std::string& itsOut = "", const std::string& itsErr = "")
+      : Row(itsLine, 0, itsOut, itsErr) {}
+  Row(const std::string& itsLine, int itsExit, const std::string& itsErr)
+      : Row(itsLine, itsExit, "", itsErr) {}
+  Row(std::string itsLine, int itsExit, std::string itsOut, std::string itsErr)
+      : line(std::move(itsLine)), exit(itsExit), out(std::move(itsOut)), err(std::move(itsErr)) {}
+  const std::string line;
+  const int exit;
+  const std::string out, err;
 };
 
 class CommandTest : public testing::Test {
@@ -26,13 +27,6 @@ class CommandTest : public testing::Test {
   CommandTest() {
     std::filesystem::copy(HEARTH_SAMPLE, dir_ / "data", std::filesystem::copy_options::recursive);
     dir_.file("f.json", kSmall);
-  }
-
-  // One line of a failure's message, all of which can be shown anywhere.
-  void expectOneHarmlessLine(const std::string& err) const {
-    EXPECT_TRUE(std::regex_match(err, std::regex("(hearth: note: [^\\n]*\\n)*hearth: [^\\n]+\\n")))
-        << err;
-    EXPECT_EQ(err.find_first_of("\x1b\r\b\x7f"), std::string::npos) << err;
   }
 
   std::map<std::string, std::string> files() const {
@@ -61,16 +55,13 @@ class CommandTest : public testing::Test {
     if (row.out != "*") {
       EXPECT_EQ(dir_.contentsOf("out"), row.out);
     }
-    if (row.err.empty()) {
-      EXPECT_EQ(err, "");
-    } else {
-      EXPECT_NE(err.find(row.err), std::string::npos) << err;
-    }
+    EXPECT_TRUE(err.find(row.err) != std::string::npos && err.empty() == row.err.empty()) << err;
     if (row.exit != 0) {
       EXPECT_TRUE(files() == before) << "a failure changed a file";
-      if (!err.empty()) {
-        expectOneHarmlessLine(err);
-      }
+      // One line of a message, all of which can be shown anywhere.
+      const std::regex lines("((hearth: note: [^\\n]*\\n)*hearth: [^\\n]+\\n)?");
+      EXPECT_TRUE(std::regex_match(err, lines)) << err;
+      EXPECT_EQ(err.find_first_of("\x1b\r\b\x7f"), std::string::npos) << err;
     }
   }
 
