@@ -78,10 +78,6 @@ int countedInDatabase() {
   return isWhole ? json_object_get_int(memberOf(document.get(), "count")) : -1;
 }
 
-void startLogins() {
-  BELoginRecord::isRunning = true;
-}
-
 Told countLogin() {
   if (!BELoginRecord::isRunning) {  // stopped by an attempt that could not read the file
     BELoginRecord::init();
@@ -96,11 +92,6 @@ int countedLogins() {
     return -1;
   }
   return json_object_get_int(memberOf(json_object_array_get_idx(records.get(), 0), "attempts"));
-}
-
-void startLog() {
-  Logger::mask = 1;
-  Logger::enableFileLog = 1;
 }
 
 Told countLine() {
@@ -120,9 +111,10 @@ int countedLines() {
 const Scenario kScenarios[] = {
     {"a database is saved", kDatabase, databaseOf(1), 20, false, startDatabase, countInDatabase,
      countedInDatabase},
-    {"a login is counted", kLogins, R"([{"ipAddress":"a","attempts":1}])", 15, true, startLogins,
-     countLogin, countedLogins},
-    {"a line is logged", kLog, kLine, 3, false, startLog, countLine, countedLines},
+    {"a login is counted", kLogins, R"([{"ipAddress":"a","attempts":1}])", 15, true,
+     [] { BELoginRecord::isRunning = true; }, countLogin, countedLogins},
+    {"a line is logged", kLog, kLine, 3, false, [] { Logger::mask = 1, Logger::enableFileLog = 1; },
+     countLine, countedLines},
 };
 
 std::size_t strays() {

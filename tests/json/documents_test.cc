@@ -167,6 +167,8 @@ TEST_F(Documents, MayBeDeep) {
       const Handle handle(deep(levels));
       const bool parses = levels <= 31;
       EXPECT_EQ(parses ? 0 : 2, JsonData::saveObjectToFile("f", handle.get()));
+      const Handle saved(JsonData::createObjectFromFile("f"));
+      ASSERT_TRUE(saved != nullptr && saved->jobj != nullptr) << "is read back";
       EXPECT_EQ(parses, Handle(handle->clone(nullptr)) != nullptr);
       EXPECT_EQ(levels <= 256, JsonData::getJson(handle.get()) != nullptr);
       EXPECT_TRUE(handle->find("k", 1).empty());

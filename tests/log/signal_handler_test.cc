@@ -76,10 +76,6 @@ void letGoOfStdout() {
   pauseForEver();
 }
 
-void sayBye() {
-  Logger::print(LOG_INFO, LOG_GROUP_WSL, "bye\n");
-}
-
 void getStuck() {
   fflush(stdout);
   alarm(1);  // sooner than the handler's own alarm
@@ -107,7 +103,8 @@ TEST_F(SignalHandlerTest, EveryFaultIsReportedAndEndsTheProcess) {
       {"lock held elsewhere", kLine, [] { elsewhere(lock); }},
       {"stdout held elsewhere", kLine, [] { elsewhere([] { flockfile(stdout); }, letGoOfStdout); }},
       {"again at exit", kLine, [] { atexit(fault); }},
-      {"line at exit", bye, [] { atexit(sayBye), elsewhere(lock); }},
+      {"line at exit", bye,
+       [] { atexit([] { Logger::print(LOG_INFO, LOG_GROUP_WSL, "bye\n"); }), elsewhere(lock); }},
       {"stuck at exit", kLine, [] { atexit(getStuck); }},
       {"errors off", "", [] { BEConfig::LOG_ERROR_ENABLE = 0; }},
       {"group off", "", [] { Logger::setGroup(LOG_GROUP_UTIL, false); }},
