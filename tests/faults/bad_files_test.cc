@@ -93,7 +93,8 @@ TEST_F(BadFilesTest, AnUnreadableOne) {
 }
 
 TEST_F(BadFilesTest, LargeIsNotBad) {
-  const std::string filler(50'000'000, 'x');
+  std::string filler;
+  filler.resize(50'000'000, 'x');
   putText(kFile, R"({"count":1,"filler":")" + filler + R"("})");
   TreeMapObject* const whole = LocalDbCtrl::lockDbObject(API_QOS, "", "default");
   ASSERT_NE(nullptr, whole);

@@ -214,7 +214,7 @@ TEST_F(FileFaultsTest, SavesKilledAtAnyMomentLoseNothing) {
         countInDatabase();
       }
     }
-    usleep(static_cast<useconds_t>(moment(random) * (1 + round / 200)));
+    usleep(static_cast<useconds_t>(moment(random)) * (1 + static_cast<useconds_t>(round) / 200));
     kill(child, SIGKILL);
     waitpid(child, nullptr, 0);
     ASSERT_GE(countedInDatabase(), counted);

@@ -166,8 +166,9 @@ TEST_F(QuietTest, SwitchesChangeTheLogAlone) {
   };
   const auto [answers, lines] = walk(CapturedLog::all(), ~0U);
   std::string unlogged = lines;
-  for (const LOG_TYPE_T off : CapturedLog::all()) {  // in the order of their numbers
-    const char* const label = std::array{"INFO", "WARN", "DEBUG", "ERROR"}[off];
+  const std::pair<LOG_TYPE_T, const char*> kLabels[] = {
+      {LOG_INFO, "INFO"}, {LOG_WARNING, "WARN"}, {LOG_DEBUG, "DEBUG"}, {LOG_ERROR, "ERROR"}};
+  for (const auto& [off, label] : kLabels) {
     std::vector<LOG_TYPE_T> others = CapturedLog::all();
     others.erase(std::find(others.begin(), others.end(), off));
     const std::string left = without(label, lines);

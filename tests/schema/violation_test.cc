@@ -123,30 +123,30 @@ std::string doubled(const std::string& leaf, const std::string& keyword) {
 // of its size.
 std::vector<std::pair<std::string, std::string>> meanPairs() {
   std::vector<std::pair<std::string, std::string>> pairs;
-  pairs.push_back({doubled(R"({"type":"string"})", "anyOf"), "1"});
-  pairs.push_back({repeated(R"({"not":)", 1500) + "{}" + repeated("}", 1500), "1"});
-  pairs.push_back({R"({"items":{"$ref":"#"}})", repeated("[", 1500) + repeated("]", 1500)});
+  pairs.emplace_back(doubled(R"({"type":"string"})", "anyOf"), "1");
+  pairs.emplace_back(repeated(R"({"not":)", 1500) + "{}" + repeated("}", 1500), "1");
+  pairs.emplace_back(R"({"items":{"$ref":"#"}})", repeated("[", 1500) + repeated("]", 1500));
   const std::string deep = repeated("[", 1500) + repeated("]", 1500);
-  pairs.push_back({R"({"const":)" + deep + "}", deep});
-  pairs.push_back({R"({"uniqueItems":true})", "[" + deep + "," + deep + repeated(",1", 20) + "]"});
-  pairs.push_back({R"({"pattern":")" + repeated("(", 300) + repeated(")", 300) + "\"}", "\"a\""});
-  pairs.push_back({R"({"pattern":"(?=[^x]*)y"})", "\"" + repeated("a", 1'000'000) + "\""});
+  pairs.emplace_back(R"({"const":)" + deep + "}", deep);
+  pairs.emplace_back(R"({"uniqueItems":true})", "[" + deep + "," + deep + repeated(",1", 20) + "]");
+  pairs.emplace_back(R"({"pattern":")" + repeated("(", 300) + repeated(")", 300) + "\"}", "\"a\"");
+  pairs.emplace_back(R"({"pattern":"(?=[^x]*)y"})", "\"" + repeated("a", 1'000'000) + "\"");
   std::string anchored = R"({"unevaluatedProperties":true,"$dynamicAnchor":"a","anyOf":[)";
-  pairs.push_back({anchored + R"({"$dynamicRef":"#a"}],"$ref":"#b"})", R"({"a":1})"});
+  pairs.emplace_back(anchored + R"({"$dynamicRef":"#a"}],"$ref":"#b"})", R"({"a":1})");
   std::string ids = R"({"$id":"http://x/)" + repeated("long/", 380) + R"(","allOf":[{"$ref":"n"})";
-  pairs.push_back({ids + repeated(R"(,{"$id":"a"})", 20'000) + "]}", "1"});
-  pairs.push_back({R"({"enum":[)" + repeated("1,", 50'000) + "2]}", "3"});
-  pairs.push_back({R"({"items":{"enum":[)" + repeated("1,", 20'000) + "2]}}",
-                   "[" + repeated("2,", 20'000) + "2]"});
+  pairs.emplace_back(ids + repeated(R"(,{"$id":"a"})", 20'000) + "]}", "1");
+  pairs.emplace_back(R"({"enum":[)" + repeated("1,", 50'000) + "2]}", "3");
+  pairs.emplace_back(R"({"items":{"enum":[)" + repeated("1,", 20'000) + "2]}}",
+                     "[" + repeated("2,", 20'000) + "2]");
   const std::string name = "\"" + repeated("n", 1'000'000) + "\"";
   for (const std::string& leaf :
        {std::string(R"({"properties":{"a":{}}})"), R"({"properties":{)" + name + ":{}}}",
         R"({"required":[)" + name + "]}"}) {
-    pairs.push_back({doubled(leaf, "allOf"), "{" + name + ":1}"});
+    pairs.emplace_back(doubled(leaf, "allOf"), "{" + name + ":1}");
   }
-  pairs.push_back(
-      {R"({"format":"idn-hostname","pattern":"^b"})", "\"" + repeated("a.", 500'000) + "\""});
-  pairs.push_back({R"({"anyOf":[)" + repeated(R"({"type":"string"},)", 50'000) + "false]}", "1"});
+  pairs.emplace_back(R"({"format":"idn-hostname","pattern":"^b"})",
+                     "\"" + repeated("a.", 500'000) + "\"");
+  pairs.emplace_back(R"({"anyOf":[)" + repeated(R"({"type":"string"},)", 50'000) + "false]}", "1");
   // A base URI that takes a long way to find, for many references.
   std::string nested = R"({"$id":"x:/","$ref":"#/$defs/e","$defs":{"e":)";
   nested += repeated(R"({"$id":"/)" + repeated("b/", 450) + R"(","not":)", 57);
@@ -154,7 +154,7 @@ std::vector<std::pair<std::string, std::string>> meanPairs() {
   for (int i = 0; i < 30'000; ++i) {
     nested += R"(,{"$ref":"/)" + std::to_string(i) + "/../q\"}";
   }
-  pairs.push_back({nested + "]}" + repeated("}", 57) + "}}", "1"});
+  pairs.emplace_back(nested + "]}" + repeated("}", 57) + "}}", "1");
   return pairs;
 }
 
