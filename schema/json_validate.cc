@@ -37,6 +37,16 @@ bool validate(json_object* instance, json_object* schema, Violation* violation,
 
 namespace {
 
+// Closed also when memory runs out while the file is read.
+struct Descriptor {
+  ~Descriptor() {
+    if (number >= 0) {
+      close(number);
+    }
+  }
+  const int number;
+};
+
 // A JSON document from a file; its value may be JSON's null, so success is told apart from it.
 class Document {
  public:
@@ -56,14 +66,9 @@ class Document {
     if (!path || stat(path, &status) != 0 || !S_ISREG(status.st_mode)) {
       return false;
     }
-    const int file = open(path, O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY);
-    if (file < 0) {
-      return false;
-    }
-    const bool complete = fstat(file, &status) == 0 && S_ISREG(status.st_mode) &&
-                          status.st_size < INT_MAX && readAll(file);
-    close(file);
-    return complete;
+    const Descriptor file{open(path, O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY)};
+    return file.number >= 0 && fstat(file.number, &status) == 0 && S_ISREG(status.st_mode) &&
+           status.st_size < INT_MAX && readAll(file.number);
   }
 
   bool readAll(int file) {

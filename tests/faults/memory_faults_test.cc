@@ -26,6 +26,9 @@ constexpr char kConfiguration[] =
     R"("log_info_enable":0,"log_debug_enable":0,"log_warning_enable":0,"log_to_file":0,)"
     R"("url_rewrite_path":"/a/prefix/that/takes/memory/","system":{"timer":{"session":5}}})";
 constexpr char kFolder[] = "a/data/location/longer/than/a/small/string/qos/";
+constexpr char kDatabase[] = "a/data/location/longer/than/a/small/string/qos/qos.ldb";
+constexpr char kSchemaFile[] =
+    "a/data/location/longer/than/a/small/string/qos/QOS_CONFIGURATION_LIST_REQ_SCHEMA.ldb";
 constexpr char kSession[] = "a-session-key-longer-than-a-small-string";
 constexpr char kOld[] = R"({"count":1,"list":[{"n":1},{"n":2}],"name":"of some length","d":1.50,)"
                         R"("1":1,"2":2,"3":3,"4":4,"5":5,"6":6,"7":7})";
@@ -40,6 +43,7 @@ struct Told {
   int length = 2;  // of the list
   bool conforms = false;
   bool wrongConforms = false;
+  bool fileConforms = false;
   bool isSaved = false;
   Handle copy;
   std::list<TreeMapObject*> found;
@@ -50,10 +54,6 @@ struct Told {
     }
   }
 };
-
-std::string database() {
-  return std::string(kFolder) + "qos.ldb";
-}
 
 // What json-c 0.16 does not survive. Its parser goes on without what it found no memory for, and
 // then may crash, leak, or leave something out; a table that cannot grow leaks the new key.
@@ -110,6 +110,7 @@ void change(TreeMapObject& document, TreeMapObject& wrong, Told& told) {
   }
   told.conforms = LocalDbCtrl::validateObject(&document, API_QOS, 0) == 0;
   told.wrongConforms = LocalDbCtrl::validateObject(&wrong, API_QOS, 0) == 0;
+  told.fileConforms = JsonData::validateFile(kDatabase, kSchemaFile) == 0;
 }
 
 void request(TreeMapObject& wrong, Told& told) {
@@ -131,7 +132,7 @@ void end() {
 }
 
 void expectAsTold(const Told& told) {
-  const std::string text = textOf(database());
+  const std::string text = textOf(kDatabase);
   const Handle file(JsonData::createObject(text.c_str()));
   const JsonRef old(json_tokener_parse(kOld));
   ASSERT_NE(nullptr, file) << text;
@@ -158,13 +159,13 @@ void expectAsTold(const Told& told) {
 
 bool isAllDone(const Told& told) {
   return told.isLoaded && told.isSet && told.added == 2 && told.length == 2 && told.conforms &&
-         told.isSaved && told.copy != nullptr && told.found.size() == 1;
+         told.fileConforms && told.isSaved && told.copy != nullptr && told.found.size() == 1;
 }
 
 // One request from start-up to end. The refused allocation is the n-th; none at 0. Gives the number
 // of allocations.
 int runRequest(TreeMapObject& wrong, int nth, bool lasts) {
-  putText(database(), kOld);
+  putText(kDatabase, kOld);
   Told told;
   failAllocation(nth, lasts);
   request(wrong, told);
@@ -185,6 +186,7 @@ int runRequest(TreeMapObject& wrong, int nth, bool lasts) {
   runRequest(wrong, 0, false);
   void* warmUp[1];
   backtrace(warmUp, 1);
+  const std::size_t openFiles = namesIn("/proc/self/fd").size();
   bool isLast = false;
   while (!isLast && !testing::Test::HasFailure()) {
     SCOPED_TRACE(testing::Message() << "allocation " << nth << (lasts ? " and all later" : ""));
@@ -193,6 +195,7 @@ int runRequest(TreeMapObject& wrong, int nth, bool lasts) {
     isLast = runRequest(wrong, nth, lasts) < nth;
     EXPECT_TRUE(blocks == blocksInUse() || wasRefusedToParser() || wasRefusedIn("lh_table_resize"))
         << blocksInUse() - blocks << " leaked";
+    EXPECT_EQ(openFiles, namesIn("/proc/self/fd").size());
     runRequest(wrong, 0, false);
     ++nth;
   }
@@ -206,7 +209,7 @@ TEST_F(MemoryFaultsTest, PretendNothingAndLoseNothing) {
       mmap(nullptr, sizeof(int), PROT_READ | PROT_WRITE, MAP_SHARED | MAP_ANONYMOUS, -1, 0));
   std::filesystem::create_directories(kFolder);
   putText("configuration", kConfiguration);
-  putText(std::string(kFolder) + "QOS_CONFIGURATION_LIST_REQ_SCHEMA.ldb", kSchema);
+  putText(kSchemaFile, kSchema);
   for (const bool lasts : {false, true}) {
     *lastRefused = 0;
     Ended ended{kDiedInParser, "", ""};
