@@ -88,9 +88,11 @@ class Document {
     if (!tokener) {
       return false;
     }
+    errno = 0;
     // The NUL at the end tells the parser that a number is complete.
     value_ = json_tokener_parse_ex(tokener, text_.c_str(), static_cast<int>(text_.size()) + 1);
-    const bool success = json_tokener_get_error(tokener) == json_tokener_success;
+    // The parser leaves out what it finds no memory for.
+    const bool success = json_tokener_get_error(tokener) == json_tokener_success && errno != ENOMEM;
     json_tokener_free(tokener);
     return success;
   }
