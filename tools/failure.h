@@ -7,7 +7,7 @@
 
 namespace hearth::tool {
 
-// The exit codes of the command; tools/usage.cc tells them to users.
+// The exit codes of the command; the help in tools/main.cc tells them to users.
 enum class Exit : int {
   kDone = 0,
   kNo = 1,        // not found, does not conform, a problem was found

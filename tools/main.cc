@@ -5,6 +5,7 @@
 
 #include "hearth/be_config.h"
 #include "hearth/logger.h"
+#include "hearth/version.h"
 #include "tools/command.h"
 #include "tools/text.h"
 

@@ -1,0 +1,12 @@
+# The project's version, read from the public header that holds it.
+set(version_header ${CMAKE_CURRENT_LIST_DIR}/../include/hearth/version.h)
+set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${version_header})
+file(READ ${version_header} version_text)
+set(hearth_version "")
+foreach(part MAJOR MINOR PATCH)
+  if(NOT version_text MATCHES "HEARTH_VERSION_${part} ([0-9]+)")
+    message(FATAL_ERROR "include/hearth/version.h does not define HEARTH_VERSION_${part}")
+  endif()
+  list(APPEND hearth_version ${CMAKE_MATCH_1})
+endforeach()
+list(JOIN hearth_version "." hearth_version)
