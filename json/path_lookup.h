@@ -1,8 +1,8 @@
 // Finding the value at a path.
 //
 // The walk starts at the root. At each token it stands in a value, which was itself found in a
-// parent, and looks the token up there: a member name in an object, an index in an array. It ends at
-// the last token or at the first that fails. Nothing is changed and no reference is taken.
+// parent, and looks the token up there: a member name in an object, an index in an array. It ends
+// at the last token or at the first that fails. Nothing is changed and no reference is taken.
 #ifndef HEARTH_JSON_PATH_LOOKUP_H
 #define HEARTH_JSON_PATH_LOOKUP_H
 
