@@ -32,11 +32,13 @@ bool isPlainFraction(const char* text) {
   return end != fraction && *end == '\0';
 }
 
+// json-c reads a larger number as the largest signed one.
 json_object* copyInteger(json_object* value) {
-  constexpr auto kLargestSigned = uint64_t{std::numeric_limits<int64_t>::max()};
-  const uint64_t unsignedValue = json_object_get_uint64(value);
-  return unsignedValue > kLargestSigned ? json_object_new_uint64(unsignedValue)
-                                        : json_object_new_int64(json_object_get_int64(value));
+  constexpr int64_t kLargest = std::numeric_limits<int64_t>::max();
+  const int64_t number = json_object_get_int64(value);
+  const uint64_t larger = number == kLargest ? json_object_get_uint64(value) : 0;
+  return larger > uint64_t{kLargest} ? json_object_new_uint64(larger)
+                                     : json_object_new_int64(number);
 }
 
 json_object* copyString(json_object* value) {

@@ -23,7 +23,8 @@ using Handles = std::list<TreeMapObject*>;
 struct Level {
   json_object* container;
   lh_entry* member;  // of an object: the next one to look at
-  size_t index;      // of an array: the next element to look at
+  size_t index;      // of an array: the next element to look at, and how many there are
+  size_t length;
   bool isObject;
   bool matched;  // of an object: it has been found
 };
@@ -43,7 +44,7 @@ class Search {
  private:
   static constexpr size_t kUsualLevels = 32;  // as many as a parsed document has
 
-  void enter(json_object* container, json_type type);
+  [[gnu::always_inline]] inline void enter(json_object* container, json_type type);
   [[nodiscard]] bool makeRoom();
   // Go on at the innermost level, up to the first container inside; true when that was entered.
   bool goOnInObject();
@@ -74,19 +75,20 @@ void Search::in(json_object* root, json_type type) {
 }
 
 // Without memory for the way down the container is left out.
-void Search::enter(json_object* container, json_type type) {
-  if (depth_ == room_ && !makeRoom()) {
-    HEARTH_LOG(LOG_ERROR, "%s: no memory to search deeper\n", "find");
+inline void Search::enter(json_object* container, json_type type) {
+  if (__builtin_expect(static_cast<long>(depth_ == room_), 0L) != 0 && !makeRoom()) {
     return;
   }
   const bool isObject = type == json_type_object;
   lh_entry* const first = isObject ? lh_table_head(json_object_get_object(container)) : nullptr;
-  levels_[depth_++] = {container, first, 0, isObject, false};
+  const size_t length = isObject ? 0 : json_object_array_length(container);
+  levels_[depth_++] = {container, first, 0, length, isObject, false};
 }
 
 bool Search::makeRoom() {
   std::unique_ptr<Level[]> levels(new (std::nothrow) Level[2 * room_]);
   if (levels == nullptr) {
+    HEARTH_LOG(LOG_ERROR, "%s: no memory to search deeper\n", "find");
     return false;
   }
   std::copy_n(levels_, depth_, levels.get());
@@ -98,16 +100,18 @@ bool Search::makeRoom() {
 
 bool Search::goOnInObject() {
   Level& level = levels_[depth_ - 1];
+  bool matched = level.matched;
   for (lh_entry* entry = level.member; entry != nullptr; entry = lh_entry_next(entry)) {
     auto* const member = static_cast<json_object*>(lh_entry_v(entry));
     const json_type type = json_object_get_type(member);
     if (isContainerType(type)) {
       level.member = lh_entry_next(entry);
+      level.matched = matched;
       enter(member, type);
       return true;
     }
-    if (!level.matched && matches(static_cast<const char*>(lh_entry_k(entry)), member, type)) {
-      level.matched = append(level.container);
+    if (!matched && matches(static_cast<const char*>(lh_entry_k(entry)), member, type)) {
+      matched = append(level.container);
     }
   }
   return false;
@@ -116,8 +120,7 @@ bool Search::goOnInObject() {
 bool Search::goOnInArray() {
   Level& level = levels_[depth_ - 1];
   json_object* const array = level.container;
-  const size_t length = json_object_array_length(array);
-  for (size_t i = level.index; i < length; ++i) {
+  for (size_t i = level.index; i < level.length; ++i) {
     json_object* const element = json_object_array_get_idx(array, i);
     const json_type type = json_object_get_type(element);
     if (isContainerType(type)) {

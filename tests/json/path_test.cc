@@ -187,7 +187,9 @@ TEST(PathWriting, LogsItsSteps) {
     SCOPED_TRACE(path);
     const JsonRef root = parse(before);
     const JsonRef value = parse("7");
-    std::string logged = linesOf([&] { JsonData::setJObj(root.get(), path, value.get()); });
+    CapturedLog log;
+    EXPECT_EQ(0, JsonData::setJObj(root.get(), path, value.get()));
+    std::string logged = log.text();
     logged = replaced(replaced(logged, "DEBUG: JsonData::setJObj:", "D"), "DEBUG: setJObj:", "d");
     EXPECT_EQ(lines, replaced(logged, "WARN: JsonData::setJObj:", "W"));
   }
