@@ -10,6 +10,7 @@
 #include "json/containment.h"
 #include "json/handle.h"
 #include "json/json_ref.h"
+#include "json/nesting.h"
 #include "json/relink.h"
 #include "log/log.h"
 
@@ -21,33 +22,26 @@ struct IndexKey {
   char text[16];
 };
 
-// The length of a handle's array when the item's value may be put into it, else -1.
-int lengthFor(const TreeMapObject& array, const TreeMapObject* item) {
-  if (item == nullptr || item->jobj == nullptr) {
-    return -1;
-  }
-  const int length = array.len();
-  if (length >= 0 && mayContain(item->jobj, array.jobj)) {
-    HEARTH_LOG(LOG_ERROR, "%s: jval=%p holds the array itself, or is nested too deep to tell\n",
-               "setArrayItem", static_cast<void*>(item->jobj));
-    return -1;
-  }
-  return length;
-}
-
 // Puts the item's value at an index below the length, or appends it at the length.
-int putItem(json_object* array, int length, int index, TreeMapObject* item) {
+int putItem(json_object* array, int length, unsigned int index, TreeMapObject* item) {
+  const bool replaces = index < static_cast<unsigned int>(length);
+  const int place = replaces ? static_cast<int>(index) : length;
+  const auto neighbour = static_cast<size_t>(replaces ? place : length - 1);
+  if (isContainer(item->jobj) &&
+      wouldCloseCycle(item->jobj, array, json_object_array_get_idx(array, neighbour))) {
+    return -1;
+  }
   // Taken first: the element that makes room may be the same value.
   JsonRef reference(json_object_get(item->jobj));
-  const int failed = index < length
-                         ? json_object_array_put_idx(array, static_cast<size_t>(index), item->jobj)
+  const int failed = replaces
+                         ? json_object_array_put_idx(array, static_cast<size_t>(place), item->jobj)
                          : json_object_array_add(array, item->jobj);
   if (failed != 0) {
     return -1;
   }
   static_cast<void>(reference.release());
-  std::snprintf(item->key_obj, sizeof item->key_obj, "%s", IndexKey(index).text);
-  return index;
+  std::snprintf(item->key_obj, sizeof item->key_obj, "%s", IndexKey(place).text);
+  return place;
 }
 
 // Appends the elements of `from` but the one at `left`, each with a reference of its own.
@@ -103,12 +97,8 @@ TreeMapObject* TreeMapObject::at(unsigned int index) const {
 }
 
 int TreeMapObject::setArrayItem(unsigned int index, TreeMapObject* item) {
-  const int length = hearth::lengthFor(*this, item);
-  if (length < 0) {
-    return -1;
-  }
-  const bool replaces = index < static_cast<unsigned int>(length);
-  return hearth::putItem(jobj, length, replaces ? static_cast<int>(index) : length, item);
+  const int length = item != nullptr && item->jobj != nullptr ? len() : -1;
+  return length >= 0 ? hearth::putItem(jobj, length, index, item) : -1;
 }
 
 int TreeMapObject::addArrayItem(TreeMapObject* item) {

@@ -6,9 +6,14 @@
 
 namespace hearth {
 
-// Null when there is no memory, and when the value is nested deeper than the parser reads.
+struct DeepCopy {
+  JsonRef
+      value;     // null without memory, and when the text does not parse: it may be nested too deep
+  bool hasText;  // false when the value renders as no text at all
+};
+
 // Requires a value that is not null.
-[[nodiscard]] JsonRef deepCopy(json_object* value);
+[[nodiscard]] DeepCopy deepCopy(json_object* value);
 
 }  // namespace hearth
 

@@ -5,7 +5,6 @@
 #include "json/file_read.h"
 #include "json/file_replace.h"
 #include "json/handle.h"
-#include "json/nesting.h"
 #include "json/path_lookup.h"
 #include "json/render.h"
 #include "json/status.h"
@@ -15,11 +14,6 @@ namespace hearth {
 namespace {
 
 constexpr int kWriterFailed = -1;
-
-// Null also for a value nested deeper than a small stack can render.
-const char* renderShallow(json_object* value, int flags) {
-  return isNestedDeeperThan(value, kWalkNesting) ? nullptr : render(value, flags);
-}
 
 }  // namespace
 }  // namespace hearth
@@ -48,12 +42,16 @@ json_object* JsonData::cloneObject(json_object* jobj) {
     return nullptr;
   }
   HEARTH_LOG(LOG_DEBUG, "%s: clone json object %p\n", kOperation, static_cast<void*>(jobj));
-  HEARTH_LOG(LOG_DEBUG, "%s: parser json to create new object\n", kOperation);
-  hearth::JsonRef copy = hearth::deepCopy(jobj);
-  if (copy == nullptr) {
+  hearth::DeepCopy copy = hearth::deepCopy(jobj);
+  if (copy.hasText) {
+    HEARTH_LOG(LOG_DEBUG, "%s: parser json to create new object\n", kOperation);
+  } else {
+    HEARTH_LOG(LOG_ERROR, "%s: fail to get json string\n", kOperation);
+  }
+  if (copy.value == nullptr) {
     HEARTH_LOG(LOG_ERROR, "%s: fail to create new object\n", kOperation);
   }
-  return copy.release();
+  return copy.value.release();
 }
 
 int JsonData::saveObjectToFile(const char* path, TreeMapObject* obj) {

@@ -7,6 +7,7 @@
 
 #include "hearth/json_data.h"
 #include "hearth/tree_map_object.h"
+#include "json/path_index.h"
 #include "json/path_lookup.h"
 #include "json/path_store.h"
 #include "log/log.h"
@@ -63,8 +64,15 @@ void TreeMapObject::del(const char* path) {
   if (lookup.value() == nullptr || lookup.parent() == nullptr) {
     return;
   }
+  const char* const token = lookup.lastToken();
   if (json_object_is_type(lookup.parent(), json_type_object) != 0) {
-    json_object_object_del(lookup.parent(), lookup.lastToken());
+    json_object_object_del(lookup.parent(), token);
+    return;
+  }
+  // Reading takes an index without digits for 0, but nobody has asked to remove the first element.
+  const std::size_t length = std::strlen(token);
+  if (!hearth::hasDigits(token, length)) {
+    hearth::logWrongIndex(token, length);
     return;
   }
   json_object_array_del_idx(lookup.parent(), lookup.index(), 1);

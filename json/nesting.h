@@ -6,11 +6,12 @@
 
 namespace hearth {
 
-// A value that json-c's parser reads has at most this many containers around its innermost one.
+// json-c's parser reads 32 levels, the innermost value counted: a value that it reads stands in at
+// most this many containers.
 constexpr int kParserNesting = 31;
 
-// What walks down a value by recursion (search, rendering, the check for cycles) goes this deep and
-// no deeper: documents made in memory may be nested at will, and a request thread's stack is small.
+// Rendering, which json-c does by recursion, goes this deep and no deeper: documents made in memory
+// may be nested at will, and a request thread's stack is small.
 constexpr int kWalkNesting = 256;
 
 inline bool isContainerType(json_type type) {

@@ -57,6 +57,13 @@ IndexText readIndexText(const char* text, std::size_t size) {
   return result;
 }
 
+bool hasDigits(const char* token, std::size_t length) {
+  const char* const end = token + length - 1;
+  const char* text = skipSpace(token + 1, end);
+  text += *text == '-' || *text == '+' ? 1 : 0;
+  return text != end && isDigit(*text);
+}
+
 bool indexOfAnyToken(const char* token, std::size_t length, uint32_t& index) {
   if (length < kShortestIndexToken) {
     return false;

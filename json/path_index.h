@@ -29,6 +29,10 @@ struct IndexText {
 // than 3 characters, or blank inside.
 [[nodiscard]] bool indexOfAnyToken(const char* token, std::size_t length, uint32_t& index);
 
+// False when the index of an index token is 0 only because its text is no number: "[x]", "[+]".
+// Requires a token that carries an index.
+[[nodiscard]] bool hasDigits(const char* token, std::size_t length);
+
 inline bool isDigit(char c) {
   return c >= '0' && c <= '9';
 }

@@ -11,7 +11,7 @@ constexpr char kOperation[] = "getJObj";
 // The element at an index token; null, with its line, when there is none.
 json_object* findElement(json_object* array, const char* token, std::size_t size, uint32_t& index) {
   if (!indexOfToken(token, size, index)) {
-    HEARTH_LOG(LOG_ERROR, "Wrong array index %s - size:%d\n", token, static_cast<int>(size));
+    logWrongIndex(token, size);
     return nullptr;
   }
   const json_type type = json_object_get_type(array);
@@ -34,6 +34,10 @@ json_object* findElement(json_object* array, const char* token, std::size_t size
 }
 
 }  // namespace
+
+void logWrongIndex(const char* token, std::size_t size) {
+  HEARTH_LOG(LOG_ERROR, "Wrong array index %s - size:%d\n", token, static_cast<int>(size));
+}
 
 // A line of the walk, which is compiled twice: with its lines and without.
 #define WALK_LOG(type, ...)          \

@@ -8,11 +8,15 @@
 
 #include <json-c/json.h>
 
+#include <cstddef>
 #include <cstdint>
 
 #include "json/path_tokens.h"
 
 namespace hearth {
+
+// The line of an index token without an index; `size` is the token's length.
+void logWrongIndex(const char* token, std::size_t size);
 
 class PathLookup {
  public:

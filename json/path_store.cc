@@ -3,8 +3,8 @@
 #include <cstdio>
 
 #include "json/containment.h"
-#include "json/deep_release.h"
 #include "json/json_ref.h"
+#include "json/nesting.h"
 #include "json/path_index.h"
 #include "log/log.h"
 
@@ -97,10 +97,7 @@ bool PathStore::enterMember() {
 bool PathStore::putMember() {
   WALK_LOG("%s: set jval to current object jcrr=%p jval=%p %s.%s\n", kOperation,
            static_cast<void*>(current_), static_cast<void*>(value_), previousKey(), *token_);
-  if (refusesCycle()) {
-    return false;
-  }
-  if (!addMember(value_, isNew_)) {
+  if (memberClosesCycle() || !addMember(value_, isNew_)) {
     HEARTH_LOG(LOG_ERROR, "%s: fail to add jval '%s' to jcrr=%p jprt=%p\n", kOperation, *token_,
                static_cast<void*>(current_), static_cast<void*>(parent_));
     return false;
@@ -111,7 +108,7 @@ bool PathStore::putMember() {
 bool PathStore::makeMember(json_object*& child) {
   WALK_LOG("%s: create new empty jchl to current object %s.%s\n", kOperation, previousKey(),
            *token_);
-  JsonRef made(newContainer(json_object_new_object()));
+  JsonRef made(newObject());
   if (made == nullptr || !addMember(made.get(), true)) {
     HEARTH_LOG(LOG_ERROR, "%s: fail to add new object '%s'\n", kOperation, *token_);
     return false;
@@ -152,7 +149,7 @@ bool PathStore::replaceByArray() {
   }
   WALK_LOG("%s: recreate array object '%s' delete %p=%d\n", kShortName, previousKey(),
            static_cast<void*>(current_), 1);
-  JsonRef array(newContainer(json_object_new_array()));
+  JsonRef array(json_object_new_array());
   bool placed = false;
   if (array != nullptr) {
     if (json_object_is_type(parent_, json_type_array) != 0) {
@@ -174,10 +171,7 @@ bool PathStore::replaceByArray() {
 bool PathStore::putElement(uint32_t index) {
   WALK_LOG("%s: replace array element at idx=%d '%s.%s'\n", kOperation, static_cast<int>(index),
            previousKey(), *token_);
-  if (refusesCycle()) {
-    return false;
-  }
-  if (json_object_array_put_idx(current_, index, value_) != 0) {
+  if (elementClosesCycle(index) || json_object_array_put_idx(current_, index, value_) != 0) {
     HEARTH_LOG(LOG_ERROR, "%s: fail to replace array element %d %s.%s\n", kOperation,
                static_cast<int>(index), previousKey(), *token_);
     return false;
@@ -199,10 +193,8 @@ bool PathStore::enterElement(uint32_t index) {
 }
 
 bool PathStore::appendValue(uint32_t index) {
-  if (refusesCycle()) {
-    return false;
-  }
-  if (json_object_array_add(current_, value_) != 0) {
+  if (elementClosesCycle(json_object_array_length(current_) - 1) ||
+      json_object_array_add(current_, value_) != 0) {
     HEARTH_LOG(LOG_ERROR, "%s: fail to add new array element idx=%d key=%s\n", kOperation,
                static_cast<int>(index), previousKey());
     return false;
@@ -211,7 +203,7 @@ bool PathStore::appendValue(uint32_t index) {
 }
 
 bool PathStore::appendObject(uint32_t index) {
-  JsonRef made(newContainer(json_object_new_object()));
+  JsonRef made(newObject());
   if (made == nullptr || json_object_array_add(current_, made.get()) != 0) {
     HEARTH_LOG(LOG_ERROR, "%s: fail to add new array element idx=%d key=%s\n", kOperation,
                static_cast<int>(index), previousKey());
@@ -222,17 +214,23 @@ bool PathStore::appendObject(uint32_t index) {
   return true;
 }
 
-json_object* PathStore::newContainer(json_object* made) const {
-  return hearth::newContainer(made, static_cast<std::size_t>(position()));
+// Null without memory, and when the path is too long to make anything.
+json_object* PathStore::newObject() const {
+  return tokens_.count() <= kMostTokensToMake ? json_object_new_object() : nullptr;
 }
 
-bool PathStore::refusesCycle() const {
-  if (!mayContain(value_, current_)) {
+bool PathStore::memberClosesCycle() const {
+  if (!isContainer(value_)) {
     return false;
   }
-  HEARTH_LOG(LOG_ERROR, "%s: jval=%p holds '%s.%s' itself, or is nested too deep to tell\n",
-             kOperation, static_cast<void*>(value_), previousKey(), *token_);
-  return true;
+  json_object* held = nullptr;
+  json_object_object_get_ex(current_, *token_, &held);
+  return wouldCloseCycle(value_, current_, held);
+}
+
+bool PathStore::elementClosesCycle(std::size_t neighbour) const {
+  return isContainer(value_) &&
+         wouldCloseCycle(value_, current_, json_object_array_get_idx(current_, neighbour));
 }
 
 void PathStore::moveTo(json_object* child) {

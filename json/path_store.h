@@ -5,17 +5,23 @@
 // enters that. Whether the object just made should have been an array is known only at the next
 // token: an index that meets an object made by this very walk (`isNew_`) replaces it by an array.
 // The last token puts the value. What was made before a step that fails stays.
+//
+// json-c releases a tree by recursion, and a request thread's stack is small. So a path of more
+// than kMostTokensToMake tokens makes nothing: it reaches only into what is there.
 #ifndef HEARTH_JSON_PATH_STORE_H
 #define HEARTH_JSON_PATH_STORE_H
 
 #include <json-c/json.h>
 
+#include <cstddef>
 #include <cstdint>
 
 #include "json/path_tokens.h"
 #include "log/log.h"
 
 namespace hearth {
+
+constexpr std::size_t kMostTokensToMake = 64;
 
 class PathStore {
  public:
@@ -54,8 +60,11 @@ class PathStore {
   bool appendValue(uint32_t index);
   bool appendObject(uint32_t index);
 
-  json_object* newContainer(json_object* made) const;
-  inline bool refusesCycle() const;
+  json_object* newObject() const;
+  // True when the value holds the current container, in which it would be stored. `neighbour` is
+  // the index of the element that it would replace or follow.
+  inline bool memberClosesCycle() const;
+  inline bool elementClosesCycle(std::size_t neighbour) const;
   void moveTo(json_object* child);
 
   bool isLast() const { return token_ == last_; }

@@ -3,6 +3,8 @@
 
 #include <cerrno>
 
+#include "json/nesting.h"
+
 namespace hearth {
 
 const char* render(json_object* value, int flags, std::size_t& size) {
@@ -14,6 +16,10 @@ const char* render(json_object* value, int flags, std::size_t& size) {
 const char* render(json_object* value, int flags) {
   std::size_t size = 0;
   return render(value, flags, size);
+}
+
+const char* renderShallow(json_object* value, int flags) {
+  return isNestedDeeperThan(value, kWalkNesting) ? nullptr : render(value, flags);
 }
 
 }  // namespace hearth

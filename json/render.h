@@ -14,6 +14,9 @@ namespace hearth {
 [[nodiscard]] const char* render(json_object* value, int flags, std::size_t& size);
 [[nodiscard]] const char* render(json_object* value, int flags);
 
+// Null also for a value nested deeper than kWalkNesting: json-c renders by recursion.
+[[nodiscard]] const char* renderShallow(json_object* value, int flags);
+
 }  // namespace hearth
 
 #endif

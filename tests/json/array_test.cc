@@ -47,7 +47,14 @@ TEST(Array, StoresItems) {
   EXPECT_EQ(4, array.addArrayItem(&item));
   EXPECT_EQ(-1, array.addArrayItem(&empty));
   EXPECT_EQ(-1, array.setArrayItem(0, nullptr));
-  EXPECT_EQ(-1, array.addArrayItem(&array));
+  TreeMapObject outer(true);
+  outer.addArrayItem(&array);
+  const auto refuse = [&] {
+    EXPECT_EQ(-1, array.addArrayItem(&array));
+    EXPECT_EQ(-1, array.setArrayItem(0, &outer));
+  };
+  EXPECT_EQ("", linesOf(refuse));
+  EXPECT_STREQ("[0]", array.key_obj);
   EXPECT_EQ(R"([1,"x",3,"x","x"])", plain(array));
   const Handle same(array.at(0));
   EXPECT_EQ(0, array.setArrayItem(0, same.get()));
@@ -111,6 +118,14 @@ TEST(Array, AStaleHandleChangesNothing) {
   EXPECT_EQ(-1, gone->delArrayItem(0));
   outer.clearArrayItems();
   EXPECT_EQ("[]", plain(outer));
+}
+
+TEST(Array, AnOwningHandleOnTheSameArrayIsRebuiltAlone) {
+  const TreeMapObject document("[1,2]");
+  const Handle whole(document.get(""));
+  EXPECT_EQ(1, whole->delArrayItem(0));
+  EXPECT_EQ("[2]", plain(*whole));
+  EXPECT_EQ("[1,2]", plain(document));
 }
 
 TEST(Array, IsFoundWhereItIs) {

@@ -1,9 +1,11 @@
 // Documents: loading, rendering, copying, saving, dumping, checking; and how deep and wide they may
 // be.
 #include <clocale>
+#include <cstring>
 #include <tuple>
 
 #include "hearth/json_data.h"
+#include "tests/json/nested.h"
 #include "tests/support/captured_log.h"
 #include "tests/support/scratch.h"
 
@@ -12,20 +14,10 @@ namespace {
 using hearth::JsonRef;
 using Documents = Scratch;
 
-// An array in an array ... made in memory, where no parser limits it.
-TreeMapObject* deep(int levels) {
-  std::string path;
-  for (int i = 1; i < levels; ++i) {
-    path += "[0].";
-  }
-  auto* const handle = new TreeMapObject(true);
-  handle->set((path + "[0]").c_str(), 1);
-  return handle;
-}
-
 TEST_F(Documents, Load) {
   EXPECT_EQ(nullptr, JsonData::createObject(""));
   EXPECT_EQ(nullptr, JsonData::createObject("{"));
+  EXPECT_EQ(nullptr, JsonData::createObject("null"));
   EXPECT_EQ(nullptr, JsonData::createObject(nullptr));
   EXPECT_EQ("[1,2]", plain(*Handle(JsonData::createObject("[1,2]"))));
   CapturedLog log({LOG_ERROR, LOG_WARNING, LOG_INFO});
@@ -77,6 +69,43 @@ TEST_F(Documents, ACopyIsWhatRenderingAndParsingGives) {
   EXPECT_EQ(json_type_int, json_object_get_type(copy.get()));
 }
 
+TEST_F(Documents, ACopyTakesTheTextOfSerializers) {
+  const auto append = [](json_object* value, printbuf* text, int, int) {
+    const auto* const own = static_cast<const char*>(json_object_get_userdata(value));
+    return printbuf_memappend(text, own, static_cast<int>(std::strlen(own)));
+  };
+  constexpr char kSteps[] =
+      "DEBUG: cloneObject: clone json object PTR\n"
+      "DEBUG: cloneObject: parser json to create new object\n";
+  constexpr char kNoText[] =
+      "DEBUG: cloneObject: clone json object PTR\n"
+      "ERROR: cloneObject: fail to get json string\n"
+      "ERROR: cloneObject: fail to create new object\n";
+  const std::string noValue =
+      std::string(kSteps) + "ERROR: cloneObject: fail to create new object\n";
+  // What the serializer of one value makes of it, alone and inside an array.
+  const std::tuple<const char*, const char*, std::string, const char*> cases[] = {
+      {"[1,2]", "[1,2]", kSteps, "[[1,2]]"}, {"1,2", "1", kSteps, "[1,2]"},
+      {"1e2", "1e2", kSteps, "[1e2]"},       {"null", "null", noValue, "[null]"},
+      {"x", "null", noValue, "null"},        {"", "null", kNoText, "[]"},
+  };
+  for (const char* const type : {"true", "7", "0.5", "\"s\"", "{\"a\":1}", "[1]"}) {
+    for (const auto& [text, copied, lines, copiedInside] : cases) {
+      SCOPED_TRACE(testing::Message() << type << " " << text);
+      const JsonRef value = parse(type);
+      const JsonRef array = parse("[]");
+      json_object_set_serializer(value.get(), append, const_cast<char*>(text), nullptr);
+      json_object_array_add(array.get(), json_object_get(value.get()));
+      JsonRef copy;
+      EXPECT_EQ(lines, linesOf([&] { copy.reset(JsonData::cloneObject(value.get())); }));
+      EXPECT_EQ(copied, plain(copy.get()));
+      EXPECT_EQ(copiedInside, plain(JsonRef(JsonData::cloneObject(array.get())).get()));
+    }
+  }
+  EXPECT_EQ("ERROR: cloneObject: bad pobj param jobj=(nil)\n",
+            linesOf([] { EXPECT_EQ(nullptr, JsonData::cloneObject(nullptr)); }));
+}
+
 TEST_F(Documents, CloneSharesNothing) {
   auto document = std::make_unique<TreeMapObject>(R"({"a":{"b":[1]},"n":null})");
   const Handle part(document->clone("a"));
@@ -98,7 +127,6 @@ TEST_F(Documents, Save) {
   EXPECT_EQ(kSaved, textOf("f"));
   EXPECT_EQ(2, JsonData::saveObjectToFile("no/f", &handle));
   EXPECT_EQ(2, JsonData::saveObjectToFile("f", &empty));
-  EXPECT_EQ(2, JsonData::saveObjectToFile("f", Handle(deep(33)).get()));
   EXPECT_EQ(2, JsonData::saveObjectToFile("f", nullptr));
   EXPECT_EQ(2, JsonData::saveObjectToFile(nullptr, &handle));
   EXPECT_TRUE(log.has("DEBUG: saveObjectToFile: object is saved\n"));
@@ -122,15 +150,37 @@ TEST_F(Documents, SchemasDecide) {
   putText("bad", R"({"n":"x"})");
   putText("schema", R"({"properties":{"n":{"type":"integer"}}})");
   putText("broken", "{");
-  const std::tuple<const char*, const char*, int, int> cases[] = {
-      {"good", "schema", 0, 0}, {"bad", "schema", 2, 2},  {"good", "none", 0, 0},
-      {"none", "none", 0, 2},   {"none", "schema", 2, 2}, {"good", "broken", 2, 2},
+  const std::string noFile = "validateFile: file is not exist";
+  const std::string passes = "WARN: " + noFile + "\nnone. No validation is required\n";
+  const std::string passesWithNotice =
+      "WARN: " + noFile + ": none. The validation is passed with notice\n";
+  const std::string noInstance = "ERROR: " + noFile + "\nnone\n";
+  const std::string noHandle = "ERROR: validateFile: bad pobj param obj=";
+  const std::string broken = "ERROR: validateFile: failed to parse schema file broken\n";
+  // What comes of a pair of files and what of a handle and a file, with their lines.
+  const std::tuple<const char*, const char*, int, std::string, int, std::string> cases[] = {
+      {"good", "schema", 0, "", 0, ""},
+      {"bad", "schema", 2, "", 2, ""},
+      {"good", "none", 0, passes, 0, passesWithNotice},
+      {"none", "none", 0, passes, 2, noHandle + "(nil)\n"},
+      {"none", "schema", 2, noInstance, 2, noHandle + "(nil)\n"},
+      {"bad", "broken", 2, "", 2, broken},
+      {"broken", "schema", 2, "", 2, noHandle + "PTR\n"},
   };
-  for (const auto& [instance, schema, ofFiles, ofHandle] : cases) {
+  for (const auto& [instance, schema, ofFiles, linesOfFiles, ofHandle, linesOfHandle] : cases) {
     SCOPED_TRACE(testing::Message() << instance << " " << schema);
     const Handle handle(JsonData::createObjectFromFile(instance));
-    EXPECT_EQ(ofFiles, JsonData::validateFile(instance, schema));
-    EXPECT_EQ(ofHandle, JsonData::validateFile(handle.get(), schema));
+    int result = -1;
+    EXPECT_EQ(linesOfFiles,
+              linesOf([&, i = instance, s = schema] { result = JsonData::validateFile(i, s); }));
+    EXPECT_EQ(ofFiles, result);
+    const std::string lines =
+        linesOf([&, s = schema] { result = JsonData::validateFile(handle.get(), s); });
+    const bool isChecked = handle != nullptr && handle->jobj != nullptr;
+    const std::string first =
+        isChecked ? std::string("DEBUG: validateFile: validate file ") + schema + "\n" : "";
+    EXPECT_EQ(first + linesOfHandle, lines);
+    EXPECT_EQ(ofHandle, result);
   }
   TreeMapObject handle(R"({"n":"x"})");
   CapturedLog log({LOG_ERROR, LOG_WARNING});
@@ -162,21 +212,25 @@ TEST_F(Documents, NumbersIgnoreTheLocale) {
 
 TEST_F(Documents, MayBeDeep) {
   onSmallStack([] {
-    for (const int levels : {31, 32, 200, 300, 5000}) {
+    for (const int levels : {31, 32, 256, 257, 100000}) {
       SCOPED_TRACE(levels);
-      const Handle handle(deep(levels));
+      const std::vector<JsonRef> containers = nested(levels);
+      TreeMapObject handle(json_object_get(containers.front().get()));
       const bool parses = levels <= 31;
-      EXPECT_EQ(parses ? 0 : 2, JsonData::saveObjectToFile("f", handle.get()));
+      EXPECT_EQ(parses ? 0 : 2, JsonData::saveObjectToFile("f", &handle));
       const Handle saved(JsonData::createObjectFromFile("f"));
       ASSERT_TRUE(saved != nullptr && saved->jobj != nullptr) << "is read back";
-      EXPECT_EQ(parses, Handle(handle->clone(nullptr)) != nullptr);
-      EXPECT_EQ(levels <= 256, JsonData::getJson(handle.get()) != nullptr);
-      EXPECT_TRUE(handle->find("k", 1).empty());
-      EXPECT_EQ(2, JsonData::validateObject(handle.get(), R"({"type":"object"})"));
+      EXPECT_EQ(parses, Handle(handle.clone(nullptr)) != nullptr);
+      EXPECT_EQ(levels <= 256, JsonData::getJson(&handle) != nullptr);
+      const auto dump = [&] { handle.dump(""); };
+      EXPECT_EQ(levels > 256, linesOf(dump).find("\n(null)\n") != std::string::npos);
+      EXPECT_EQ(2, JsonData::validateObject(&handle, R"({"type":"string"})"));
       TreeMapObject other(false);
-      other.set("a", handle.get());
-      handle->dump("");
-      handle->del("[0]");
+      other.set("a", &handle);
+      EXPECT_EQ(handle.jobj, JsonData::getJObj(other.jobj, "a"));
+      const std::list<TreeMapObject*> found = handle.find("k", 1);
+      ASSERT_EQ(1U, found.size());
+      EXPECT_EQ(containers.back().get(), Handle(found.front())->jobj);
     }
   });
 }

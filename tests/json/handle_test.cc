@@ -1,6 +1,7 @@
 // Handles: ownership, typed access by path, and the lines of each type.
 #include <climits>
 #include <sstream>
+#include <tuple>
 
 #include "hearth/json_data.h"
 #include "tests/support/captured_log.h"
@@ -192,6 +193,37 @@ TEST(Handle, DeletesMembersAndElements) {
   EXPECT_EQ(R"({"a":{"b":[1,3]},"n":null})", plain(document));
   document.del("a");
   EXPECT_EQ(R"({"n":null})", plain(document));
+}
+
+// What reading takes for 0 removes nothing: "[x]" and "[+]" name no element.
+TEST(Handle, RemovesOnlyByAnIndexWithDigits) {
+  constexpr char kLeftover[] = "EXCEPTION: BE_StrTo: something unexpected happened";
+  const std::string steps =
+      "DEBUG: getJObj: Parse: idx=0 key=l isEnd=false\n"
+      "DEBUG: getJObj: continue search next key\n"
+      "DEBUG: getJObj: Parse: idx=1 key=TOKEN isEnd=true\n";
+  const std::string found = "INFO: getJObj: FOUND parent=PTR, key=TOKEN\n";
+  const std::string wrong = "ERROR: Wrong array index TOKEN - size:";
+  const std::tuple<const char*, std::string, const char*> cases[] = {
+      {"[x]", kLeftover + found + wrong + "3\n", "[[1],2]"},
+      {"[x1]", kLeftover + found + wrong + "4\n", "[[1],2]"},
+      {"[+]", found + wrong + "3\n", "[[1],2]"},
+      {"[ - ]", found + wrong + "5\n", "[[1],2]"},
+      {"[x1", kLeftover + found + wrong + "3\n", "[[1],2]"},
+      {"[ ]", wrong + "3\n" + found, "[[1],2]"},
+      {"[]", wrong + "2\n" + found, "[[1],2]"},
+      {"[9]", "ERROR: Request wrong index num=9 len=2!\n" + found, "[[1],2]"},
+      {"[ +1 ]", found, "[[1]]"},
+      {"[0y]", kLeftover + found, "[2]"},
+  };
+  for (const auto& [token, lines, after] : cases) {
+    SCOPED_TRACE(token);
+    TreeMapObject document(R"({"l":[[1],2]})");
+    const std::string path = std::string("l.") + token;
+    EXPECT_EQ(replaced(steps + lines, "TOKEN", token),
+              linesOf([&] { document.del(path.c_str()); }));
+    EXPECT_EQ(after, plain(JsonData::getJObj(document.jobj, "l")));
+  }
 }
 
 }  // namespace

@@ -123,6 +123,7 @@ inline bool write(Node& node, const std::vector<std::string>& tokens, std::size_
     for (auto& [name, member] : node.children) child = name == token ? &member : child;
   }
   const bool made = child == nullptr;
+  if (made && !last && tokens.size() > 64) return false;
   if (made) {
     node.children.emplace_back(isIndex(token) ? "" : token, Node{json_type_object, "", {}});
     child = &node.children.back().second;

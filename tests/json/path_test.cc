@@ -2,6 +2,7 @@
 #include <tuple>
 
 #include "hearth/json_data.h"
+#include "tests/json/nested.h"
 #include "tests/json/path_check.h"
 #include "tests/support/captured_log.h"
 #include "tests/support/scratch.h"
@@ -112,7 +113,7 @@ TEST(PathReading, LeavesOutParametersAloneWithoutARootOrAPath) {
   EXPECT_TRUE(log.has("ERROR: getJObj: wrong params jobj="));
 }
 
-// X stands for the value. The error is a line's start; there is none where the store succeeds.
+// X stands for the value. The error is the one line of the store that fails.
 TEST(PathWriting, MakesWhatIsMissing) {
   const std::tuple<const char*, const char*, const char*, const char*> cases[] = {
       {"{}", "m.[0].[0].[9].k", R"({"m":[[[{"k":X}]]]})", ""},
@@ -126,9 +127,9 @@ TEST(PathWriting, MakesWhatIsMissing) {
       {"{}", "n.[ ]", R"({"n":{}})", "wrong array format [ ]\n"},
       {R"({"l":[null]})", "l.[0].x", R"({"l":[null]})",
        "cannot get array element at idx=0 'l.[0]'\n"},
-      {R"({"a":"s"})", "a.b", R"({"a":"s"})", "fail to add jval 'b' to jcrr="},
+      {R"({"a":"s"})", "a.b", R"({"a":"s"})", "fail to add jval 'b' to jcrr=PTR jprt=PTR\n"},
       {R"({"a":[1]})", "a.b.c", R"({"a":[1]})", "fail to add new object 'b'\n"},
-      {"{}", "", "{}", "wrong params jobj="},
+      {"{}", "", "{}", "wrong params jobj=PTR path=PTR\n"},
   };
   for (const auto& [before, path, after, error] : cases) {
     SCOPED_TRACE(testing::Message() << before << " " << path);
@@ -138,8 +139,59 @@ TEST(PathWriting, MakesWhatIsMissing) {
     const bool isStored = error[0] == '\0';
     EXPECT_EQ(isStored ? 0 : 2, JsonData::setJObj(root.get(), path, value.get()));
     EXPECT_EQ(after, replaced(plain(root.get()), "\"X\"", "X"));
-    const std::string line = isStored ? "" : std::string("ERROR: JsonData::setJObj: ") + error;
-    EXPECT_EQ(line, log.text().substr(0, isStored ? std::string::npos : line.size()));
+    EXPECT_EQ(isStored ? "" : std::string("ERROR: JsonData::setJObj: ") + error, log.text());
+  }
+}
+
+// Each line without its severity and operation: "D" and "d" are LOG_DEBUG of the operation's long
+// and short name.
+TEST(PathWriting, LogsItsSteps) {
+  const std::tuple<const char*, const char*, const char*> cases[] = {
+      {R"({"a":{}})", "a.b.c",
+       "d Parse: idx=0 key=a isEnd=false\n"
+       "D get child object at '.a' isNew=false\n"
+       "d Parse: idx=1 key=b isEnd=false\n"
+       "D get child object at 'a.b' isNew=true\n"
+       "D create new empty jchl to current object a.b\n"
+       "d Parse: idx=2 key=c isEnd=true\n"
+       "D set jval to current object jcrr=PTR jval=PTR b.c\n"
+       "d FOUND parent=PTR key=c\n"},
+      {"{}", "l.[0].[7]",
+       "d Parse: idx=0 key=l isEnd=false\n"
+       "D get child object at '.l' isNew=true\n"
+       "D create new empty jchl to current object .l\n"
+       "d Parse: idx=1 key=[0] isEnd=false\n"
+       "d recreate array object 'l' delete PTR=1\n"
+       "D add new array element at 0 'l.[0]'\n"
+       "d Parse: idx=2 key=[7] isEnd=true\n"
+       "d recreate array object '[0]' delete PTR=1\n"
+       "D add new array element at 7 '[0].[7]'\n"
+       "d FOUND parent=PTR key=[7]\n"},
+      {R"({"l":[[1]]})", "l.[0].[0]",
+       "d Parse: idx=0 key=l isEnd=false\n"
+       "D get child object at '.l' isNew=false\n"
+       "d Parse: idx=1 key=[0] isEnd=false\n"
+       "D get array element at idx=0, 'l.[0]'\n"
+       "d Parse: idx=2 key=[0] isEnd=true\n"
+       "D replace array element at idx=0 '[0].[0]'\n"
+       "d FOUND parent=PTR key=[0]\n"},
+      {"[]", "x",
+       "W setting an TMO into an array, append it to the array by default\n"
+       "d Parse: idx=0 key=[0] isEnd=false\n"
+       "D add new array element at 0 '.[0]'\n"
+       "d Parse: idx=1 key=x isEnd=true\n"
+       "D set jval to current object jcrr=PTR jval=PTR [0].x\n"
+       "d FOUND parent=PTR key=x\n"},
+  };
+  for (const auto& [before, path, lines] : cases) {
+    SCOPED_TRACE(path);
+    const JsonRef root = parse(before);
+    const JsonRef value = parse("7");
+    CapturedLog log;
+    EXPECT_EQ(0, JsonData::setJObj(root.get(), path, value.get()));
+    std::string logged = log.text();
+    logged = replaced(replaced(logged, "DEBUG: JsonData::setJObj:", "D"), "DEBUG: setJObj:", "d");
+    EXPECT_EQ(lines, replaced(logged, "WARN: JsonData::setJObj:", "W"));
   }
 }
 
@@ -148,22 +200,19 @@ TEST(PathWriting, KeepsTheTreeATree) {
   json_object* const a = JsonData::getJObj(root.get(), "a");
   json_object* const inner = JsonData::getJObj(a, "b.[0]");
   const std::string before = plain(root.get());
-  CapturedLog log({LOG_ERROR});
-  EXPECT_EQ(2, JsonData::setJObj(root.get(), "self", root.get()));
-  EXPECT_EQ(2, JsonData::setJObj(a, "b.[9]", root.get()));
-  EXPECT_EQ(2, JsonData::setJObj(inner, "up", a));
-  EXPECT_EQ(2, JsonData::setJObj(a, "b.[0]", a));
-  EXPECT_EQ(before, plain(root.get()));
-  EXPECT_TRUE(log.has("itself, or is nested too deep to tell"));
-  // A value shared within itself at every level is not walked for ever.
-  JsonRef twice = parse("{}");
-  for (int level = 0; level < 40; ++level) {
-    JsonRef outer = parse("{}");
-    json_object_object_add(outer.get(), "a", json_object_get(twice.get()));
-    json_object_object_add(outer.get(), "b", json_object_get(twice.get()));
-    twice = std::move(outer);
+  const std::tuple<json_object*, const char*, json_object*, const char*> cases[] = {
+      {root.get(), "self", root.get(), "fail to add jval 'self' to jcrr=PTR jprt=(nil)\n"},
+      {a, "b.x", JsonData::getJObj(a, "b"), "fail to add jval 'x' to jcrr=PTR jprt=PTR\n"},
+      {a, "b.[9]", root.get(), "fail to add new array element idx=9 key=b\n"},
+      {inner, "up", a, "fail to add jval 'up' to jcrr=PTR jprt=(nil)\n"},
+      {a, "b.[0]", a, "fail to replace array element 0 b.[0]\n"},
+  };
+  for (const auto& [place, path, value, error] : cases) {
+    CapturedLog log({LOG_ERROR});
+    EXPECT_EQ(2, JsonData::setJObj(place, path, value));
+    EXPECT_EQ(std::string("ERROR: JsonData::setJObj: ") + error, log.text());
   }
-  EXPECT_EQ(2, JsonData::setJObj(root.get(), "twice", twice.get()));
+  EXPECT_EQ(before, plain(root.get()));
   // Sharing without a cycle is welcome, and so is a value onto its own place.
   EXPECT_EQ(0, JsonData::setJObj(root.get(), "twin", inner));
   EXPECT_EQ(0, JsonData::setJObj(root.get(), "n", JsonData::getJObj(root.get(), "n")));
@@ -173,11 +222,7 @@ TEST(PathWriting, KeepsTheTreeATree) {
 
 TEST(PathLimits, TokensAndPathsOfAnyLength) {
   const std::string name(100000, 'n');
-  std::string deep = "a";
-  for (int i = 0; i < 100000; ++i) {
-    deep += i % 3 == 0 ? ".[0]" : ".a";
-  }
-  for (const std::string& path : {name, name + "." + name, deep}) {
+  for (const std::string& path : {name, name + "." + name}) {
     const JsonRef root = parse("{}");
     const JsonRef value = parse("7");
     json_object* parent = nullptr;
@@ -187,11 +232,44 @@ TEST(PathLimits, TokensAndPathsOfAnyLength) {
     std::free(const_cast<char*>(key));
     EXPECT_EQ(value.get(), JsonData::getJObj(root.get(), path.c_str()));
   }
+  const std::vector<JsonRef> deep = nested(100000);
+  std::string path;
+  for (int level = 99999; level > 0; --level) {
+    path += level % 2 != 0 ? "[0]." : "k.";
+  }
+  path += "k";
+  const JsonRef text = parse("\"text\"");
+  EXPECT_EQ("1", plain(JsonData::getJObj(deep.front().get(), path.c_str())));
+  EXPECT_EQ(0, JsonData::setJObj(deep.front().get(), path.c_str(), text.get()));
+  EXPECT_EQ(text.get(), JsonData::getJObj(deep.front().get(), path.c_str()));
   // A member path applied to an array is cut at 255 characters, index included.
   const JsonRef array = parse("[]");
   const JsonRef value = parse("7");
   ASSERT_EQ(0, JsonData::setJObj(array.get(), name.c_str(), value.get()));
   EXPECT_NE(nullptr, JsonData::getJObj(array.get(), ("[0]." + name.substr(0, 251)).c_str()));
+}
+
+TEST(PathLimits, OnlyPathsOfUpTo64TokensMakeWhatIsMissing) {
+  const JsonRef root = parse(R"({"l":[]})");
+  const JsonRef value = parse("7");
+  std::string path = "a";
+  for (int tokens = 1; tokens < 64; ++tokens) {
+    path += tokens % 3 == 0 ? ".[0]" : ".a";
+  }
+  const auto store = [&](const std::string& where) {
+    return linesOf([&] { JsonData::setJObj(root.get(), where.c_str(), value.get()); }, {LOG_ERROR});
+  };
+  EXPECT_EQ("", store(path));
+  EXPECT_EQ(value.get(), JsonData::getJObj(root.get(), path.c_str()));
+  const std::string before = plain(root.get());
+  EXPECT_EQ("ERROR: JsonData::setJObj: fail to add new object 'b'\n", store("b." + path));
+  EXPECT_EQ("ERROR: JsonData::setJObj: fail to add new array element idx=0 key=l\n",
+            store("l.[0]." + path.substr(2)));
+  EXPECT_EQ(before, plain(root.get()));
+  // What is made is plain, with nothing of the library's on it.
+  json_object* copy = nullptr;
+  EXPECT_EQ(0, json_object_deep_copy(root.get(), &copy, nullptr));
+  json_object_put(copy);
 }
 
 }  // namespace
