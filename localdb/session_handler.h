@@ -39,32 +39,39 @@ struct Hold {
   std::string key;
 };
 
-struct SessionHandler {
-  SessionHandler() : face() {}
-  // Nobody uses the handler any more. The face's own destructor does not run: it logs and empties
-  // what stands alone, which a removal has done.
-  ~SessionHandler();
-  SessionHandler(const SessionHandler&) = delete;
-  SessionHandler& operator=(const SessionHandler&) = delete;
+// The public fields. Their own destructor, which logs and empties what stands alone, does not run:
+// a handler's removal has done both.
+struct Face {
+  Face() : face() {}
+  ~Face() {}
+  Face(const Face&) = delete;
+  Face& operator=(const Face&) = delete;
+
+  union {
+    LOCALDB_HANDLER face;
+  };
+};
+static_assert(std::is_standard_layout_v<Face>,
+              "the fields have the address of what is around them");
+
+struct SessionHandler : Face {
+  SessionHandler() = default;
+  ~SessionHandler();  // nobody uses the handler any more
 
   // The handler that a registered pointer leads to; null for null.
   static SessionHandler* of(LOCALDB_HANDLER* face) {
-    return reinterpret_cast<SessionHandler*>(face);
+    return static_cast<SessionHandler*>(reinterpret_cast<Face*>(face));
   }
 
   // A further use. Requires one that lasts until this returns.
   [[nodiscard]] HandlerUse use();
 
-  union {
-    LOCALDB_HANDLER face;  // first, so that its address is the handler's
-  };
   std::atomic<unsigned int> users{1};  // the first is whoever made the handler
   std::atomic<bool> isRemoved{false};  // before its slots are emptied
   Hold holds[kAreaCount];
   std::atomic<bool> isEnding[kAreaCount] = {};  // a save or unlock has yet to leave state 2
   WaitingRoom waitingRoom;
 };
-static_assert(std::is_standard_layout_v<SessionHandler>, "face and handler share their address");
 
 }  // namespace hearth
 

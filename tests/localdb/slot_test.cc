@@ -197,15 +197,12 @@ TEST_F(SlotTest, WakesWhoWaits) {
 
 // The request to cancel is there before the operation begins and takes effect when it has ended.
 TEST_F(SlotTest, IsFinishedByAThreadThatIsCancelled) {
-  pthread_mutex_lock(&LocalDbCtrl::getDBByKey("default")->mutex[API_QOS]);
+  LOCALDB_HANDLER& handler = *LocalDbCtrl::getDBByKey("default");
+  pthread_mutex_lock(&handler.mutex[API_QOS]);
   const std::function<void()> operations[] = {
       [] { EXPECT_EQ(LocalDbCtrl::cloneNewDB("s"), 1); },
-      [] {
-        answerTo("lock radios");
-        EXPECT_EQ(answerTo("save"), "0");
-      },
-      [] { EXPECT_EQ(answerTo("lock no"), "null"); },
-      [] { EXPECT_EQ(answerTo("lock ", "default", API_QOS), "null"); },
+      [] { EXPECT_TRUE(locked(kWifi, "default") && answerTo("save") == "0"); },
+      [] { EXPECT_EQ(answerTo("lock ", "default", API_QOS), "null") << "waits for a refusal"; },
       [] { EXPECT_EQ(LocalDbCtrl::removeDB("s"), 1); },
       [] { LocalDbCtrl::init(); },
   };
@@ -221,14 +218,17 @@ TEST_F(SlotTest, IsFinishedByAThreadThatIsCancelled) {
     };
     pthread_t thread{};
     ASSERT_EQ(pthread_create(&thread, nullptr, run, &work), 0);
-    usleep(1000);
-    if (&operation == &operations[3]) {
-      __atomic_store_n(&LocalDbCtrl::getDBByKey("default")->state[API_QOS], LDB_LOCKED,
-                       __ATOMIC_RELEASE);
+    if (&operation == &operations[2]) {
+      usleep(1000);
+      __atomic_store_n(&handler.state[API_QOS], LDB_LOCKED, __ATOMIC_RELEASE);
     }
     void* ended = nullptr;
     pthread_join(thread, &ended);
     EXPECT_TRUE(work.second && ended == PTHREAD_CANCELED) << &operation - operations;
+    if (&operation == &operations[2]) {
+      handler.state[API_QOS] = LDB_NOT_INITIALIZED;
+      pthread_mutex_unlock(&handler.mutex[API_QOS]);
+    }
   }
 }
 
