@@ -25,7 +25,8 @@ TreeMapObject* JsonData::createObject(const char* text) {
 
 TreeMapObject* JsonData::createObjectFromFile(const char* path) {
   hearth::JsonFile file = hearth::findJsonFile(path);
-  return file.exists ? hearth::newOwningHandle(file.value.release()) : nullptr;
+  return file.reading != hearth::Reading::kMissing ? hearth::newOwningHandle(file.value.release())
+                                                   : nullptr;
 }
 
 const char* JsonData::getJson(TreeMapObject* obj) {

@@ -1,6 +1,6 @@
 // Reads a file as json-c's own file reader does (the parser's default depth, text behind the value
 // ignored), but whole and at once, without ever waiting, and without that reader's shared error
-// text.
+// text. And the end of the file ends a value: a lone number or word needs no blank behind it.
 #include "json/file_read.h"
 
 #include <fcntl.h>
@@ -12,7 +12,9 @@
 #include <climits>
 #include <cstdlib>
 #include <memory>
+#include <utility>
 
+#include "log/no_cancellation.h"
 #include "log/unique_fd.h"
 
 namespace hearth {
@@ -29,8 +31,8 @@ using Tokener = std::unique_ptr<json_tokener, FreeTokener>;
 // The contents of a file; the parser counts their bytes in an int.
 class Contents {
  public:
-  // False when the file cannot be read whole.
-  bool read(int fd);
+  // kValue when they are there whole.
+  Reading read(int fd);
   const char* data() const { return data_.get(); }
   int size() const { return static_cast<int>(size_); }
 
@@ -59,48 +61,70 @@ bool Contents::reserve(std::size_t capacity) {
 // The size that the file states is a hint: a file in /proc states none, others may grow or shrink.
 // One byte more than stated makes the end of the file visible without growing. What was opened may
 // not be what was asked about before.
-bool Contents::read(int fd) {
+Reading Contents::read(int fd) {
   struct stat status;
-  if (fstat(fd, &status) != 0 || !S_ISREG(status.st_mode) ||
-      status.st_size > static_cast<off_t>(kMaxSize)) {
-    return false;
+  if (fstat(fd, &status) != 0) {
+    return Reading::kUnreadable;
+  }
+  if (!S_ISREG(status.st_mode) || status.st_size > static_cast<off_t>(kMaxSize)) {
+    return Reading::kNoValue;
   }
   const auto stated = static_cast<std::size_t>(status.st_size);
   if (!reserve(stated < kLeastCapacity ? kLeastCapacity : stated + 1)) {
-    return false;
+    return Reading::kUnreadable;
   }
   for (;;) {
     const ssize_t got = ::read(fd, data_.get() + size_, capacity_ - size_);
+    if (got < 0 && errno != EINTR) {
+      return Reading::kUnreadable;
+    }
     if (got == 0) {
-      return size_ <= kMaxSize;
+      return Reading::kValue;
     }
-    if (got < 0) {
-      if (errno != EINTR) {
-        return false;
-      }
-      continue;
+    size_ += got > 0 ? static_cast<std::size_t>(got) : 0;
+    if (size_ > kMaxSize) {
+      return Reading::kNoValue;
     }
-    size_ += static_cast<std::size_t>(got);
-    if (size_ == capacity_ && (size_ > kMaxSize || !reserve(capacity_ + capacity_ / 2))) {
-      return false;
+    if (size_ == capacity_ && !reserve(capacity_ + capacity_ / 2)) {
+      return Reading::kUnreadable;
     }
   }
 }
 
-json_object* readRegular(const char* path) {
-  const UniqueFd file(open(path, O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY));
-  Contents contents;
-  if (!file || !contents.read(file.get())) {
-    return nullptr;
-  }
+UniqueFd openForReading(const char* path) {
+  int fd = -1;
+  do {
+    fd = open(path, O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY);
+  } while (fd < 0 && errno == EINTR);
+  return UniqueFd(fd);
+}
+
+JsonFile parse(const Contents& contents) {
   const Tokener tokener(json_tokener_new());
   if (tokener == nullptr) {
-    return nullptr;
+    return {Reading::kUnreadable, nullptr};
   }
   errno = 0;
   JsonRef value(json_tokener_parse_ex(tokener.get(), contents.data(), contents.size()));
+  if (json_tokener_get_error(tokener.get()) == json_tokener_continue) {
+    value.reset(json_tokener_parse_ex(tokener.get(), "", 1));  // its NUL is an end to the parser
+  }
   // The parser leaves out what it finds no memory for.
-  return errno == ENOMEM ? nullptr : value.release();
+  if (errno == ENOMEM) {
+    return {Reading::kUnreadable, nullptr};
+  }
+  const Reading reading = value != nullptr ? Reading::kValue : Reading::kNoValue;
+  return {reading, std::move(value)};
+}
+
+JsonFile readRegular(const char* path) {
+  const UniqueFd file = openForReading(path);
+  if (!file) {
+    return {errno == ENOENT ? Reading::kMissing : Reading::kUnreadable, nullptr};
+  }
+  Contents contents;
+  const Reading read = contents.read(file.get());
+  return read == Reading::kValue ? parse(contents) : JsonFile{read, nullptr};
 }
 
 }  // namespace
@@ -108,11 +132,12 @@ json_object* readRegular(const char* path) {
 // Only a regular file is opened: opening a device may do something by itself, such as starting a
 // watchdog, and who waits at the other end of a pipe would take the open end for its reader.
 JsonFile findJsonFile(const char* path) {
+  const NoCancellation finish;
   struct stat status;
   if (path == nullptr || stat(path, &status) != 0) {
     return {};
   }
-  return {true, JsonRef(S_ISREG(status.st_mode) ? readRegular(path) : nullptr)};
+  return S_ISREG(status.st_mode) ? readRegular(path) : JsonFile{Reading::kNoValue, nullptr};
 }
 
 json_object* readJsonFile(const char* path) {

@@ -6,17 +6,26 @@
 
 namespace hearth {
 
-// What a path leads to.
-struct JsonFile {
-  bool exists = false;  // whatever it is
-  JsonRef value;        // null as readJsonFile says
+// What became of reading a file.
+enum class Reading {
+  kMissing,     // stat finds no file
+  kUnreadable,  // it could not be opened or read, whatever it holds: rights, descriptors, memory,
+                // the device; another attempt may succeed
+  kNoValue,  // it does not parse, is too large, holds null, or is no regular file
+  kValue
 };
 
+struct JsonFile {
+  Reading reading = Reading::kMissing;
+  JsonRef value;  // null but for kValue
+};
+
+// Reads the file at path; a null path leads to none. What is no regular file is not opened: a pipe
+// or a device would block or never end.
 [[nodiscard]] JsonFile findJsonFile(const char* path);
 
-// The value in the file at path, with one reference that the caller owns. Null when path is
-// null, or the file cannot be read, does not parse, or is no regular file (a pipe or a device would
-// block or never end).
+// The value in the file at path, with one reference that the caller owns; null for any reading but
+// kValue.
 [[nodiscard]] json_object* readJsonFile(const char* path);
 
 }  // namespace hearth

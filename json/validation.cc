@@ -74,7 +74,7 @@ int JsonData::validateFile(TreeMapObject* obj, const char* schemaFile) {
   }
   HEARTH_LOG(LOG_DEBUG, "%s: validate file %s\n", kValidateFile, hearth::printable(schemaFile));
   const hearth::JsonFile schema = hearth::findJsonFile(schemaFile);
-  if (!schema.exists) {
+  if (schema.reading == hearth::Reading::kMissing) {
     HEARTH_LOG(LOG_WARNING, "%s: file is not exist: %s. The validation is passed with notice\n",
                kValidateFile, hearth::printable(schemaFile));
     return hearth::kSuccess;

@@ -27,14 +27,9 @@ void logNoHandler(const char* operation) {
   HEARTH_LOG(LOG_ERROR, "%s: there is no database handler\n", operation);
 }
 
-TreeMapObject* lockSlot(Lookup found, unsigned int area, const char* path, const char* sessionKey) {
-  const Slot slot(*found.use->handler, area);
-  HEARTH_LOG(LOG_DEBUG, "%s: start state=%d\n", kLock, static_cast<int>(slot.state()));
-  if (!slot.enter()) {
-    HEARTH_LOG(LOG_WARNING, "%s: failed to access local database (%d) in writing state\n", kLock,
-               static_cast<int>(area));
-    return nullptr;
-  }
+// With the slot's mutex in hand.
+TreeMapObject* openSlot(const Slot& slot, Lookup found, unsigned int area, const char* path,
+                        const char* sessionKey) {
   const bool isNoted = noteLookup(found, area, sessionKey);
   if (!isNoted) {
     HEARTH_LOG(LOG_ERROR, "%s: no memory for the session key\n", kLock);
@@ -49,14 +44,37 @@ TreeMapObject* lockSlot(Lookup found, unsigned int area, const char* path, const
   return object;
 }
 
+// Nobody gets a slot of a handler that is being removed: whoever finds one looks its key up anew.
+TreeMapObject* lockSlot(unsigned int area, const char* path, const char* sessionKey) {
+  for (;;) {
+    Lookup found = lookUp(sessionKey);
+    if (found.use == nullptr) {
+      logNoHandler(kLock);
+      return nullptr;
+    }
+    const Slot slot(*found.use, area);
+    HEARTH_LOG(LOG_DEBUG, "%s: start state=%d\n", kLock, static_cast<int>(slot.state()));
+    if (!slot.enter()) {
+      HEARTH_LOG(LOG_WARNING, "%s: failed to access local database (%d) in writing state\n", kLock,
+                 static_cast<int>(area));
+      return nullptr;
+    }
+    if (!found.use->isRemoved.load(std::memory_order_acquire)) {
+      return openSlot(slot, std::move(found), area, path, sessionKey);
+    }
+    slot.leave();
+  }
+}
+
 // What a save or unlock under a key is about.
 struct Target {
   HandlerUse use;       // of the handler to work on; null when there is none
   bool isHeld = false;  // by this thread; its hold is ended
 };
 
-// The slot of the handler that the key names now; if this thread does not hold that one, the slot
-// that it locked under the key when that named another handler.
+// The slot that this thread locked under the key, whatever the key names now; of several the one
+// that it locked last. Only a thread that holds nothing under the key means the handler that the
+// key names now, whose slot it may hold under another key.
 Target findTarget(unsigned int area, const char* sessionKey) {
   Hold* hold = findHoldUnder(sessionKey, area);
   if (hold != nullptr && isCurrent(hold->version)) {
@@ -66,8 +84,9 @@ Target findTarget(unsigned int area, const char* sessionKey) {
     return {endHold(*hold), true};
   }
   Lookup found = lookUp(sessionKey);
-  Hold* const named = found.use != nullptr ? findHold(found.use->handler, area) : nullptr;
-  hold = named != nullptr ? named : hold;
+  if (hold == nullptr && found.use != nullptr) {
+    hold = findHold(found.use.get(), area);
+  }
   return hold != nullptr ? Target{endHold(*hold), true} : Target{std::move(found.use), false};
 }
 
@@ -82,15 +101,17 @@ int endLock(const Ending& ending, unsigned int area, const char* sessionKey, Fin
     logNoHandler(ending.operation);
     return kFailure;
   }
-  const Slot slot(*target.use->handler, area);
+  const Slot slot(*target.use, area);
   HEARTH_LOG(LOG_DEBUG, "%s: apiT=%d state=%d\n", ending.operation, static_cast<int>(area),
              static_cast<int>(slot.state()));
   if (!target.isHeld) {
     HEARTH_LOG(ending.notLocked, "%s: I am not in locked state\n", ending.operation);
     return kFailure;
   }
-  slot.leave();
-  return slot.isLockedDatabase(ending) ? finish(slot) : kFailure;
+  slot.startEnding();
+  const int result = slot.isLockedDatabase(ending) ? finish(slot) : kFailure;
+  slot.finishEnding();
+  return result;
 }
 
 }  // namespace
@@ -105,12 +126,7 @@ TreeMapObject* LocalDbCtrl::lockDbObject(unsigned int apiT, const char* path,
     HEARTH_LOG(LOG_ERROR, "%s: path is NULL\n", hearth::kLock);
     return nullptr;
   }
-  hearth::Lookup found = hearth::lookUp(sessionKey);
-  if (found.use == nullptr) {
-    hearth::logNoHandler(hearth::kLock);
-    return nullptr;
-  }
-  return hearth::lockSlot(std::move(found), apiT, path, sessionKey);
+  return hearth::lockSlot(apiT, path, sessionKey);
 }
 
 int LocalDbCtrl::saveDbObject(API_TYPE_T apiT, const char* sessionKey) {

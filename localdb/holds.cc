@@ -44,9 +44,9 @@ void keepHold(HandlerUse use, unsigned int area) {
   newestHold = &hold;
 }
 
-Hold* findHold(const LOCALDB_HANDLER* handler, unsigned int area) {
+Hold* findHold(const SessionHandler* handler, unsigned int area) {
   return findNewest(
-      [=](const Hold& hold) { return hold.area == area && hold.use->handler == handler; });
+      [=](const Hold& hold) { return hold.area == area && hold.use.get() == handler; });
 }
 
 Hold* findHoldUnder(const char* sessionKey, unsigned int area) {

@@ -5,8 +5,8 @@
 #ifndef HEARTH_LOCALDB_HOLDS_H
 #define HEARTH_LOCALDB_HOLDS_H
 
-#include "localdb/handler_record.h"
 #include "localdb/registry.h"
+#include "localdb/session_handler.h"
 
 namespace hearth {
 
@@ -18,7 +18,7 @@ namespace hearth {
 void keepHold(HandlerUse use, unsigned int area);
 
 // This thread's hold on a handler's slot; null when it has none.
-[[nodiscard]] Hold* findHold(const LOCALDB_HANDLER* handler, unsigned int area);
+[[nodiscard]] Hold* findHold(const SessionHandler* handler, unsigned int area);
 
 // This thread's newest hold on a slot of this area that it locked under the key, whatever handler
 // the key names now; null when it has none.

@@ -2,7 +2,7 @@
 #ifndef HEARTH_LOCALDB_REGISTRY_H
 #define HEARTH_LOCALDB_REGISTRY_H
 
-#include "localdb/handler_record.h"
+#include "localdb/session_handler.h"
 
 namespace hearth {
 

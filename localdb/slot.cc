@@ -3,7 +3,7 @@
 //   from   event                                     to   mutex             answer
 //   0      lock: the file loads, path found          2    taken, kept       handle
 //   0      lock: the file loads, path not found      1    taken, given back null
-//   0      lock: the file does not load              0    taken, given back null
+//   0      lock: the file is missing or unreadable   0    taken, given back null
 //   1      lock: path found                          2    taken, kept       handle
 //   1      lock: path not found                      1    taken, given back null
 //   2      lock                                      2    not waited for    null
@@ -11,89 +11,114 @@
 //   2      unlock                                    1    given back first  0
 //   0, 1   save, unlock                              -    not touched       2
 //   0, 1   removal                                   0    taken, given back
-//   2      removal: waits for the holder, leaves a
-//          slot whose save is still writing          -    taken, given back
+//   2      removal: waits for the holder and for the
+//          end of its save or unlock                 0    taken, given back
 //
 // State 2 excludes as the mutex does: whoever gets the mutex and finds state 2 leaves the object
 // alone. That is what protects it while a save writes the file without the mutex, so that lockers
 // are refused at once instead of waiting for the device. The state is stored last, with release
 // order, and loaded with acquire order: who sees the state sees the object that goes with it.
+//
+// A file that holds no value (it does not parse, or is no file) loads as a handle without one, and
+// the states are the same; each lock then reads the file again until it holds one.
 #include "localdb/slot.h"
 
-#include <ctime>
-
 #include "hearth/json_data.h"
+#include "json/file_read.h"
+#include "json/handle.h"
 #include "json/status.h"
 #include "localdb/area.h"
 #include "localdb/holds.h"
 #include "log/log.h"
+#include "log/no_cancellation.h"
 
 namespace hearth {
 namespace {
 
-// How long a thread looks away from a slot before it looks again.
-void pauseBriefly() {
-  constexpr timespec kPause = {0, 200'000};
-  nanosleep(&kPause, nullptr);
+LOCALDB_STATE_T stateOf(const LOCALDB_HANDLER& face, unsigned int area) {
+  return __atomic_load_n(&face.state[area], __ATOMIC_ACQUIRE);
 }
 
 }  // namespace
 
-void Slot::construct() const {
-  object() = nullptr;
-  setState(LDB_NOT_INITIALIZED);
-  pthread_mutex_init(&mutex(), nullptr);
+void constructSlots(LOCALDB_HANDLER& face) {
+  for (unsigned int area = 0; area < kAreaCount; ++area) {
+    face.localdb[area] = nullptr;
+    __atomic_store_n(&face.state[area], LDB_NOT_INITIALIZED, __ATOMIC_RELEASE);
+    pthread_mutex_init(&face.mutex[area], nullptr);
+  }
 }
 
-void Slot::destruct() const {
-  if (state() == LDB_ACCESSIBLE) {
-    discardObject();
+void destructSlots(LOCALDB_HANDLER& face) {
+  for (unsigned int area = 0; area < kAreaCount; ++area) {
+    if (stateOf(face, area) == LDB_ACCESSIBLE) {
+      delete face.localdb[area];
+    }
+    pthread_mutex_destroy(&face.mutex[area]);
   }
-  pthread_mutex_destroy(&mutex());
 }
 
 LOCALDB_STATE_T Slot::state() const {
-  return __atomic_load_n(&handler_.state[area_], __ATOMIC_ACQUIRE);
+  return stateOf(handler_.face, area_);
 }
 
 void Slot::setState(LOCALDB_STATE_T state) const {
-  __atomic_store_n(&handler_.state[area_], state, __ATOMIC_RELEASE);
+  __atomic_store_n(&handler_.face.state[area_], state, __ATOMIC_RELEASE);
+}
+
+bool Slot::tryMutex() const {
+  return pthread_mutex_trylock(&mutex()) == 0;
 }
 
 // Another locker may get the mutex, and then hold the slot for long, after this one has seen it
-// free; so the state is looked at again and again instead of sleeping on the mutex.
+// free; so this one sleeps in the waiting room, where both news reach it, and not on the mutex.
 bool Slot::enter() const {
-  while (state() != LDB_LOCKED) {
-    if (pthread_mutex_trylock(&mutex()) != 0) {
-      pauseBriefly();
-      continue;
-    }
-    if (state() != LDB_LOCKED) {
-      return true;
-    }
-    leave();
+  bool isIn = false;
+  const auto isDecided = [&] {
+    isIn = state() != LDB_LOCKED && tryMutex();
+    return isIn || state() == LDB_LOCKED;
+  };
+  if (!isDecided()) {
+    handler_.waitingRoom.waitUntil(isDecided);
   }
-  return false;
+  if (isIn && state() == LDB_LOCKED) {
+    leave();
+    return false;
+  }
+  return isIn;
 }
 
 void Slot::leave() const {
   pthread_mutex_unlock(&mutex());
+  handler_.waitingRoom.wake();
 }
 
 void Slot::load(const char* operation) const {
-  if (state() != LDB_NOT_INITIALIZED) {
+  const bool isFirst = state() == LDB_NOT_INITIALIZED;
+  if (!isFirst && (object() == nullptr || object()->jobj != nullptr)) {
     return;
   }
   const char* const name = LocalDbCtrl::getFileName(area_);
-  object() = name != nullptr ? JsonData::createObjectFromFile(name) : nullptr;
-  if (object() == nullptr) {
+  if (isFirst ? loadFirst(name) : loadAgain(name)) {
+    setState(LDB_ACCESSIBLE);
+    HEARTH_LOG(LOG_DEBUG, "%s: Initialized local database for api type %d\n", operation,
+               static_cast<int>(area_));
+  } else if (isFirst) {
     HEARTH_LOG(LOG_WARNING, "%s: Cannot load database from %s\n", operation,
                name != nullptr ? name : kNoName);
-    return;
   }
-  setState(LDB_ACCESSIBLE);
-  HEARTH_LOG(LOG_DEBUG, "%s: Initialized local database for api type %d\n", operation,
-             static_cast<int>(area_));
+}
+
+bool Slot::loadFirst(const char* name) const {
+  JsonFile file = findJsonFile(name);
+  const bool isRead = file.reading == Reading::kValue || file.reading == Reading::kNoValue;
+  object() = isRead ? newOwningHandle(file.value.release()) : nullptr;
+  return object() != nullptr;
+}
+
+bool Slot::loadAgain(const char* name) const {
+  object()->jobj = readJsonFile(name);
+  return object()->jobj != nullptr;
 }
 
 TreeMapObject* Slot::open(const char* path) const {
@@ -110,6 +135,17 @@ TreeMapObject* Slot::open(const char* path) const {
 
 void Slot::markLocked() const {
   setState(LDB_LOCKED);
+  handler_.waitingRoom.wake();
+}
+
+void Slot::startEnding() const {
+  handler_.isEnding[area_].store(true, std::memory_order_relaxed);
+  pthread_mutex_unlock(&mutex());
+}
+
+void Slot::finishEnding() const {
+  handler_.isEnding[area_].store(false, std::memory_order_release);
+  handler_.waitingRoom.wake();
 }
 
 bool Slot::isLockedDatabase(const Ending& ending) const {
@@ -128,6 +164,7 @@ bool Slot::isLockedDatabase(const Ending& ending) const {
 }
 
 int Slot::save(const char* operation) const {
+  const NoCancellation finish;
   const char* const name = LocalDbCtrl::getFileName(area_);
   HEARTH_LOG(LOG_DEBUG, "%s: type=%d save object %p to file %s\n", operation,
              static_cast<int>(area_), static_cast<void*>(object()),
@@ -143,34 +180,27 @@ int Slot::unlock() const {
 }
 
 void Slot::empty(Waiting waiting) const {
-  const bool entered = enterForRemoval(waiting);
-  const bool isFree = entered && isLeftByUnlock();
-  if (isFree) {
+  const bool isIn = enterForRemoval(waiting);
+  if (isIn && state() != LDB_LOCKED) {
     discardObject();
   } else {
     HEARTH_LOG(LOG_ERROR, "Local DB is in Lock state, cannot be destroyed");
   }
-  if (entered) {
+  if (isIn) {
     leave();
   }
 }
 
+// Whoever has the mutex keeps new holders out, so what is still in state 2 then is the work of the
+// last one, whose save or unlock is under way.
 bool Slot::enterForRemoval(Waiting waiting) const {
-  const bool isMine = findHold(&handler_, area_) != nullptr;
-  if (waiting == Waiting::kForHolder && !isMine) {
-    return pthread_mutex_lock(&mutex()) == 0;
+  if (waiting == Waiting::kNever || findHold(&handler_, area_) != nullptr) {
+    return tryMutex();
   }
-  return pthread_mutex_trylock(&mutex()) == 0;
-}
-
-// With the mutex in hand: true when the slot is not locked. An unlock gives the mutex back an
-// instant before it changes the state, so a locked slot gets a few looks.
-bool Slot::isLeftByUnlock() const {
-  constexpr int kLooks = 10;
-  for (int look = 0; look < kLooks && state() == LDB_LOCKED; ++look) {
-    pauseBriefly();
-  }
-  return state() != LDB_LOCKED;
+  pthread_mutex_lock(&mutex());
+  handler_.waitingRoom.waitUntil(
+      [this] { return !handler_.isEnding[area_].load(std::memory_order_acquire); });
+  return true;
 }
 
 void Slot::discardObject() const {

@@ -222,4 +222,30 @@ TEST_F(MemoryFaultsTest, PretendNothingAndLoseNothing) {
   munmap(lastRefused, sizeof(int));
 }
 
+// A lock that memory was short for has what it asked for or is refused; the next one has it. Each
+// in a child: json-c may end that.
+TEST_F(MemoryFaultsTest, OfOneLockAreForgottenByTheNext) {
+  constexpr int kLast = 2;
+  std::filesystem::create_directories("qos");
+  putText("qos/qos.ldb", kOld);
+  BEConfig::DATA_LOCATION = ".";
+  int refused = 0;
+  Ended ended{0, "", ""};
+  for (int nth = 1; ended.status != kLast; ++nth) {
+    ended = inChild([nth] {
+      LocalDbCtrl::init();
+      failAllocation(nth, false);
+      const Handle first(LocalDbCtrl::lockDbObject(API_QOS, "count", "default"));
+      const bool isLast = countedAllocations() < nth;
+      const Handle next(first == nullptr ? LocalDbCtrl::lockDbObject(API_QOS, "count", "default")
+                                         : nullptr);
+      const bool isRight = (first != nullptr) != (next != nullptr) || wasRefusedToParser();
+      exit(isLast ? kLast : isRight ? 0 : 1);
+    });
+    EXPECT_NE(1, ended.status) << "allocation " << nth;
+    ++refused;
+  }
+  EXPECT_GT(refused, 10);
+}
+
 }  // namespace

@@ -1,4 +1,4 @@
-// json-c's own file reader is the oracle for every regular file.
+// json-c's own parser of texts is the oracle for every regular file.
 #include "json/file_read.h"
 
 #include <json-c/json.h>
@@ -22,14 +22,34 @@ std::string rendered(json_object* value) {
 
 void checkText(const std::string& text) {
   putText("file", text);
-  EXPECT_EQ(rendered(json_object_from_file("file")), rendered(readJsonFile("file")))
+  EXPECT_EQ(rendered(json_tokener_parse(text.c_str())), rendered(readJsonFile("file")))
       << text.substr(0, 80) << " of " << text.size();
 }
 
 TEST_F(FileReadTest, ReadsWhatJsonCReads) {
-  for (const char* text : {"", " ", "{", "{}", "[1,2", "[1] trailing", "null", "true", "12", "12\n",
-                           "-1.5e3 ", "nan", "\"a\\u0000b\"", "'a'", "{\"a\":1,\"a\":2}",
-                           "/* c */ [1]", "\xef\xbb\xbf[]", "[\"\xff\"]", "[1,]"}) {
+  for (const char* text : {"",
+                           " ",
+                           "{",
+                           "{}",
+                           "[1,2",
+                           "[1] trailing",
+                           "null",
+                           "true",
+                           "tru",
+                           "12",
+                           "-",
+                           "12\n",
+                           "0x",
+                           "\"open",
+                           "-1.5e3 ",
+                           "nan",
+                           "\"a\\u0000b\"",
+                           "'a'",
+                           "{\"a\":1,\"a\":2}",
+                           "/* c */ [1]",
+                           "\xef\xbb\xbf[]",
+                           "[\"\xff\"]",
+                           "[1,]"}) {
     checkText(text);
   }
   std::string large = "[0";
@@ -58,11 +78,30 @@ TEST_F(FileReadTest, RefusesWhatIsNoFileWithoutOpeningIt) {
   ASSERT_GE(inotify_add_watch(events.get(), "pipe", IN_OPEN), 0);
   putText("huge", "[1]");
   ASSERT_EQ(0, truncate("huge", off_t{1} << 31));
-  for (const char* path : {"pipe", "link", "/dev/zero", "huge", "/dev/null"}) {
-    EXPECT_EQ(nullptr, readJsonFile(path)) << path;
+  for (const char* path : {"pipe", "link", "/dev/zero", "huge", "/dev/null", "."}) {
+    EXPECT_EQ(Reading::kNoValue, findJsonFile(path).reading) << path;
   }
   inotify_event event{};
   EXPECT_EQ(-1, read(events.get(), &event, sizeof event)) << "the pipe was opened";
+}
+
+TEST_F(FileReadTest, TellsWhyThereIsNoValue) {
+  putText("whole", "[1]");
+  putText("cut", "[1");
+  putText("null", "null");
+  symlink("nowhere", "link");
+  const std::pair<const char*, Reading> kRows[] = {{"whole", Reading::kValue},
+                                                   {"cut", Reading::kNoValue},
+                                                   {"null", Reading::kNoValue},
+                                                   {"link", Reading::kMissing},
+                                                   {"whole/file", Reading::kMissing},
+                                                   {nullptr, Reading::kMissing},
+                                                   {"/proc/self/mem", Reading::kUnreadable}};
+  for (const auto& [path, reading] : kRows) {
+    const JsonFile file = findJsonFile(path);
+    EXPECT_EQ(reading, file.reading) << (path != nullptr ? path : "(null)");
+    EXPECT_EQ(reading == Reading::kValue, file.value != nullptr);
+  }
 }
 
 }  // namespace

@@ -67,17 +67,18 @@ class DatabaseTest : public Scratch {
   };
 };
 
-// Does what a word says with the area wifi: "lock PATH", "save" or "unlock"; gives the answer as
-// text ("handle", "null", "0", "2").
-inline std::string answerTo(const std::string& event, const char* key = "default") {
+// Does what a word says with the area, wifi if none is said: "lock PATH", "save" or "unlock"; gives
+// the answer as text ("handle", "null", "0", "2").
+inline std::string answerTo(const std::string& event, const char* key = "default",
+                            API_TYPE_T area = API_WIFI) {
   if (event == "save") {
-    return std::to_string(LocalDbCtrl::saveDbObject(API_WIFI, key));
+    return std::to_string(LocalDbCtrl::saveDbObject(area, key));
   }
   if (event == "unlock") {
-    return std::to_string(LocalDbCtrl::unlockDbObject(API_WIFI, key));
+    return std::to_string(LocalDbCtrl::unlockDbObject(area, key));
   }
   const std::string path = event.substr(event.find(' ') + 1);
-  TreeMapObject* const handle = LocalDbCtrl::lockDbObject(API_WIFI, path.c_str(), key);
+  TreeMapObject* const handle = LocalDbCtrl::lockDbObject(area, path.c_str(), key);
   const Handle borrowed(path.empty() ? nullptr : handle);
   return handle != nullptr ? "handle" : "null";
 }

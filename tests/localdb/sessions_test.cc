@@ -1,13 +1,11 @@
 // Sessions: which handler a key names, and what becomes of a handler that is removed while in use.
-#include <fcntl.h>
-#include <poll.h>
-#include <sys/stat.h>
-#include <unistd.h>
-
 #include <chrono>
+#include <optional>
+#include <sstream>
 #include <tuple>
 
 #include "tests/localdb/database_fixture.h"
+#include "tests/localdb/held_calls.h"
 
 namespace {
 
@@ -49,6 +47,9 @@ TEST_F(SessionsTest, AreMadeFromTheFilesAndRemoved) {
                             std::to_string(area) + "\n";
     removed += isMissing ? "" : "DEBUG: ~TreeMapObject: this=PTR\nDEBUG:      release jobj=PTR\n";
   }
+  const std::string begun = made.substr(0, made.find("\n") + 1);
+  EXPECT_EQ(linesOf(LocalDbCtrl::init), begun + removed.substr(0, removed.find("\n") + 1))
+      << "nothing is held";
   made += "DEBUG: cloneNewDB: new handler created for session s\n";
   const std::tuple<int (*)(const char*), const char*, int, std::string> kRows[] = {
       {LocalDbCtrl::cloneNewDB, "s", 1, made},
@@ -68,30 +69,87 @@ TEST_F(SessionsTest, AreMadeFromTheFilesAndRemoved) {
   }
 }
 
-// Removal waits for the holder, who ends its lock on the handler that it locked: whatever the key
-// names by then, and without disturbing the default handler that another thread holds.
+// Removal waits for the holder, be it of the first or the last slot, and says nothing. The holder
+// ends its lock on the handler that it locked: whatever the key names by then, and without
+// disturbing the default handler that another thread holds.
 TEST_F(SessionsTest, OutliveTheirKeyWhileHeld) {
-  for (const char* ending : {"save", "unlock"}) {
-    for (const bool isMadeAgain : {true, false}) {
-      SCOPED_TRACE(testing::Message() << ending << (isMadeAgain ? " made again" : ""));
-      folder_.file("wifi/wifi.ldb", kFreshFile);
-      LocalDbCtrl::cloneNewDB(kSession);
-      ASSERT_TRUE(locked(kWifi, kSession, 7));
-      Holder other(kWifi, "default");
-      auto removal = std::async(std::launch::async, [] { LocalDbCtrl::removeDB(kSession); });
-      while (LocalDbCtrl::getDBByKey(kSession) != LocalDbCtrl::getDBByKey("default")) {
-        std::this_thread::yield();
-      }
-      EXPECT_EQ(isMadeAgain ? LocalDbCtrl::cloneNewDB(kSession) : 1, 1);
-      EXPECT_EQ(removal.wait_for(std::chrono::milliseconds(10)), std::future_status::timeout);
-      EXPECT_EQ(answerTo(ending, kSession), "0");
-      removal.get();
-      EXPECT_EQ(fileHolds(kWifi, "count"), ending == std::string("save") ? 7 : 0);
-      EXPECT_EQ(answerTo(ending, kSession), "2") << "there was one lock";
-      EXPECT_EQ(stateOf(kWifi), LDB_LOCKED);
-      EXPECT_EQ(other.end([] { return answerTo("unlock", nullptr); }), "0");
-      LocalDbCtrl::removeDB(kSession);
+  for (const auto& [area, ending, isMadeAgain] : {std::tuple(API_GATEWAY, "save", false),
+                                                  {API_MISC, "save", true},
+                                                  {API_GATEWAY, "unlock", true},
+                                                  {API_MISC, "unlock", false}}) {
+    SCOPED_TRACE(testing::Message() << area << ending << (isMadeAgain ? " made again" : ""));
+    folder_.file(std::string(API_DATA_DIR[area]) + "/" + API_DATA_DIR[area] + ".ldb", kFreshFile);
+    LocalDbCtrl::cloneNewDB(kSession);
+    ASSERT_TRUE(locked(area, kSession, 7));
+    Holder other(area, "default");
+    CapturedLog log({LOG_ERROR});
+    auto removal = std::async(std::launch::async, [] { LocalDbCtrl::removeDB(kSession); });
+    while (LocalDbCtrl::getDBByKey(kSession) != LocalDbCtrl::getDBByKey("default")) {
+      std::this_thread::yield();
     }
+    EXPECT_EQ(isMadeAgain ? LocalDbCtrl::cloneNewDB(kSession) : 1, 1);
+    EXPECT_EQ(removal.wait_for(std::chrono::milliseconds(10)), std::future_status::timeout);
+    EXPECT_EQ(answerTo(ending, kSession, area), "0");
+    removal.get();
+    EXPECT_FALSE(log.has(kLockState));
+    EXPECT_EQ(fileHolds(area, "count"), ending == std::string("save") ? 7 : 0);
+    EXPECT_EQ(answerTo(ending, kSession, area), "2") << "there was one lock";
+    EXPECT_EQ(stateOf(area), LDB_LOCKED);
+    EXPECT_EQ(other.end([area = area] { return answerTo("unlock", nullptr, area); }), "0");
+    LocalDbCtrl::removeDB(kSession);
+  }
+}
+
+// One thread, one area, several holds. Each lock that gets a slot writes its number into it; what a
+// save answers is the number in the file then. An ending means the last lock under its key; without
+// one the slot that the key names, under whatever key this thread holds it.
+TEST_F(SessionsTest, EndTheLockThatWasTakenUnderTheirKey) {
+  const std::pair<const char*, const char*> kRows[] = {
+      {"lock default, clone a, lock a, save default, save a", "1 2 1 2"},
+      {"lock default, clone a, lock a, remove a, save a, save default", "1 2 2 1"},
+      {"lock default, clone a, lock a, remove a, unlock a, save default", "1 2 0 1"},
+      {"lock default, clone a, lock a, remove a, clone a, save a, save default", "1 2 2 1"},
+      {"lock a, clone a, save a, save a", "1 1 no"},
+      {"lock a, clone a, lock a, save a, save a, save a", "1 2 2 1 no"},
+      {"lock a, clone a, lock a, remove a, save a, save a", "1 2 2 1"},
+      {"clone a, lock a, remove a, lock a, save a, save a", "1 2 2 1"},
+      {"clone a, lock a, remove a, clone a, lock a, save a, save a", "1 2 2 1"},
+      {"clone a, lock a, remove a, lock a, clone a, lock a, save a, save a, save a", "1 2 3 3 2 1"},
+      {"lock -, lock default, lock a, save -", "1 no no 1"},
+      {"lock -, init, lock -, save -, save -", "1 2 2 1"},
+      {"lock -, save default", "1 1"},
+      {"lock a, save -", "1 1"},
+      {"lock a, save b", "1 1"},
+      {"lock default, init, lock a, save a, save a, save default", "1 2 2 no 1"},
+      {"lock default, init, save a, save default", "1 no 1"},
+      {"clone a, lock a, save default, save a", "1 no 1"},
+      {"clone a, lock a, lock default, remove default, save -, save default, save a", "1 2 no 2 1"},
+      {"clone default, lock default, remove default, save a, save default", "1 no 1"},
+  };
+  for (const auto& [events, answers] : kRows) {
+    LocalDbCtrl::init();
+    folder_.file("wifi/wifi.ldb", kFreshFile);
+    std::istringstream all(replaced(events, ",", ""));
+    std::string heard;
+    int locks = 0;
+    for (std::string event, name; all >> event;) {
+      const char* const key =
+          event != "init" && all >> name && name != "-" ? name.c_str() : nullptr;
+      if (event == "init") {
+        LocalDbCtrl::init();
+      } else if (event == "clone") {
+        LocalDbCtrl::cloneNewDB(key);
+      } else if (event == "remove") {
+        LocalDbCtrl::removeDB(key);
+      } else if (event == "lock") {
+        const bool isLocked = locked(kWifi, key, locks + 1);
+        heard += isLocked ? " " + std::to_string(++locks) : " no";
+      } else {
+        heard +=
+            answerTo(event, key) != "0" ? " no" : " " + std::to_string(fileHolds(kWifi, "count"));
+      }
+    }
+    EXPECT_EQ(heard.substr(1), answers) << events;
   }
 }
 
@@ -112,35 +170,39 @@ TEST_F(SessionsTest, AreFreedByTheirLastHolder) {
       << "nobody else can free what unlock kept";
 }
 
-// A save writes without the mutex. Here it writes more than a pipe takes, and so lasts until the
-// pipe is read.
-TEST_F(SessionsTest, AreLeftAloneWhileASaveWrites) {
+// A save writes without the mutex. Lockers are refused meanwhile; a removal waits, without a line,
+// so that the next handler of the session reads what was saved.
+TEST_F(SessionsTest, AreRemovedWhenTheirSavesAreWritten) {
   LocalDbCtrl::cloneNewDB("s");
-  LocalDbCtrl::lockDbObject(kWifi, "", "s")->set("text", std::string(100'000, 'x').c_str());
-  LocalDbCtrl::unlockDbObject(kWifi, "s");
-  Holder saver(kWifi, "s");
-  const std::string pipe = LocalDbCtrl::getFileName(kWifi);
-  std::filesystem::remove(pipe);
-  ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
-  const int reader = open(pipe.c_str(), O_RDONLY | O_NONBLOCK);
-  std::string locks, saved;
-  const std::string lines = linesOf([&] {
-    auto saving = std::async(std::launch::async,
-                             [&saver] { return saver.end([] { return answerTo("save", "s"); }); });
-    pollfd filling{reader, POLLIN, 0};
-    poll(&filling, 1, 60'000);
-    locks = answerTo("lock ", "s") + (locked(API_QOS, "s") ? " other" : "");
-    LocalDbCtrl::unlockDbObject(API_QOS, "s");
+  auto held = std::make_optional<SlowFlush>(SlowFlush::kHeld);
+  Holder saver(kWifi, "s", 7);
+  CapturedLog log({LOG_ERROR});
+  auto saving = std::async(std::launch::async,
+                           [&saver] { return saver.end([] { return answerTo("save", "s"); }); });
+  SlowFlush::waitForOne();
+  EXPECT_EQ(answerTo("lock ", "s"), "null");
+  EXPECT_EQ(answerTo("lock ", "s", API_QOS), "handle");
+  EXPECT_EQ(answerTo("unlock", "s", API_QOS), "0");
+  auto removal = std::async(std::launch::async, [] {
     LocalDbCtrl::removeDB("s");
-    char part[4096];
-    while (read(reader, part, sizeof part) != 0) {
-    }
-    saved = saving.get();
+    return LocalDbCtrl::cloneNewDB("s");
   });
-  close(reader);
-  EXPECT_EQ(locks, "null other");
-  EXPECT_EQ(saved, "0");
-  EXPECT_TRUE(contains(lines, kLockState));
+  EXPECT_EQ(removal.wait_for(std::chrono::milliseconds(20)), std::future_status::timeout);
+  held.reset();
+  EXPECT_EQ(removal.get(), 1);
+  Handle seen(LocalDbCtrl::lockDbObject(kWifi, "count", "s"));
+  EXPECT_EQ(plain(*seen), "7");
+  EXPECT_EQ(saving.get(), "0");
+  EXPECT_EQ(answerTo("unlock", "s"), "0");
+  EXPECT_FALSE(log.has(kLockState));
+}
+
+// A state that no thread's lock, save or unlock accounts for is not waited for.
+TEST_F(SessionsTest, AreLeftInAStateThatNobodyEnds) {
+  LocalDbCtrl::cloneNewDB("s");
+  __atomic_store_n(&LocalDbCtrl::getDBByKey("s")->state[kWifi], LDB_LOCKED, __ATOMIC_RELEASE);
+  const Handle left(LocalDbCtrl::getDBByKey("s")->localdb[kWifi]);
+  EXPECT_EQ(linesOf([] { LocalDbCtrl::removeDB("s"); }, {LOG_ERROR}), kLockState);
 }
 
 TEST(HandlerTest, StandsAlone) {

@@ -1,9 +1,12 @@
 // The states of a slot: every transition with its answer and its lines, and who is refused.
+#include <sys/resource.h>
+
 #include <chrono>
 #include <sstream>
 #include <tuple>
 
 #include "tests/localdb/database_fixture.h"
+#include "tests/localdb/held_calls.h"
 
 namespace {
 
@@ -145,17 +148,100 @@ TEST_F(SlotTest, IsOutOfReachForStrangers) {
   EXPECT_EQ(fileHolds(kWifi, "count"), 7);
 }
 
-// A locker that has seen the slot free may lose it to another; it must not wait for that one.
+// A locker that has seen the slot free may lose it to another; it must not wait for that one. And
+// it sleeps while it waits.
 TEST_F(SlotTest, TurnsAwayWhoLosesTheRace) {
+  using std::chrono::milliseconds;
   pthread_mutex_t& mutex = LocalDbCtrl::getDBByKey("default")->mutex[kWifi];
   LOCALDB_STATE_T& state = LocalDbCtrl::getDBByKey("default")->state[kWifi];
   pthread_mutex_lock(&mutex);  // as a locker that is loading
-  auto loser = std::async(std::launch::async, [] { return answerTo("lock "); });
-  EXPECT_EQ(loser.wait_for(std::chrono::milliseconds(20)), std::future_status::timeout);
+  long looks = 0;
+  const auto start = std::chrono::steady_clock::now();
+  auto loser = std::async(std::launch::async, [&looks] {
+    std::string answer = answerTo("lock ");
+    rusage used{};
+    getrusage(RUSAGE_THREAD, &used);
+    looks = used.ru_nvcsw;
+    return answer;
+  });
+  EXPECT_EQ(loser.wait_for(milliseconds(200)), std::future_status::timeout);
   __atomic_store_n(&state, LDB_LOCKED, __ATOMIC_RELEASE);
   EXPECT_EQ(loser.get(), "null");
+  EXPECT_LT(looks, 20 + (std::chrono::steady_clock::now() - start) / milliseconds(10));
   __atomic_store_n(&state, LDB_NOT_INITIALIZED, __ATOMIC_RELEASE);
   pthread_mutex_unlock(&mutex);
+}
+
+// Here threads wait for lockers that load the file, find nothing and leave, lose to one that finds
+// something, and wait for removals that empty the slot. Nobody sleeps on when the slot is left.
+TEST_F(SlotTest, WakesWhoWaits) {
+  alarm(60);
+  const EndlessNaps noNaps;
+  for (int round = 0; round < 20; ++round) {
+    LocalDbCtrl::init();
+    inThreads(4, [](unsigned int thread) {
+      for (int i = 0; i < 100; ++i) {
+        if (thread == 0 && i % 10 == 0) {
+          LocalDbCtrl::removeDB("s");
+          LocalDbCtrl::cloneNewDB("s");
+        }
+        const char* const key = i % 2 == 0 ? "s" : "default";
+        if (answerTo(thread == 1 ? "lock radios" : "lock no", key) == "handle") {
+          EXPECT_EQ(answerTo(i % 8 == 0 ? "save" : "unlock", key), "0");
+        }
+      }
+    });
+  }
+  alarm(0);
+}
+
+// The request to cancel is there before the operation begins and takes effect when it has ended.
+TEST_F(SlotTest, IsFinishedByAThreadThatIsCancelled) {
+  LOCALDB_HANDLER& handler = *LocalDbCtrl::getDBByKey("default");
+  pthread_mutex_lock(&handler.mutex[API_QOS]);
+  const std::function<void()> operations[] = {
+      [] { EXPECT_EQ(LocalDbCtrl::cloneNewDB("s"), 1); },
+      [] { EXPECT_TRUE(locked(kWifi, "default") && answerTo("save") == "0"); },
+      [] { EXPECT_EQ(answerTo("lock ", "default", API_QOS), "null") << "waits for a refusal"; },
+      [] { EXPECT_EQ(LocalDbCtrl::removeDB("s"), 1); },
+      [] { LocalDbCtrl::init(); },
+  };
+  for (const auto& operation : operations) {
+    std::pair<const std::function<void()>*, std::atomic<bool>> work(&operation, false);
+    const auto run = [](void* argument) -> void* {
+      auto& [todo, isDone] = *static_cast<decltype(work)*>(argument);
+      pthread_cancel(pthread_self());
+      (*todo)();
+      isDone = true;
+      pthread_testcancel();
+      return nullptr;
+    };
+    pthread_t thread{};
+    ASSERT_EQ(pthread_create(&thread, nullptr, run, &work), 0);
+    if (&operation == &operations[2]) {
+      usleep(1000);
+      __atomic_store_n(&handler.state[API_QOS], LDB_LOCKED, __ATOMIC_RELEASE);
+    }
+    void* ended = nullptr;
+    pthread_join(thread, &ended);
+    EXPECT_TRUE(work.second && ended == PTHREAD_CANCELED) << &operation - operations;
+    if (&operation == &operations[2]) {
+      handler.state[API_QOS] = LDB_NOT_INITIALIZED;
+      pthread_mutex_unlock(&handler.mutex[API_QOS]);
+    }
+  }
+}
+
+// What a save of a number or word makes can be loaded, though nothing stands behind it in the file.
+TEST_F(SlotTest, HoldsWhateverValueTheFileDoes) {
+  for (const char* const root : {"7", "true", "-1.5", "\"x\""}) {
+    LocalDbCtrl::init();
+    folder_.file("wifi/wifi.ldb", std::string(root) + "\n");
+    for (const char* const ending : {"save", "save"}) {
+      EXPECT_EQ(plain(*LocalDbCtrl::lockDbObject(kWifi, "", "default")), root);
+      EXPECT_EQ(answerTo(ending), "0") << root;
+    }
+  }
 }
 
 }  // namespace

@@ -8,13 +8,16 @@
 //
 // HEARTH_STRESS_SECONDS sets how long it runs; a slow machine runs until each thread has counted in
 // its own area, and a single processor until one was refused.
+#include <algorithm>
 #include <array>
 #include <atomic>
 #include <chrono>
 #include <cstdlib>
+#include <mutex>
 #include <random>
 
 #include "tests/localdb/database_fixture.h"
+#include "tests/localdb/held_calls.h"
 
 namespace {
 
@@ -89,6 +92,72 @@ TEST_F(StressTest, LosesNothingThatWasSaved) {
     }
     EXPECT_EQ(fileHolds(area, "count"), counted_[area]) << area;
   }
+}
+
+// Each thread holds slots of several sessions of one area at once, while sessions come and go and
+// the device is slow. Only the handlers of one of them are ever saved, and each is made after the
+// removal of the one before, so every change that was saved must be in the file; the default
+// handler and the other session carry a mark in memory and are unlocked.
+class ComingAndGoingTest : public DatabaseTest {
+ protected:
+  static constexpr char kSaved[] = "a session that is saved, comes and goes";
+  static constexpr char kMarked[] = "another that comes and goes";
+
+  void work(unsigned int thread) {
+    std::mt19937 random(thread);
+    for (const auto end = std::chrono::steady_clock::now() + duration();
+         std::chrono::steady_clock::now() < end || saved_ == 0;) {
+      const char* const visitor = random() % 2 == 0 ? kSaved : kMarked;
+      if (random() % 4 != 0) {
+        holdSeveral(random);
+      } else if (const std::unique_lock manager(isManaged_, std::try_to_lock); manager) {
+        LocalDbCtrl::removeDB(visitor);
+        LocalDbCtrl::cloneNewDB(visitor);
+      }
+    }
+  }
+
+  std::atomic<int> saved_{0};
+
+ private:
+  std::mutex isManaged_;
+
+  void holdSeveral(std::mt19937& random) {
+    std::array<const char*, 3> keys = {"default", kSaved, kMarked};
+    std::array<TreeMapObject*, 3> held{};
+    std::shuffle(keys.begin(), keys.end(), random);
+    for (std::size_t i = 0; i < keys.size(); ++i) {
+      held[i] = LocalDbCtrl::lockDbObject(API_WIFI, "", keys[i]);
+      if (held[i] != nullptr && keys[i] != kSaved) {
+        held[i]->set("marked", 1);
+      }
+    }
+    std::this_thread::yield();
+    for (const std::size_t i : {1U, 2U, 0U}) {
+      if (held[i] == nullptr) {
+        continue;
+      }
+      // The default handler's, when the session is not there.
+      const bool isMarked = held[i]->get<int>("marked") == 1;
+      if (!isMarked) {
+        held[i]->set("count", held[i]->get<int>("count") + 1);
+      }
+      EXPECT_EQ(isMarked ? LocalDbCtrl::unlockDbObject(API_WIFI, keys[i])
+                         : LocalDbCtrl::saveDbObject(API_WIFI, keys[i]),
+                0);
+      saved_ += isMarked ? 0 : 1;
+    }
+  }
+};
+
+TEST_F(ComingAndGoingTest, LosesNothingThatWasSaved) {
+  answerTo("lock ");
+  LocalDbCtrl::getDBByKey("default")->localdb[API_WIFI]->set("marked", 1);
+  answerTo("unlock");
+  const SlowFlush slow(1000);
+  inThreads(kThreads, [this](unsigned int thread) { work(thread); });
+  EXPECT_EQ(fileHolds(API_WIFI, "count"), saved_);
+  EXPECT_EQ(fileHolds(API_WIFI, "marked"), -1);
 }
 
 }  // namespace

@@ -1,0 +1,39 @@
+#include "tests/localdb/held_calls.h"
+
+#include <dlfcn.h>
+#include <pthread.h>
+#include <sys/syscall.h>
+#include <unistd.h>
+
+std::atomic<int> SlowFlush::microseconds_{0};
+std::atomic<int> SlowFlush::flushing_{0};
+std::atomic<bool> EndlessNaps::areOn_{false};
+
+void SlowFlush::waitForOne() {
+  while (flushing_ == 0) {
+    usleep(100);
+  }
+}
+
+void SlowFlush::flush() {
+  ++flushing_;
+  if (microseconds_ > 0) {
+    usleep(static_cast<useconds_t>(microseconds_));
+  }
+  while (microseconds_ == kHeld) {
+    usleep(100);
+  }
+  --flushing_;
+}
+
+extern "C" int fsync(int fd) {
+  SlowFlush::flush();
+  return static_cast<int>(syscall(SYS_fsync, fd));
+}
+
+extern "C" int pthread_cond_timedwait(pthread_cond_t* condition, pthread_mutex_t* mutex,
+                                      const timespec* end) {
+  using Wait = int (*)(pthread_cond_t*, pthread_mutex_t*, const timespec*);
+  static const auto real = reinterpret_cast<Wait>(dlsym(RTLD_NEXT, "pthread_cond_timedwait"));
+  return EndlessNaps::areOn() ? pthread_cond_wait(condition, mutex) : real(condition, mutex, end);
+}
