@@ -7,6 +7,7 @@
 #include <charconv>
 #include <utility>
 
+#include "base/utf8.h"
 #include "schema/assertions.h"
 #include "schema/equality.h"
 #include "schema/number.h"
@@ -101,7 +102,7 @@ size_t sizeOf(json_object* value) {
     case json_type_object:
       return static_cast<size_t>(json_object_object_length(value));
     default:
-      return lengthOf(textOf(value));
+      return countCharacters(textOf(value));
   }
 }
 
@@ -123,7 +124,7 @@ class Sentence {
   }
 
   Sentence& addName(const char* name) {
-    append(&out_, {"\"", name, "\""});
+    addText(name, std::string_view::npos);
     return *this;
   }
 
@@ -174,7 +175,7 @@ class Sentence {
         addNumber(numberOf(value));
         break;
       case json_type_string:
-        addText(textOf(value));
+        addText(textOf(value), kLongestShown);
         break;
       case json_type_array:
         addContainer(value, " element");
@@ -202,18 +203,18 @@ class Sentence {
     }
   }
 
-  // The start of a text, never ending inside a character; nothing in it moves a terminal's cursor.
-  void addText(std::string_view text) {
-    const bool cut = text.size() > kLongestShown;
-    size_t end = cut ? kLongestShown : text.size();
-    while (cut && end > 0 && (static_cast<unsigned char>(text[end]) & 0xC0) == 0x80) {
-      --end;
-    }
+  // In quotes, and cut when it is long. It stays UTF-8, and nothing in it moves a terminal's
+  // cursor.
+  void addText(std::string_view text, size_t mostBytes) {
+    const std::string_view start = startOf(text, mostBytes);
     out_ += '"';
-    for (const char c : text.substr(0, end)) {
-      out_ += static_cast<unsigned char>(c) < ' ' || c == '\x7f' ? ' ' : c;
+    for (std::string_view rest = start; !rest.empty();) {
+      const Character first = firstCharacter(rest);
+      const bool moves = first.code < ' ' || (first.code >= 0x7F && first.code < 0xA0);
+      out_ += !first.isValid ? "?" : moves ? " " : rest.substr(0, first.size);
+      rest.remove_prefix(first.size);
     }
-    out_ += cut ? "...\"" : "\"";
+    out_ += start.size() < text.size() ? "...\"" : "\"";
   }
 
   void addContainer(json_object* container, const char* noun) {
