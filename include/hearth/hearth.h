@@ -9,5 +9,6 @@
 #include "hearth/local_db_ctrl.h"
 #include "hearth/logger.h"
 #include "hearth/tree_map_object.h"
+#include "hearth/violations.h"
 
 #endif
