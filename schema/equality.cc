@@ -171,6 +171,9 @@ EqualPair findByHash(json_object* array, size_t length, Effort& effort) {
   while (size < 2 * length) {
     size *= 2;
   }
+  if (!effort.spend(size / 16)) {
+    return {false, 0, 0};
+  }
   std::vector<Seen> table(size, Seen{0, 0});
   Comparison comparison(effort);
   for (size_t i = 0; i < length && effort.spend(1); ++i) {

@@ -1,33 +1,30 @@
 #include "tools/schema_check.h"
 
 #include "hearth/json_data.h"
+#include "hearth/violations.h"
 #include "tools/input.h"
 #include "tools/path.h"
 #include "tools/text.h"
-#if HEARTH_TOOLS_SHOW_VIOLATIONS
-#include "schema/validate.h"
-#endif
 
 namespace hearth::tool {
 namespace {
 
-// The library says whether; the validator behind it, where it is hearth's own, says why not.
+bool take(void* context, const Violation& violation) {
+  Verdict& verdict = *static_cast<Verdict*>(context);
+  verdict.pointer = violation.place;
+  verdict.rule = violation.rule;
+  verdict.keyword = violation.keyword;
+  verdict.message = violation.sentence;
+  return false;
+}
+
+// The validation of documents says whether; the violation says why not.
 Verdict verdictOn(bool conforms, json_object* document, json_object* schema) {
   Verdict verdict;
   verdict.conforms = conforms;
-#if HEARTH_TOOLS_SHOW_VIOLATIONS
-  schema::Violation violation;
-  if (!conforms && !schema::validate(document, schema, &violation)) {
-    verdict.where = pathOfPointer(document, violation.instanceLocation).shown();
-    verdict.pointer = violation.instanceLocation;
-    verdict.rule = violation.schemaLocation;
-    verdict.keyword = violation.keyword;
-    verdict.message = violation.message;
+  if (!conforms && findViolations(document, schema, 1, take, &verdict) != Conformance::kConforms) {
+    verdict.where = pathOfPointer(document, verdict.pointer).shown();
   }
-#else
-  static_cast<void>(document);
-  static_cast<void>(schema);
-#endif
   return verdict;
 }
 
@@ -48,7 +45,7 @@ Verdict checkAgainst(TreeMapObject& document, const std::string& schemaFile) {
 }
 
 Verdict checkSchema(TreeMapObject& schema) {
-#if HEARTH_TOOLS_SHOW_VIOLATIONS
+#if HEARTH_TOOLS_KNOW_METASCHEMAS
   const char* const named = schema.get<const char*>("$schema");
   TreeMapObject metaschema(false);
   metaschema.set("$ref", named != nullptr ? named : "http://json-schema.org/draft-07/schema#");

@@ -10,7 +10,7 @@ namespace hearth::tool {
 
 struct Verdict {
   bool conforms = true;
-  // Of the first violation; empty when it conforms, or when the validator only says yes or no.
+  // Of the first violation; empty when it conforms. A platform's validator knows no rule.
   std::string where;    // path of the value at fault, "the document" for all of it
   std::string pointer;  // the same as a JSON pointer
   std::string rule;     // JSON pointer into the schema
@@ -24,7 +24,8 @@ struct Verdict {
 // Throws a Failure when the schema file cannot be read or parsed.
 [[nodiscard]] Verdict checkAgainst(TreeMapObject& document, const std::string& schemaFile);
 
-// Whether a schema is one by the rules of its own draft.
+// Whether a schema is one by the rules of its own draft. A platform's validator may not know those:
+// then every schema is.
 [[nodiscard]] Verdict checkSchema(TreeMapObject& schema);
 
 }  // namespace hearth::tool

@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 #include <json-c/json.h>
 
+#include <cstdint>
 #include <string>
 
 #include "json/json_ref.h"
@@ -40,6 +41,20 @@ struct Case {
   const char* failing;     // another one
 };
 
+// The sentence of the first violation, when all are asked for.
+inline std::string firstOfAll(json_object* instance, json_object* schema, Draft draft) {
+  std::string first;
+  const auto keepFirst = [](void* kept, Violation& violation) {
+    std::string& text = *static_cast<std::string*>(kept);
+    text = text.empty() ? violation.message : text;
+    return true;
+  };
+  const bool conforms = tellViolations(instance, schema, {keepFirst, &first, SIZE_MAX}, draft) ==
+                        Conformance::kConforms;
+  EXPECT_EQ(conforms, first.empty());
+  return first;
+}
+
 inline void checkEach(const Case& row, const char* instances, bool expected) {
   static constexpr char kDigits[] = "46790";
   const JsonRef schema = parsed(row.schema);
@@ -53,6 +68,7 @@ inline void checkEach(const Case& row, const char* instances, bool expected) {
           << row.schema << "\n  draft " << *digit << ", instance "
           << json_object_to_json_string(instance) << ": " << violation.message;
       EXPECT_EQ(violation.message.empty(), expected) << row.schema;
+      EXPECT_EQ(firstOfAll(instance, schema.get(), draft), violation.message) << row.schema;
       EXPECT_EQ(validate(instance, schema.get(), nullptr, draft), expected) << row.schema;
     }
   }

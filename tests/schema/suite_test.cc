@@ -9,8 +9,7 @@
 #include <string>
 #include <vector>
 
-#include "json/json_ref.h"
-#include "schema/validate.h"
+#include "check.h"
 
 namespace hearth {
 namespace schema {
@@ -95,6 +94,8 @@ void runGroup(const std::string& file, json_object* group, Draft folder, Score* 
                                << json_object_to_json_string(member(test, "data")) << "\n  got "
                                << violation.schemaLocation << " " << violation.message;
     EXPECT_EQ(valid, violation.message.empty()) << file << ": " << text(test, "description");
+    EXPECT_EQ(firstOfAll(member(test, "data"), member(group, "schema"), draft), violation.message)
+        << file << ": " << text(test, "description");
   }
 }
 

@@ -27,6 +27,8 @@ TEST(Violation, TellsWhereAndWhy) {
        "must be one of 1, \"a\", an array of 0 elements, null, but is an object of 0 members"},
       {R"({"pattern":"^a"})", R"("b\u001b[2J")", "", "/pattern", "pattern",
        "must match the pattern \"^a\", but is \"b [2J\""},
+      {R"({"const":1})", "\"\xC0\xAFä\xC2\x9B[2J\"", "", "/const", "const",
+       "must be 1, but is \"??ä [2J\""},
       {R"({"uniqueItems":true})", "[1,2,3,2]", "", "/uniqueItems", "uniqueItems",
        "must not hold equal elements, but elements 1 and 3 are equal"},
       {R"({"required":["a","b"]})", R"({"a":1})", "", "/required", "required",
@@ -139,11 +141,22 @@ std::vector<std::pair<std::string, std::string>> meanPairs() {
   pairs.emplace_back(R"({"items":{"enum":[)" + repeated("1,", 20'000) + "2]}}",
                      "[" + repeated("2,", 20'000) + "2]");
   const std::string name = "\"" + repeated("n", 1'000'000) + "\"";
+  const std::string ones = repeated("0,", 9'999) + repeated("1,", 9'999);
+  std::string names = "\"a\"";
+  for (int i = 0; i < 200'000; ++i) {
+    names += ",\"" + std::to_string(i) + "\"";
+  }
   for (const std::string& leaf :
        {std::string(R"({"properties":{"a":{}}})"), R"({"properties":{)" + name + ":{}}}",
         R"({"required":[)" + name + "]}"}) {
     pairs.emplace_back(doubled(leaf, "allOf"), "{" + name + ":1}");
   }
+  // Few to find, many to tell.
+  pairs.emplace_back(doubled(R"({"type":"string"})", "allOf"), "1");
+  pairs.emplace_back(doubled(R"({"properties":{)" + name + ":false}}", "allOf"),
+                     "{" + name + ":1}");
+  pairs.emplace_back(doubled(R"({"uniqueItems":true})", "allOf"), "[" + ones + "1]");
+  pairs.emplace_back(R"({"required":[)" + names + "]}", "{}");
   pairs.emplace_back(R"({"format":"idn-hostname","pattern":"^b"})",
                      "\"" + repeated("a.", 500'000) + "\"");
   pairs.emplace_back(R"({"anyOf":[)" + repeated(R"({"type":"string"},)", 50'000) + "false]}", "1");
@@ -167,6 +180,9 @@ TEST(Violation, EndsSoonOnASmallStack) {
         Violation violation;
         EXPECT_FALSE(validate(instance.get(), schema.get(), &violation, draft))
             << schemaText.substr(0, 60) << ": " << violation.message;
+        if (draft == Draft::k7) {
+          EXPECT_EQ(firstOfAll(instance.get(), schema.get(), draft), violation.message);
+        }
       }
     }
   });
