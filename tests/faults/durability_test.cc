@@ -1,0 +1,148 @@
+// What a power cut would find, told from the order of the calls: a save writes its temporary,
+// flushes it, renames it and flushes the folder; each of these is tried again when a signal
+// interrupts it, and one that fails ends the save there.
+#include <fcntl.h>
+#include <sys/stat.h>
+
+#include <cerrno>
+
+#include "hearth/hearth.h"
+#include "tests/faults/file_faults.h"
+#include "tests/support/scratch.h"
+
+namespace {
+
+using Words = std::vector<std::string>;
+
+constexpr char kOld[] = R"({"count":1})";
+constexpr char kNew[] = "{\n  \"count\":2\n}";
+
+// A word for each call that durability hangs on, with a "!" when it failed.
+Words words;
+int temporary = -1;
+
+std::string wordFor(const FileCall& call) {
+  const std::string name = call.name;
+  struct stat status {};
+  if (name == "openat" && (call.flags & O_CREAT) == 0) {
+    return (call.flags & O_CLOEXEC) == 0 ? "open inheritable" : "open";
+  }
+  if (name == "openat") {
+    temporary = call.fd;
+    return std::string("make") + ((call.flags & O_EXCL) != 0 ? " new" : "") +
+           ((call.flags & O_NOFOLLOW) != 0 ? " unlinked" : "") +
+           ((call.flags & O_CLOEXEC) != 0 ? " private" : "");
+  }
+  if (name == "renameat") {
+    return "rename";
+  }
+  const bool isFolder = fstat(call.fd, &status) == 0 && S_ISDIR(status.st_mode);
+  return name + (call.fd == temporary ? "" : isFolder ? " folder" : " another");
+}
+
+void note(const FileCall& call) {
+  words.push_back(wordFor(call) + (call.failed ? "!" : ""));
+}
+
+const Words kSave = {"open",        "make new unlinked private", "write", "fsync", "rename",
+                     "fsync folder"};
+
+struct Durable {
+  const char* name;
+  const char* file;
+  void (*prepare)();
+  int (*save)();
+};
+
+const Durable kDurable[] = {
+    {"a document", "document", [] {},
+     [] {
+       TreeMapObject document(R"({"count":2})");
+       return JsonData::saveObjectToFile("document", &document);
+     }},
+    {"a database", "qos/qos.ldb",
+     [] {
+       LocalDbCtrl::init();
+       LocalDbCtrl::lockDbObject(API_QOS, "", "default")->set("count", 2);
+     },
+     [] { return LocalDbCtrl::saveDbObject(API_QOS, "default"); }},
+};
+
+class DurabilityTest : public Scratch {
+ protected:
+  DurabilityTest() {
+    std::filesystem::create_directory("qos");
+    BEConfig::DATA_LOCATION = ".";
+    BEConfig::LOG_ERROR_ENABLE = 0;
+    watchFileCalls(note);
+  }
+  ~DurabilityTest() override {
+    watchFileCalls(nullptr);
+    BEConfig::LOG_ERROR_ENABLE = 1;
+  }
+
+  // The answer of a save of kNew over kOld whose n-th call meets the fault; its words are in words.
+  static int saved(const Durable& durable, int nth, const FileFault& fault) {
+    putText(durable.file, kOld);
+    durable.prepare();
+    words.clear();
+    failFileCall(nth, fault);
+    const int answer = durable.save();
+    countedFileCalls();
+    return answer;
+  }
+
+  // For each of a save's calls on files that fails in this way: which word failed, and the answer.
+  static void eachFailing(const Durable& durable, const FileFault& fault,
+                          const std::function<void(std::size_t at, int answer)>& check) {
+    std::size_t failed = 0;
+    for (int nth = 1; nth < 60; ++nth) {
+      saved(durable, 0, {});  // so that the next finds the folder searched for strays
+      const int answer = saved(durable, nth, fault);
+      std::size_t at = 0;
+      while (at < words.size() && words[at].back() != '!') {
+        ++at;
+      }
+      if (at < words.size()) {
+        SCOPED_TRACE(testing::Message() << durable.name << ", " << fault.name << ": " << words[at]);
+        check(at, answer);
+        ++failed;
+      }
+    }
+    EXPECT_EQ(kSave.size(), failed) << "each of the words once";
+  }
+};
+
+TEST_F(DurabilityTest, ASaveFlushesBeforeAndAfterItRenames) {
+  for (const Durable& durable : kDurable) {
+    saved(durable, 0, {});
+    EXPECT_EQ(0, saved(durable, 0, {}));
+    EXPECT_EQ(kSave, words) << durable.name;
+    EXPECT_EQ(kNew, textOf(durable.file));
+
+    eachFailing(durable, {"interrupted", EINTR, false}, [&](std::size_t at, int answer) {
+      EXPECT_EQ(0, answer);
+      words.erase(words.begin() + static_cast<std::ptrdiff_t>(at));
+      EXPECT_EQ(kSave, words);
+      EXPECT_EQ(kNew, textOf(durable.file));
+    });
+    eachFailing(durable, {"device error", EIO, false}, [&](std::size_t at, int answer) {
+      const bool isReplaced = kSave[at] == "fsync folder";
+      EXPECT_EQ(at + 1, words.size()) << "then nothing more is done";
+      EXPECT_EQ(isReplaced ? 0 : 2, answer);
+      EXPECT_EQ(isReplaced ? kNew : kOld, textOf(durable.file));
+    });
+  }
+}
+
+TEST_F(DurabilityTest, ALoginIsCountedWithoutFlushing) {
+  BELoginRecord::init();
+  BELoginRecord::setAttempt("a");
+  words.clear();
+  failFileCall(0, {});
+  BELoginRecord::setAttempt("a");
+  countedFileCalls();
+  EXPECT_EQ((Words{"open", "make new unlinked private", "write", "rename"}), words);
+}
+
+}  // namespace
