@@ -109,7 +109,7 @@ class Copy:
             return "the tests, which did not end"
         if done.returncode == 0:
             return None
-        failed = re.search(r"^\s*\d+ - (.*)$", done.stdout, re.MULTILINE)
+        failed = re.search(r"^\s*\d+ - (\S+)", done.stdout, re.MULTILINE)
         return failed[1] if failed else "a test"
 
 
