@@ -167,13 +167,17 @@ bool removeStraysIn(int folder) {
     }
     return false;
   }
+  const auto next = [&entries] {
+    errno = 0;  // which the last entry leaves alone and a failure sets
+    return readdir(entries.get());
+  };
   bool areAllGone = true;
-  while (const dirent* const entry = readdir(entries.get())) {
+  while (const dirent* const entry = next()) {
     if (isTemporaryName(entry->d_name) && !removeIfStray(folder, entry->d_name)) {
       areAllGone = false;
     }
   }
-  return areAllGone;
+  return areAllGone && errno == 0;
 }
 
 bool removeStraysIfChanged(int folder) {

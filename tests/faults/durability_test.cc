@@ -4,6 +4,7 @@
 #include <fcntl.h>
 #include <sys/stat.h>
 
+#include <algorithm>
 #include <cerrno>
 
 #include "hearth/hearth.h"
@@ -34,8 +35,8 @@ std::string wordFor(const FileCall& call) {
            ((call.flags & O_NOFOLLOW) != 0 ? " unlinked" : "") +
            ((call.flags & O_CLOEXEC) != 0 ? " private" : "");
   }
-  if (name == "renameat") {
-    return "rename";
+  if (name == "renameat" || name == "unlinkat") {
+    return name;
   }
   const bool isFolder = fstat(call.fd, &status) == 0 && S_ISDIR(status.st_mode);
   return name + (call.fd == temporary ? "" : isFolder ? " folder" : " another");
@@ -45,7 +46,7 @@ void note(const FileCall& call) {
   words.push_back(wordFor(call) + (call.failed ? "!" : ""));
 }
 
-const Words kSave = {"open",        "make new unlinked private", "write", "fsync", "rename",
+const Words kSave = {"open",        "make new unlinked private", "write", "fsync", "renameat",
                      "fsync folder"};
 
 struct Durable {
@@ -95,19 +96,17 @@ class DurabilityTest : public ScratchInMemory {
 
   // For each of a save's calls on files that fails in this way: which word failed, and the answer.
   static void eachFailing(const Durable& durable, const FileFault& fault,
-                          const std::function<void(std::size_t at, int answer)>& check) {
+                          const std::function<void(long at, int answer)>& check) {
     std::size_t failed = 0;
     for (int nth = 1, all = 1; nth <= all; ++nth) {
       saved(durable, 0, {});  // so that the next finds the folder searched for strays
       all = calls;
       const int answer = saved(durable, nth, fault);
-      std::size_t at = 0;
-      while (at < words.size() && words[at].back() != '!') {
-        ++at;
-      }
-      if (at < words.size()) {
-        SCOPED_TRACE(testing::Message() << durable.name << ", " << fault.name << ": " << words[at]);
-        check(at, answer);
+      const auto word = std::find_if(words.begin(), words.end(),
+                                     [](const std::string& w) { return w.back() == '!'; });
+      if (word != words.end()) {
+        SCOPED_TRACE(testing::Message() << durable.name << ", " << fault.name << ": " << *word);
+        check(word - words.begin(), answer);
         ++failed;
       }
     }
@@ -122,18 +121,31 @@ TEST_F(DurabilityTest, ASaveFlushesBeforeAndAfterItRenames) {
     EXPECT_EQ(kSave, words) << durable.name;
     EXPECT_EQ(kNew, textOf(durable.file));
 
-    eachFailing(durable, {"interrupted", EINTR, false}, [&](std::size_t at, int answer) {
+    eachFailing(durable, {"interrupted", EINTR, false}, [&](long at, int answer) {
       EXPECT_EQ(0, answer);
-      words.erase(words.begin() + static_cast<std::ptrdiff_t>(at));
+      words.erase(words.begin() + at);
       EXPECT_EQ(kSave, words);
       EXPECT_EQ(kNew, textOf(durable.file));
     });
-    eachFailing(durable, {"device error", EIO, false}, [&](std::size_t at, int answer) {
-      const bool isReplaced = kSave[at] == "fsync folder";
-      EXPECT_EQ(at + 1, words.size()) << "then nothing more is done";
+    eachFailing(durable, {"device error", EIO, false}, [&](long at, int answer) {
+      const bool isReplaced = words[static_cast<std::size_t>(at)] == "fsync folder!";
+      const bool isMade = at > 1 && !isReplaced;
+      EXPECT_EQ(isMade ? Words{"unlinkat"} : Words{}, Words(words.begin() + at + 1, words.end()));
       EXPECT_EQ(isReplaced ? 0 : 2, answer);
       EXPECT_EQ(isReplaced ? kNew : kOld, textOf(durable.file));
     });
+  }
+}
+
+TEST_F(DurabilityTest, ASearchForStraysThatFailsIsMadeAgain) {
+  const std::string stray = ".hearth-0123456789abcdef.tmp";
+  for (int nth = 1, all = 1; nth <= all; ++nth) {
+    putText(stray, "left by a crash");
+    saved(kDurable[0], nth, {"device error", EIO, false});
+    saved(kDurable[0], 0, {});
+    all = std::max(all, calls);
+    EXPECT_EQ(0U, namesIn(".").count(stray)) << "after a failure of call " << nth;
+    std::filesystem::remove(stray);
   }
 }
 
@@ -144,7 +156,7 @@ TEST_F(DurabilityTest, ALoginIsCountedWithoutFlushing) {
   failFileCall(0, {});
   BELoginRecord::setAttempt("a");
   countedFileCalls();
-  EXPECT_EQ((Words{"open", "make new unlinked private", "write", "rename"}), words);
+  EXPECT_EQ((Words{"open", "make new unlinked private", "write", "renameat"}), words);
 }
 
 }  // namespace

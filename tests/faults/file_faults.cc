@@ -138,7 +138,6 @@ CALL(int, flock, (int fd, int operation), fd, operation)
 CALL(int, faccessat, (int folder, const char* path, int mode, int flags), folder, path, mode, flags)
 CALL(int, rename, (const char* from, const char* to), from, to)
 CALL(int, unlink, (const char* path), path)
-CALL(int, unlinkat, (int folder, const char* path, int flags), folder, path, flags)
 CALL(ssize_t, readlinkat, (int folder, const char* path, char* target, size_t size), folder, path,
      target, size)
 
@@ -153,6 +152,9 @@ extern "C" int fsync(int fd) {
 }
 extern "C" int renameat(int from, const char* old, int to, const char* made) {
   return watched(call<int>("renameat", from, old, to, made), {"renameat", to, 0, false});
+}
+extern "C" int unlinkat(int folder, const char* path, int flags) {
+  return watched(call<int>("unlinkat", folder, path, flags), {"unlinkat", folder, flags, false});
 }
 
 // Closes in any case, as the system does.
