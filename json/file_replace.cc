@@ -29,7 +29,10 @@ bool fail(int error) {
 
 // A folder that may be entered but not listed can still be written to; it only cannot be flushed.
 UniqueFd openFolder(int from, const char* path) {
-  const int fd = openat(from, path, O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+  int fd = -1;
+  do {
+    fd = openat(from, path, O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+  } while (fd < 0 && errno == EINTR);
   if (fd >= 0 || errno != EACCES) {
     return UniqueFd(fd);
   }

@@ -7,6 +7,7 @@
 #include <sys/stat.h>
 #include <time.h>
 
+#include <cerrno>
 #include <cinttypes>
 #include <cstdint>
 #include <cstdio>
@@ -133,8 +134,8 @@ TemporaryFile::Outcome TemporaryFile::tryToMake(mode_t mode) {
   snprintf(name_, sizeof(name_), "%s%016" PRIx64 "%s", kPrefix, randomNumber(), kSuffix);
   file_ =
       UniqueFd(openat(folder_, name_, O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, mode));
-  if (!file_) {
-    return errno == EEXIST ? Outcome::kTaken : Outcome::kFailed;
+  if (!file_) {  // a network's file system may answer EINTR when it has made the file
+    return errno == EEXIST || errno == EINTR ? Outcome::kTaken : Outcome::kFailed;
   }
   // A file system without locks has no searches that remove anything either.
   if (flock(file_.get(), LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK) {
@@ -148,8 +149,10 @@ TemporaryFile::Outcome TemporaryFile::tryToMake(mode_t mode) {
 }
 
 bool TemporaryFile::become(const char* target) {
-  if (renameat(folder_, name_, folder_, target) != 0) {
-    return false;
+  while (renameat(folder_, name_, folder_, target) != 0) {
+    if (errno != EINTR) {
+      return false;
+    }
   }
   name_[0] = '\0';
   return true;
@@ -164,13 +167,17 @@ bool removeStraysIn(int folder) {
     }
     return false;
   }
+  const auto next = [&entries] {
+    errno = 0;  // which the last entry leaves alone and a failure sets
+    return readdir(entries.get());
+  };
   bool areAllGone = true;
-  while (const dirent* const entry = readdir(entries.get())) {
+  while (const dirent* const entry = next()) {
     if (isTemporaryName(entry->d_name) && !removeIfStray(folder, entry->d_name)) {
       areAllGone = false;
     }
   }
-  return areAllGone;
+  return areAllGone && errno == 0;
 }
 
 bool removeStraysIfChanged(int folder) {

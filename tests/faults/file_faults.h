@@ -15,6 +15,17 @@ struct FileFault {
 // The n-th call from now on meets the fault; none at 0.
 void failFileCall(int nth, const FileFault& itsFault);
 
+// An open, a write, a flush, a rename or a removal of a file, once it has been made.
+struct FileCall {
+  const char* name;  // as in openat, write, fsync, renameat, unlinkat
+  int fd;            // what it is given; of openat, what it gives
+  int flags;         // of openat and unlinkat
+  bool failed;
+};
+
+// Is told of each of these calls while calls are counted; its own calls are not counted.
+void watchFileCalls(void (*watcher)(const FileCall& call));
+
 // Ends the counting; the calls since.
 int countedFileCalls();
 
