@@ -42,7 +42,9 @@ class HEARTH_API BEConfig {
   static int32_t GUEST_NETWORK_ENABLE;
 
   // Texts. Relative paths are relative to the working directory; port lists are decimal numbers
-  // joined by commas, stored as given.
+  // joined by commas, stored as given. LOG_FILE and DATA_LOCATION stay valid to the end of the
+  // process, for threads that outlive main and for the report of a crash; the others are destroyed
+  // when the library is unloaded.
   static std::string LOG_FILE;       // read at every line
   static std::string DATA_LOCATION;  // first component of every database, message and schema file
   static std::string WEBSERVER_DOCROOT;
