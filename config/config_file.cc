@@ -13,6 +13,7 @@
 #include "json/file_read.h"
 #include "json/json_ref.h"
 #include "log/log.h"
+#include "log/no_cancellation.h"
 
 namespace hearth {
 namespace {
@@ -132,6 +133,7 @@ void Configuration::read(const ConfigKey& key, std::string* text, int32_t* numbe
 }  // namespace hearth
 
 void BEConfig::init(const char* path) {
+  const hearth::NoCancellation guard;
   if (__atomic_exchange_n(&isInit, true, __ATOMIC_ACQ_REL)) {
     HEARTH_LOG(LOG_WARNING, "%s: System configure is initialized already\n", "BEConfig::init");
     return;

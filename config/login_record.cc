@@ -20,6 +20,7 @@
 #include "json/render.h"
 #include "log/log.h"
 #include "log/mutex_lock.h"
+#include "log/no_cancellation.h"
 #include "log/unique_fd.h"
 #include "log/write_all.h"
 
@@ -65,27 +66,32 @@ bool putAttempt(json_object* record, int32_t attempts) {
          put(record, kLastAttempt, json_object_new_string(now));
 }
 
-// Writes into the space that the file has, which a full disk cannot refuse. A crash meanwhile costs
-// nothing: the next start empties the file.
+bool writeAt(int fd, off_t offset, const char* data, std::size_t size) {
+  return lseek(fd, offset, SEEK_SET) == offset && writeAll(fd, data, size);
+}
+
+// Writes over what the file holds. What makes it longer goes first: if the disk is full, nothing
+// is lost by then. A crash meanwhile costs nothing: the next start empties the file.
 bool overwrite(const char* text, std::size_t size) {
   const UniqueFd file(open(kFile, O_WRONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
   struct stat status;
   if (!file || fstat(file.get(), &status) != 0 || !S_ISREG(status.st_mode)) {
     return false;
   }
-  const auto fits =
-      static_cast<off_t>(size) <= std::max<off_t>(status.st_blocks * 512, status.st_size);
-  return fits && writeAll(file.get(), text, size) &&
-         ftruncate(file.get(), static_cast<off_t>(size)) == 0;
+  const off_t old = status.st_size;
+  const auto whole = static_cast<off_t>(size);
+  const off_t rest = std::min(whole, old);
+  const bool isWritten =
+      writeAt(file.get(), rest, text + rest, static_cast<std::size_t>(whole - rest)) &&
+      writeAt(file.get(), 0, text, static_cast<std::size_t>(rest));
+  return ftruncate(file.get(), isWritten ? whole : old) == 0 && isWritten;
 }
 
-// False when the file keeps what it holds.
+// False when the file keeps what it holds. It may be writable where it cannot be replaced: on a
+// full disk, in a folder that takes no new file, as a mount point.
 bool save(json_object* array) {
   if (replaceFileWithJson(kFile, array, Durability::kUnflushed)) {
     return true;
-  }
-  if (errno != ENOSPC && errno != EDQUOT) {
-    return false;
   }
   std::size_t size = 0;
   const char* const text = render(array, JSON_C_TO_STRING_PRETTY, size);
@@ -95,7 +101,7 @@ bool save(json_object* array) {
 // The records during one operation.
 class Records {
  public:
-  Records() : guard_(BELoginRecord::lock), array_(readJsonFile(kFile)) {}
+  Records() : lock_(BELoginRecord::lock), array_(readJsonFile(kFile)) {}
 
   // False when the file holds no records: that is logged, and stops the store.
   [[nodiscard]] bool areUsable() const;
@@ -105,11 +111,13 @@ class Records {
 
   [[nodiscard]] bool append(const char* ipAddress);
 
-  // A file that cannot be replaced keeps what it holds, and the store goes on with that.
-  void write() const { static_cast<void>(save(array_.get())); }
+  // Writes them, unless memory ran out for the change. A change that cannot be written is lost, and
+  // the store goes on with what the file holds.
+  void write(bool isChanged) const;
 
  private:
-  const MutexLock guard_;
+  const NoCancellation whole_;
+  const MutexLock lock_;
   const JsonRef array_;
 };
 
@@ -147,6 +155,12 @@ bool Records::append(const char* ipAddress) {
   return true;
 }
 
+void Records::write(bool isChanged) const {
+  if (!isChanged || !save(array_.get())) {
+    HEARTH_LOG(LOG_ERROR, "Cannot write Database file, the change is lost\n");
+  }
+}
+
 bool countAgain(json_object* record) {
   const int32_t attempts = json_object_get_int(memberOf(record, kAttempts));
   return putAttempt(record,
@@ -178,6 +192,7 @@ bool mayStart(const char* ipAddress) {
 }  // namespace hearth
 
 void BELoginRecord::init() {
+  const hearth::NoCancellation guard;
   if (isRunning) {
     HEARTH_LOG(LOG_WARNING, "The process is running\n");
     return;
@@ -196,6 +211,7 @@ void BELoginRecord::init() {
 }
 
 void BELoginRecord::deinit() {
+  const hearth::NoCancellation guard;
   const hearth::JsonRef array(json_object_new_array());
   if (array == nullptr) {
     return;
@@ -216,9 +232,7 @@ int BELoginRecord::setAttempt(const char* ipAddress) {
     return 1;
   }
   json_object* const record = records.find(ipAddress);
-  if (record != nullptr ? hearth::countAgain(record) : records.append(ipAddress)) {
-    records.write();
-  }
+  records.write(record != nullptr ? hearth::countAgain(record) : records.append(ipAddress));
   return 1;
 }
 
@@ -248,8 +262,8 @@ int BELoginRecord::eraseAttempt(const char* ipAddress) {
     return 1;
   }
   json_object* const record = records.find(ipAddress);
-  if (record != nullptr && hearth::put(record, hearth::kAttempts, json_object_new_int(0))) {
-    records.write();
+  if (record != nullptr) {
+    records.write(hearth::put(record, hearth::kAttempts, json_object_new_int(0)));
   }
   return 1;
 }

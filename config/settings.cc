@@ -1,6 +1,7 @@
 // The settings and their built-in defaults. Numbers are initialised before any code runs; texts
-// when the library is loaded.
+// when the library is loaded. Two texts are used to the very end, and never destroyed.
 #include "hearth/be_config.h"
+#include "log/undestroyed.h"
 
 bool BEConfig::isInit = false;
 
@@ -24,8 +25,14 @@ int32_t BEConfig::API_VERSION = 0;
 int32_t BEConfig::MULTIDB_MODE_ENABLE = 0;
 int32_t BEConfig::GUEST_NETWORK_ENABLE = 0;
 
-std::string BEConfig::LOG_FILE = "./BE.log";
-std::string BEConfig::DATA_LOCATION = "./data";
+namespace hearth {
+
+// Threads that outlive main still log and look for files; so does the report of a crash.
+HEARTH_UNDESTROYED_MEMBER("8BEConfig8LOG_FILE", logFile, std::string)("./BE.log");
+HEARTH_UNDESTROYED_MEMBER("8BEConfig13DATA_LOCATION", dataLocation, std::string)("./data");
+
+}  // namespace hearth
+
 std::string BEConfig::WEBSERVER_DOCROOT = "www";
 std::string BEConfig::URL_REWRITE = "url_rewrite.txt";
 std::string BEConfig::UPLOAD_STORAGE = "/tmp/be_upload";

@@ -10,6 +10,7 @@
 #include <type_traits>
 
 #include "hearth/be_config.h"
+#include "log/no_cancellation.h"
 
 namespace hearth {
 namespace {
@@ -52,5 +53,6 @@ int32_t wholeSecondsIn(const char* path) {
 }  // namespace hearth
 
 int32_t BEConfig::get_Session_Uptime() {
+  const hearth::NoCancellation guard;
   return hearth::wholeSecondsIn("/proc/uptime");
 }

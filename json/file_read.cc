@@ -132,7 +132,7 @@ JsonFile readRegular(const char* path) {
 // Only a regular file is opened: opening a device may do something by itself, such as starting a
 // watchdog, and who waits at the other end of a pipe would take the open end for its reader.
 JsonFile findJsonFile(const char* path) {
-  const NoCancellation finish;
+  const NoCancellation guard;
   struct stat status;
   if (path == nullptr || stat(path, &status) != 0) {
     return {};

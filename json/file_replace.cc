@@ -16,6 +16,7 @@
 #include "json/file_temp.h"
 #include "json/nesting.h"
 #include "json/render.h"
+#include "log/no_cancellation.h"
 #include "log/unique_fd.h"
 #include "log/write_all.h"
 
@@ -211,6 +212,7 @@ bool writeStraight(const char* path, const char* data, std::size_t size) {
 }  // namespace
 
 bool replaceFile(const char* path, const char* data, std::size_t size, Durability durability) {
+  const NoCancellation guard;
   Place place;
   if (path == nullptr) {
     return fail(EFAULT);
@@ -234,6 +236,7 @@ bool replaceFileWithJson(const char* path, json_object* value, Durability durabi
 }
 
 void removeStrayTemporaries(const char* path) {
+  const NoCancellation guard;
   Place place;
   if (path != nullptr && place.enter(path)) {
     removeStraysIn(place.folder());

@@ -11,6 +11,7 @@
 #include "log/line_output.h"
 #include "log/log.h"
 #include "log/log_line.h"
+#include "log/no_cancellation.h"
 #include "log/signal_handler.h"
 #include "log/unique_fd.h"
 
@@ -54,6 +55,7 @@ bool create(const char* path) {
 __attribute__((noinline, format(printf, 3, 0))) void printLine(LOG_TYPE_T type, LOG_GROUP_T group,
                                                                const char* format,
                                                                va_list arguments) {
+  const NoCancellation guard;
   const int kept = errno;
   const LogLine line(type, group, format, arguments);
   writeLine(line);
@@ -64,6 +66,7 @@ __attribute__((noinline, format(printf, 3, 0))) void printLine(LOG_TYPE_T type, 
 }  // namespace hearth
 
 int Logger::init() {
+  const hearth::NoCancellation guard;
   hearth::relaxedStore(mask, static_cast<uint32_t>(BEConfig::LOG_MASK));
   const char* const file = BEConfig::LOG_FILE.c_str();
   if (hearth::isMissing(file)) {

@@ -15,6 +15,7 @@
 
 #include "hearth/logger.h"
 #include "log/line_output.h"
+#include "log/no_cancellation.h"
 
 #ifdef HEARTH_HAS_BACKTRACE
 #include <execinfo.h>
@@ -81,6 +82,7 @@ void prepareBacktrace() {
 
 // The stack is captured in the handler itself: a function of its own would cost one of its frames.
 void be_sig_handler(int signalNumber) {
+  const hearth::NoCancellation guard;
   if (!hearth::isHandlingThread()) {
     hearth::waitForTheEnd();
   }

@@ -67,15 +67,35 @@ std::string complaintsAbout(const std::string& text) {
   return all;
 }
 
-// The settings that differ from their defaults, "NAME=value " each.
+// The settings that differ from their defaults, "NAME=value " each; all of them without defaults.
 std::string changes(const std::map<std::string, std::string>& before) {
   std::string all;
   for (const auto& [name, value] : settings()) {
-    if (value != before.at(name)) {
+    const auto earlier = before.find(name);
+    if (earlier == before.end() || earlier->second != value) {
       all += name + "=" + value + " ";
     }
   }
   return all;
+}
+
+// As the static objects of a program find them.
+const std::string kSettingsAtLoad = changes({});
+
+TEST(SettingsTest, HaveTheirDefaultsFromTheStart) {
+  EXPECT_EQ(
+      "API_VERSION=0 AUTH_CLEANUP=60 AUTH_EXPIRATION=1440 "
+      "AUTH_SECRET_STR=urn:gateway:auth-secret:dflt1 DATA_LOCATION=./data "
+      "DOWNLOAD_STORAGE=/tmp/be_download DUPLICATE_LOGIN_ENABLE= ENABLE_BYPASS_TOKEN=0 "
+      "ENABLE_CHECK_DUPLICATE=0 ENABLE_CROSS_DOMAIN=0 ENABLE_HTTPS=0 GUEST_NETWORK_ENABLE=0 "
+      "IPV4_ALLOW_PORTS=8081,8082 IPV6_ALLOW_PORTS=8081 LAN_ALLOW_PORTS=8081,8082 "
+      "LOG_DEBUG_ENABLE=1 LOG_ERROR_ENABLE=1 LOG_FILE=./BE.log LOG_INFO_ENABLE=1 "
+      "LOG_MASK=268435455 LOG_TO_FILE=1 LOG_WARNING_ENABLE=1 MULTIDB_MODE_ENABLE=0 REPO_TYPE=1 "
+      "SSL_CERTIFICATION_FILE=./ssl_cert.pem SYSTEM_SCRIPT_DIR=scripts "
+      "UPLOAD_STORAGE=/tmp/be_upload URL_REWRITE=url_rewrite.txt VALIDATION_ON_REQUEST=0 "
+      "VALIDATION_ON_RESPONSE=0 WAN_ALLOW_PORTS=8081 WEBSERVER_DOCROOT=www WEBSERVER_PORT=8888 "
+      "WEBSERVER_PORTS=8081,8082 WLAN_ALLOW_PORTS= ",
+      kSettingsAtLoad);
 }
 
 class ConfigFileTest : public Scratch {

@@ -9,12 +9,14 @@
 #include "hearth/be_login_record.h"
 #include "hearth/logger.h"
 #include "json/json_ref.h"
+#include "log/mutex_lock.h"
 #include "tests/support/scratch.h"
 
 namespace hearth {
 namespace {
 
 constexpr char kFile[] = ".loginrecord.cfg";
+constexpr char kLost[] = "UTIL          |ERROR: Cannot write Database file, the change is lost\n";
 
 TEST(LoginWait, CountsDownFromThePenalty) {
   constexpr time_t kNow = 1000000;
@@ -80,6 +82,11 @@ std::string oneRecord(int attempts) {
          ",\n    \"lastAttempt\":\"NOW\"\n  }\n]";
 }
 
+std::string emptyArray() {
+  const JsonRef empty(json_object_new_array());
+  return json_object_to_json_string_ext(empty.get(), JSON_C_TO_STRING_PRETTY);
+}
+
 TEST_F(LoginRecordTest, CountsPerAddress) {
   EXPECT_EQ(1, BELoginRecord::setAttempt("10.0.0.1"));
   EXPECT_EQ("1/0", infoOf("10.0.0.1"));
@@ -100,10 +107,12 @@ TEST_F(LoginRecordTest, CountsPerAddress) {
   EXPECT_EQ(1, BELoginRecord::eraseAttempt("10.0.0.1"));
   EXPECT_EQ(oneRecord(0), fileNow());
   EXPECT_EQ("0/0", infoOf("10.0.0.1"));
-  EXPECT_EQ("UTIL          | WARN: The process is running\n", printed(BELoginRecord::init));
-  EXPECT_EQ("deinit: erased record file\n", printed(BELoginRecord::deinit));
-  const JsonRef empty(json_object_new_array());
-  EXPECT_EQ(json_object_to_json_string_ext(empty.get(), JSON_C_TO_STRING_PRETTY), textOf(kFile));
+  {
+    const MutexLock lock(BELoginRecord::lock);  // which neither takes
+    EXPECT_EQ("UTIL          | WARN: The process is running\n", printed(BELoginRecord::init));
+    EXPECT_EQ("deinit: erased record file\n", printed(BELoginRecord::deinit));
+  }
+  EXPECT_EQ(emptyArray(), textOf(kFile));
   EXPECT_TRUE(BELoginRecord::isRunning);
 }
 
@@ -186,14 +195,53 @@ TEST_F(LoginRecordTest, AFullDiskDoesNotStopIt) {
   putText("filler", filler);
   BELoginRecord::setAttempt("10.0.0.1");
   EXPECT_EQ(oneRecord(2), fileNow()) << "counted in the space that the file has";
-  for (int i = 0; i < 100; ++i) {
-    BELoginRecord::setAttempt(std::to_string(i).c_str());
-  }
+  EXPECT_NE(std::string::npos, printed([] {
+                                 for (int i = 0; i < 100; ++i) {
+                                   BELoginRecord::setAttempt(std::to_string(i).c_str());
+                                 }
+                               }).find(kLost));
   EXPECT_EQ("2/0", infoOf("10.0.0.1")) << "what does not fit is lost, and nothing else";
   startWith("[]");
   EXPECT_EQ((std::set<std::string>{kFile, "filler"}), namesIn("."));
   std::filesystem::current_path("..");
   EXPECT_EQ(0, umount("disk"));
+}
+
+// Where no new file can take the old one's place, the old one is written.
+TEST_F(LoginRecordTest, IsWrittenInPlaceWhereItCannotBeReplaced) {
+  const auto expectCounts = [this] {
+    EXPECT_EQ("init: new record file is created\n", printed(BELoginRecord::init));
+    for (const int attempts : {1, 2}) {
+      EXPECT_EQ("", printed([] { BELoginRecord::setAttempt("10.0.0.1"); }));
+      EXPECT_EQ(oneRecord(attempts), fileNow());
+    }
+    EXPECT_EQ("deinit: erased record file\n", printed(BELoginRecord::deinit));
+    EXPECT_EQ(emptyArray(), textOf(kFile));
+    BELoginRecord::setAttempt("10.0.0.1");
+    BELoginRecord::isRunning = false;
+  };
+  putText(kFile, "");
+  if (mount(kFile, kFile, nullptr, MS_BIND, nullptr) == 0) {
+    expectCounts();
+    EXPECT_EQ(0, umount(kFile));
+  }
+
+  const uid_t me = geteuid();
+  const uid_t plain = me == 0 ? 65534 : me;
+  EXPECT_EQ(0, chown(kFile, plain, static_cast<gid_t>(-1)));
+  chmod(".", 0555);
+  ASSERT_EQ(0, seteuid(plain));
+  expectCounts();
+  chmod(kFile, 0444);
+  BELoginRecord::isRunning = true;
+  for (int (*const operation)(const char*) :
+       {BELoginRecord::setAttempt, BELoginRecord::eraseAttempt}) {
+    EXPECT_EQ(kLost, printed([=] { EXPECT_EQ(1, operation("10.0.0.1")); }));
+    EXPECT_EQ(oneRecord(1), fileNow());
+  }
+  EXPECT_TRUE(BELoginRecord::isRunning);
+  ASSERT_EQ(0, seteuid(me));
+  chmod(".", 0755);
 }
 
 TEST_F(LoginRecordTest, CountsForManyThreads) {

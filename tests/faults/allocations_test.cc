@@ -1,4 +1,6 @@
 // What takes no memory from the heap: a path that resolves, a log line, a lock that is refused.
+#include <execinfo.h>
+
 #include <functional>
 #include <utility>
 
@@ -85,6 +87,12 @@ TEST_F(Allocations, NoneToLogALine) {
   expectAllocations(0, lines);
   BEConfig::LOG_FILE = "no folder/log";
   expectAllocations(0, lines);
+}
+
+TEST_F(Allocations, NoneToTakeTheStackOfACrash) {
+  void* frames[10];
+  Logger::init();
+  expectAllocations(0, {{"backtrace", [&] { EXPECT_LT(1, backtrace(frames, 10)); }}});
 }
 
 TEST_F(Allocations, NoneToRefuseALock) {

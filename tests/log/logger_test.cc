@@ -56,6 +56,25 @@ TEST_F(LoggerTest, FiltersByGroupThenSeverity) {
   }
 }
 
+TEST_F(LoggerTest, GroupsHaveTheirNames) {
+#define HEARTH_GROUP(name) \
+  { LOG_GROUP_##name, #name }
+  const std::pair<LOG_GROUP_T, const char*> kGroups[] = {
+      HEARTH_GROUP(UTIL),           HEARTH_GROUP(WSL),           HEARTH_GROUP(API_AL),
+      HEARTH_GROUP(APIV1_GATEWAY),  HEARTH_GROUP(APIV1_WIFI),    HEARTH_GROUP(APIV1_NETWORK),
+      HEARTH_GROUP(APIV1_SECURITY), HEARTH_GROUP(APIV1_SERVICE), HEARTH_GROUP(APIV1_MEDIA),
+      HEARTH_GROUP(APIV1_QOS),      HEARTH_GROUP(FAL),           HEARTH_GROUP(LDB_GATEWAY),
+      HEARTH_GROUP(LDB_WIFI),       HEARTH_GROUP(LDB_NETWORK),   HEARTH_GROUP(LDB_SECURITY),
+      HEARTH_GROUP(LDB_SERVICE),    HEARTH_GROUP(LDB_MEDIA),     HEARTH_GROUP(LDB_QOS),
+      HEARTH_GROUP(UTEST)};
+  int value = 0;
+  for (const auto& [group, name] : kGroups) {
+    EXPECT_EQ(value, group) << name;
+    EXPECT_STREQ(name, Logger::LogGroupNames[value++]);
+  }
+  EXPECT_EQ(19, value);
+}
+
 TEST_F(LoggerTest, SetGroupChangesOneBit) {
   const std::tuple<uint32_t, int, bool, uint32_t> kCases[] = {
       {0, 0, true, 1},         {5, 2, false, 1},
@@ -122,6 +141,16 @@ TEST_F(LoggerTest, FileThatCannotBeOpenedIsNamedAndTriedAgain) {
   EXPECT_EQ(kLine, printed());
   BEConfig::LOG_FILE = "/dev/full";
   EXPECT_EQ(kLine, printed()) << "a full device is nobody's business";
+}
+
+TEST_F(LoggerTest, WaitsForWhoeverHoldsTheLock) {
+  pthread_mutex_lock(&Logger::lock);
+  std::thread other([] { printed(); });
+  usleep(100'000);  // plenty for a line that does not wait
+  EXPECT_EQ("", textOf("log"));
+  pthread_mutex_unlock(&Logger::lock);
+  other.join();
+  EXPECT_EQ(kLine, textOf("log"));
 }
 
 TEST_F(LoggerTest, LinesOfThreadsDoNotInterleave) {

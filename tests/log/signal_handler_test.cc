@@ -2,6 +2,7 @@
 // standard error, its buffered output flushed, and the signal's line where the filters allow it.
 #include <pthread.h>
 #include <sys/mman.h>
+#include <sys/stat.h>
 
 #include <algorithm>
 #include <atomic>
@@ -70,16 +71,31 @@ void lock() {
   pthread_mutex_lock(&Logger::lock);
 }
 
+// Not before the signal's line has come past it.
 void letGoOfStdout() {
-  sleep(1);
+  struct stat out {};
+  while (fstat(STDOUT_FILENO, &out) == 0 && out.st_size == 0) {
+    std::this_thread::yield();
+  }
   funlockfile(stdout);
   pauseForEver();
 }
 
 void getStuck() {
   fflush(stdout);
-  alarm(1);  // sooner than the handler's own alarm
-  pauseForEver();
+  const unsigned int left = alarm(1);  // sooner than the handler's own alarm
+  if (left > 0 && left <= 30) {
+    sleep(60);
+  }
+  _exit(2);
+}
+
+void getStuckWithoutAlarms() {
+  sigset_t alarms;
+  sigemptyset(&alarms);
+  sigaddset(&alarms, SIGALRM);
+  pthread_sigmask(SIG_BLOCK, &alarms, nullptr);
+  atexit(getStuck);
 }
 
 ssize_t faultOnce(void* /*cookie*/, const char* /*data*/, size_t size) {
@@ -105,7 +121,8 @@ TEST_F(SignalHandlerTest, EveryFaultIsReportedAndEndsTheProcess) {
       {"again at exit", kLine, [] { atexit(fault); }},
       {"line at exit", bye,
        [] { atexit([] { Logger::print(LOG_INFO, LOG_GROUP_WSL, "bye\n"); }), elsewhere(lock); }},
-      {"stuck at exit", kLine, [] { atexit(getStuck); }},
+      {"stuck at exit", kLine, getStuckWithoutAlarms},
+      {"cancelled", kLine, [] { pthread_cancel(pthread_self()); }},
       {"errors off", "", [] { BEConfig::LOG_ERROR_ENABLE = 0; }},
       {"group off", "", [] { Logger::setGroup(LOG_GROUP_UTIL, false); }},
   };
