@@ -7,13 +7,13 @@
 #include <new>
 #include <string>
 
+#include "base/json_ref.h"
+#include "base/no_cancellation.h"
 #include "config/config_keys.h"
 #include "hearth/be_config.h"
 #include "hearth/be_login_record.h"
-#include "json/file_read.h"
-#include "json/json_ref.h"
-#include "log/log.h"
-#include "log/no_cancellation.h"
+#include "json/json_file.h"
+#include "log/library_log.h"
 
 namespace hearth {
 namespace {

@@ -2,7 +2,7 @@
 #include <cstring>
 
 #include "hearth/json_data.h"
-#include "log/log.h"
+#include "log/library_log.h"
 
 namespace hearth {
 namespace {

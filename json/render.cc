@@ -3,7 +3,7 @@
 
 #include <cerrno>
 
-#include "json/nesting.h"
+#include "json/depth.h"
 
 namespace hearth {
 

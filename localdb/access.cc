@@ -2,11 +2,11 @@
 // the slot is slot.cc's.
 #include <utility>
 
-#include "json/status.h"
+#include "base/status.h"
 #include "localdb/holds.h"
 #include "localdb/registry.h"
 #include "localdb/slot.h"
-#include "log/log.h"
+#include "log/library_log.h"
 
 namespace hearth {
 namespace {

@@ -4,12 +4,12 @@
 // form theirs, and a document's name survives the forming of its schema's.
 #include <cstdio>
 
+#include "base/status.h"
 #include "hearth/json_data.h"
 #include "hearth/local_db_ctrl.h"
-#include "json/status.h"
 #include "labels/label_table.h"
 #include "localdb/area.h"
-#include "log/log.h"
+#include "log/library_log.h"
 
 const char* const API_DATA_DIR[8] = {"gateway", "wifi",       "network", "security",
                                      "service", "mediashare", "qos",     "misc"};

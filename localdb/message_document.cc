@@ -4,9 +4,9 @@
 
 #include "hearth/local_db_ctrl.h"
 #include "hearth/tree_map_object.h"
-#include "json/file_read.h"
+#include "json/json_file.h"
 #include "localdb/area.h"
-#include "log/log.h"
+#include "log/library_log.h"
 
 TreeMapObject::TreeMapObject(unsigned int apiT, unsigned int commT)
     : jobj(nullptr), key_obj(), jobj_parent(nullptr), error(0) {

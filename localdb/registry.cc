@@ -10,12 +10,12 @@
 #include <cstring>
 #include <new>
 
-#include "json/file_replace.h"
+#include "base/mutex_lock.h"
+#include "base/no_cancellation.h"
+#include "files/replace_file.h"
 #include "localdb/area.h"
 #include "localdb/slot.h"
-#include "log/log.h"
-#include "log/mutex_lock.h"
-#include "log/no_cancellation.h"
+#include "log/library_log.h"
 
 std::map<std::string, LOCALDB_HANDLER*> LocalDbCtrl::controllers;
 

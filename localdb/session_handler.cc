@@ -1,7 +1,7 @@
 #include "localdb/session_handler.h"
 
 #include "localdb/slot.h"
-#include "log/log.h"
+#include "log/library_log.h"
 
 namespace hearth {
 

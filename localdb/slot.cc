@@ -23,20 +23,21 @@
 // the states are the same; each lock then reads the file again until it holds one.
 #include "localdb/slot.h"
 
+#include "base/atomic_word.h"
+#include "base/no_cancellation.h"
+#include "base/status.h"
 #include "hearth/json_data.h"
-#include "json/file_read.h"
-#include "json/handle.h"
-#include "json/status.h"
+#include "json/handle/handle.h"
+#include "json/json_file.h"
 #include "localdb/area.h"
 #include "localdb/holds.h"
-#include "log/log.h"
-#include "log/no_cancellation.h"
+#include "log/library_log.h"
 
 namespace hearth {
 namespace {
 
 LOCALDB_STATE_T stateOf(const LOCALDB_HANDLER& face, unsigned int area) {
-  return __atomic_load_n(&face.state[area], __ATOMIC_ACQUIRE);
+  return acquireLoad(face.state[area]);
 }
 
 }  // namespace
@@ -44,7 +45,7 @@ LOCALDB_STATE_T stateOf(const LOCALDB_HANDLER& face, unsigned int area) {
 void constructSlots(LOCALDB_HANDLER& face) {
   for (unsigned int area = 0; area < kAreaCount; ++area) {
     face.localdb[area] = nullptr;
-    __atomic_store_n(&face.state[area], LDB_NOT_INITIALIZED, __ATOMIC_RELEASE);
+    releaseStore(face.state[area], LDB_NOT_INITIALIZED);
     pthread_mutex_init(&face.mutex[area], nullptr);
   }
 }
@@ -63,7 +64,7 @@ LOCALDB_STATE_T Slot::state() const {
 }
 
 void Slot::setState(LOCALDB_STATE_T state) const {
-  __atomic_store_n(&handler_.face.state[area_], state, __ATOMIC_RELEASE);
+  releaseStore(handler_.face.state[area_], state);
 }
 
 bool Slot::tryMutex() const {

@@ -6,8 +6,8 @@
 
 #include <atomic>
 
-#include "log/mutex_lock.h"
-#include "log/no_cancellation.h"
+#include "base/mutex_lock.h"
+#include "base/no_cancellation.h"
 
 namespace hearth {
 

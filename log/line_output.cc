@@ -12,10 +12,10 @@
 #include <cstdio>
 #include <cstring>
 
+#include "base/unique_fd.h"
+#include "base/write_all.h"
 #include "hearth/be_config.h"
-#include "log/log.h"
-#include "log/unique_fd.h"
-#include "log/write_all.h"
+#include "log/library_log.h"
 
 namespace hearth {
 namespace {

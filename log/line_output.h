@@ -2,7 +2,7 @@
 #ifndef HEARTH_LOG_LINE_OUTPUT_H
 #define HEARTH_LOG_LINE_OUTPUT_H
 
-#include "log/log_line.h"
+#include "log/line.h"
 
 namespace hearth {
 

@@ -7,13 +7,13 @@
 #include <csignal>
 #include <cstdarg>
 
+#include "base/no_cancellation.h"
+#include "base/unique_fd.h"
 #include "hearth/be_config.h"
+#include "log/crash_handler.h"
+#include "log/library_log.h"
+#include "log/line.h"
 #include "log/line_output.h"
-#include "log/log.h"
-#include "log/log_line.h"
-#include "log/no_cancellation.h"
-#include "log/signal_handler.h"
-#include "log/unique_fd.h"
 
 uint32_t Logger::mask = 0;
 int Logger::enableFileLog = 1;

@@ -8,9 +8,9 @@
 #include <utility>
 
 #include "base/utf8.h"
-#include "schema/assertions.h"
-#include "schema/equality.h"
-#include "schema/number.h"
+#include "schema/keywords/assertions.h"
+#include "schema/keywords/equality.h"
+#include "schema/keywords/number.h"
 #include "schema/text.h"
 
 namespace hearth {

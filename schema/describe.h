@@ -5,7 +5,7 @@
 #include <string>
 
 #include "schema/effort.h"
-#include "schema/keywords.h"
+#include "schema/keywords/keywords.h"
 
 struct json_object;
 

@@ -6,8 +6,8 @@
 #include "hearth/be_config.h"
 #include "hearth/logger.h"
 #include "hearth/version.h"
-#include "tools/command.h"
-#include "tools/text.h"
+#include "tools/command/command.h"
+#include "tools/terminal/text.h"
 
 namespace hearth::tool {
 namespace {

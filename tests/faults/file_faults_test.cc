@@ -13,8 +13,8 @@
 #include <memory>
 #include <random>
 
+#include "base/json_ref.h"
 #include "hearth/hearth.h"
-#include "json/json_ref.h"
 #include "tests/support/captured_log.h"
 #include "tests/support/scratch.h"
 

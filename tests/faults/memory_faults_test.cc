@@ -12,8 +12,8 @@
 #include <list>
 #include <memory>
 
+#include "base/json_ref.h"
 #include "hearth/hearth.h"
-#include "json/json_ref.h"
 #include "tests/support/scratch.h"
 
 namespace {

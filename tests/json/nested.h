@@ -6,7 +6,7 @@
 #include <utility>
 #include <vector>
 
-#include "json/json_ref.h"
+#include "base/json_ref.h"
 
 // So many objects and arrays in turn, each in the one before it, and {"k":1} as the last. Each is
 // held here too and the outermost is released first, so none takes another with it.

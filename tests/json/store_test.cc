@@ -6,7 +6,7 @@
 
 #include "hearth/json_data.h"
 #include "tests/json/nested.h"
-#include "tests/json/path_oracle.h"
+#include "tests/json/path/path_oracle.h"
 #include "tests/support/captured_log.h"
 #include "tests/support/scratch.h"
 

@@ -8,7 +8,7 @@
 #include <cstdint>
 #include <string>
 
-#include "json/json_ref.h"
+#include "base/json_ref.h"
 #include "schema/validate.h"
 
 namespace hearth {

@@ -10,10 +10,10 @@
 #include <string>
 #include <vector>
 
+#include "base/json_ref.h"
 #include "hearth/be_config.h"
 #include "hearth/logger.h"
 #include "hearth/tree_map_object.h"
-#include "json/json_ref.h"
 
 using Handle = std::unique_ptr<TreeMapObject>;
 

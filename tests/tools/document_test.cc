@@ -1,5 +1,5 @@
 // What only an edit that is stopped halfway can show: somebody else changes the file meanwhile.
-#include "tools/document.h"
+#include "tools/document/document.h"
 
 #include <gtest/gtest.h>
 
@@ -9,7 +9,7 @@
 
 #include "hearth/be_config.h"
 #include "tests/support/scratch.h"
-#include "tools/failure.h"
+#include "tools/terminal/failure.h"
 
 namespace hearth::tool {
 namespace {

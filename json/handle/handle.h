@@ -1,0 +1,24 @@
+// Making handles without throwing, and the small things that everything about handles shares.
+#ifndef HEARTH_JSON_HANDLE_HANDLE_H
+#define HEARTH_JSON_HANDLE_HANDLE_H
+
+#include "hearth/tree_map_object.h"
+
+namespace hearth {
+
+// A new handle that takes over a reference; without memory the reference is given back and the
+// result is null.
+[[nodiscard]] TreeMapObject* newOwningHandle(json_object* adopted);
+
+// A new handle on a value inside a container; null without memory.
+[[nodiscard]] TreeMapObject* newBorrowedHandle(json_object* value, json_object* container,
+                                               const char* key);
+
+// A text for a "%s" of the log.
+inline const char* printable(const char* text) {
+  return text != nullptr ? text : "(null)";
+}
+
+}  // namespace hearth
+
+#endif

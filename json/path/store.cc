@@ -1,0 +1,241 @@
+#include "json/path/store.h"
+
+#include <cstdio>
+
+#include "base/json_ref.h"
+#include "json/depth.h"
+#include "json/path/containment.h"
+#include "json/path/index.h"
+#include "log/library_log.h"
+
+namespace hearth {
+namespace {
+
+// The walk's lines name their operation in two ways.
+constexpr char kShortName[] = "setJObj";
+constexpr char kOperation[] = "JsonData::setJObj";
+
+// The path into a new element at the end of an array.
+struct AppendPath {
+  AppendPath(json_object* array, const char* path) {
+    HEARTH_LOG(LOG_WARNING, "%s: setting an TMO into an array, append it to the array by default\n",
+               kOperation);
+    std::snprintf(text, sizeof text, "[%d].%s", static_cast<int>(json_object_array_length(array)),
+                  path);
+  }
+
+  char text[256];  // longer paths are cut
+};
+
+}  // namespace
+
+// A debug line of the walk; its arguments cost nothing when such lines are off.
+#define WALK_LOG(format, ...)                                        \
+  do {                                                               \
+    if (debug_) {                                                    \
+      Logger::print(LOG_DEBUG, LOG_GROUP_UTIL, format, __VA_ARGS__); \
+    }                                                                \
+  } while (false)
+
+bool PathStore::store() {
+  if (!begin()) {
+    return false;
+  }
+  // Taken first: a value that the tree already holds must survive the release of its old place.
+  JsonRef reference(json_object_get(value_));
+  last_ = tokens_.begin() + tokens_.count() - 1;
+  for (token_ = tokens_.begin(); token_ <= last_; ++token_) {
+    if (!step()) {
+      return false;
+    }
+  }
+  static_cast<void>(reference.release());
+  WALK_LOG("%s: FOUND parent=%p key=%s\n", kShortName, static_cast<void*>(current_),
+           tokens_.last());
+  return true;
+}
+
+bool PathStore::begin() {
+  if (current_ == nullptr || path_ == nullptr || path_[0] == '\0') {
+    HEARTH_LOG(LOG_ERROR, "%s: wrong params jobj=%p path=%p\n", kOperation,
+               static_cast<void*>(current_), static_cast<const void*>(path_));
+    return false;
+  }
+  if (!tokens_.cut(appendsToRoot() ? AppendPath(current_, path_).text : path_)) {
+    HEARTH_LOG(LOG_ERROR, "%s: no memory for the path\n", kOperation);
+    return false;
+  }
+  return true;
+}
+
+bool PathStore::appendsToRoot() const {
+  return json_object_is_type(current_, json_type_array) != 0 && !isIndexToken(path_);
+}
+
+bool PathStore::step() {
+  WALK_LOG("%s: Parse: idx=%d key=%s isEnd=%s\n", kShortName, position(), *token_,
+           isLast() ? "true" : "false");
+  if (isIndexToken(*token_)) {
+    return indexStep();
+  }
+  return isLast() ? putMember() : enterMember();
+}
+
+// An object made by this walk is empty, so nothing has to be looked up in it.
+bool PathStore::enterMember() {
+  json_object* child = nullptr;
+  isNew_ = isNew_ || json_object_object_get_ex(current_, *token_, &child) == 0;
+  WALK_LOG("%s: get child object at '%s.%s' isNew=%s\n", kOperation, previousKey(), *token_,
+           isNew_ ? "true" : "false");
+  if (isNew_ && !makeMember(child)) {
+    return false;
+  }
+  moveTo(child);
+  return true;
+}
+
+bool PathStore::putMember() {
+  WALK_LOG("%s: set jval to current object jcrr=%p jval=%p %s.%s\n", kOperation,
+           static_cast<void*>(current_), static_cast<void*>(value_), previousKey(), *token_);
+  if (memberClosesCycle() || !addMember(value_, isNew_)) {
+    HEARTH_LOG(LOG_ERROR, "%s: fail to add jval '%s' to jcrr=%p jprt=%p\n", kOperation, *token_,
+               static_cast<void*>(current_), static_cast<void*>(parent_));
+    return false;
+  }
+  return true;
+}
+
+bool PathStore::makeMember(json_object*& child) {
+  WALK_LOG("%s: create new empty jchl to current object %s.%s\n", kOperation, previousKey(),
+           *token_);
+  JsonRef made(newObject());
+  if (made == nullptr || !addMember(made.get(), true)) {
+    HEARTH_LOG(LOG_ERROR, "%s: fail to add new object '%s'\n", kOperation, *token_);
+    return false;
+  }
+  child = made.release();
+  return true;
+}
+
+// Adds to the current value under the token; json-c takes objects only. A name that is known to be
+// new is not searched for.
+bool PathStore::addMember(json_object* member, bool isNewName) {
+  return json_object_is_type(current_, json_type_object) != 0 &&
+         json_object_object_add_ex(current_, *token_, member,
+                                   isNewName ? JSON_C_OBJECT_ADD_KEY_IS_NEW : 0U) == 0;
+}
+
+bool PathStore::indexStep() {
+  uint32_t index = 0;
+  if (!indexOfToken(*token_, PathTokens::length(token_), index)) {
+    HEARTH_LOG(LOG_ERROR, "%s: wrong array format %s\n", kOperation, *token_);
+    return false;
+  }
+  if (json_object_is_type(current_, json_type_array) == 0 && !replaceByArray()) {
+    return false;
+  }
+  if (json_object_array_length(current_) > index) {
+    return isLast() ? putElement(index) : enterElement(index);
+  }
+  WALK_LOG("%s: add new array element at %d '%s.%s'\n", kOperation, static_cast<int>(index),
+           previousKey(), *token_);
+  return isLast() ? appendValue(index) : appendObject(index);
+}
+
+bool PathStore::replaceByArray() {
+  if (!isNew_) {
+    HEARTH_LOG(LOG_ERROR, "%s: existing object is not array '%s'\n", kOperation, previousKey());
+    return false;
+  }
+  WALK_LOG("%s: recreate array object '%s' delete %p=%d\n", kShortName, previousKey(),
+           static_cast<void*>(current_), 1);
+  JsonRef array(json_object_new_array());
+  bool placed = false;
+  if (array != nullptr) {
+    if (json_object_is_type(parent_, json_type_array) != 0) {
+      const std::size_t end = json_object_array_length(parent_);
+      placed = json_object_array_put_idx(parent_, end - 1, array.get()) == 0;
+    } else {
+      json_object_object_del(parent_, previousKey());
+      placed = json_object_object_add(parent_, previousKey(), array.get()) == 0;
+    }
+  }
+  if (!placed) {
+    HEARTH_LOG(LOG_ERROR, "%s: cannot add new array element!\n", kOperation);
+    return false;
+  }
+  current_ = array.release();
+  return true;
+}
+
+bool PathStore::putElement(uint32_t index) {
+  WALK_LOG("%s: replace array element at idx=%d '%s.%s'\n", kOperation, static_cast<int>(index),
+           previousKey(), *token_);
+  if (elementClosesCycle(index) || json_object_array_put_idx(current_, index, value_) != 0) {
+    HEARTH_LOG(LOG_ERROR, "%s: fail to replace array element %d %s.%s\n", kOperation,
+               static_cast<int>(index), previousKey(), *token_);
+    return false;
+  }
+  return true;
+}
+
+bool PathStore::enterElement(uint32_t index) {
+  WALK_LOG("%s: get array element at idx=%d, '%s.%s'\n", kOperation, static_cast<int>(index),
+           previousKey(), *token_);
+  json_object* const child = json_object_array_get_idx(current_, index);
+  if (child == nullptr) {
+    HEARTH_LOG(LOG_ERROR, "%s: cannot get array element at idx=%d '%s.%s'\n", kOperation,
+               static_cast<int>(index), previousKey(), *token_);
+    return false;
+  }
+  moveTo(child);
+  return true;
+}
+
+bool PathStore::appendValue(uint32_t index) {
+  if (elementClosesCycle(json_object_array_length(current_) - 1) ||
+      json_object_array_add(current_, value_) != 0) {
+    HEARTH_LOG(LOG_ERROR, "%s: fail to add new array element idx=%d key=%s\n", kOperation,
+               static_cast<int>(index), previousKey());
+    return false;
+  }
+  return true;
+}
+
+bool PathStore::appendObject(uint32_t index) {
+  JsonRef made(newObject());
+  if (made == nullptr || json_object_array_add(current_, made.get()) != 0) {
+    HEARTH_LOG(LOG_ERROR, "%s: fail to add new array element idx=%d key=%s\n", kOperation,
+               static_cast<int>(index), previousKey());
+    return false;
+  }
+  isNew_ = true;
+  moveTo(made.release());
+  return true;
+}
+
+// Null without memory, and when the path is too long to make anything.
+json_object* PathStore::newObject() const {
+  return tokens_.count() <= kMostTokensToMake ? json_object_new_object() : nullptr;
+}
+
+bool PathStore::memberClosesCycle() const {
+  if (!isContainer(value_)) {
+    return false;
+  }
+  json_object* held = nullptr;
+  json_object_object_get_ex(current_, *token_, &held);
+  return wouldCloseCycle(value_, current_, held);
+}
+
+bool PathStore::elementClosesCycle(std::size_t neighbour) const {
+  return isContainer(value_) &&
+         wouldCloseCycle(value_, current_, json_object_array_get_idx(current_, neighbour));
+}
+
+void PathStore::moveTo(json_object* child) {
+  parent_ = current_;
+  current_ = child;
+}
+
+}  // namespace hearth

@@ -1,0 +1,165 @@
+#include "schema/format/punycode.h"
+
+#include <algorithm>
+#include <cstdint>
+
+#include "base/utf8.h"
+#include "schema/format/reader.h"
+
+namespace hearth {
+namespace schema {
+namespace {
+
+constexpr uint32_t kBase = 36, kLeast = 1, kMost = 26;
+constexpr size_t kLongestLabel = 63;
+
+// The characters of a label, in place.
+class Points {
+ public:
+  [[nodiscard]] size_t size() const { return size_; }
+  [[nodiscard]] const uint32_t* begin() const { return points_; }
+  [[nodiscard]] const uint32_t* end() const { return points_ + size_; }
+  // Requires that there is room.
+  void insert(size_t at, uint32_t point) {
+    std::copy_backward(points_ + at, points_ + size_, points_ + size_ + 1);
+    points_[at] = point;
+    ++size_;
+  }
+  void add(uint32_t point) { points_[size_++] = point; }
+
+ private:
+  uint32_t points_[kLongestLabel + 1];
+  size_t size_ = 0;
+};
+
+// The bias adapts to the distances seen so far; one object per text.
+class Bias {
+ public:
+  [[nodiscard]] uint32_t threshold(uint32_t k) const {
+    return k <= bias_ ? kLeast : std::min(k - bias_, kMost);
+  }
+  void adapt(uint32_t delta, uint32_t points) {
+    constexpr uint32_t kSkew = 38, kDamp = 700;
+    delta = first_ ? delta / kDamp : delta / 2;
+    first_ = false;
+    delta += delta / points;
+    uint32_t k = 0;
+    for (; delta > (kBase - kLeast) * kMost / 2; k += kBase) {
+      delta /= kBase - kLeast;
+    }
+    bias_ = k + (kBase - kLeast + 1) * delta / (delta + kSkew);
+  }
+
+ private:
+  uint32_t bias_ = 72;
+  bool first_ = true;
+};
+
+int digitValue(char c) {
+  return isDigit(c) ? c - '0' + 26 : isLetter(c) ? (c | 0x20) - 'a' : -1;
+}
+char digitOf(uint32_t value) {
+  return static_cast<char>(value < 26 ? 'a' + value : '0' + value - 26);
+}
+
+}  // namespace
+
+bool decodePunycode(std::string_view text, std::string* utf8) {
+  if (text.size() > kLongestLabel) {
+    return false;
+  }
+  const size_t dash = text.rfind('-');
+  Points points;
+  if (dash != std::string_view::npos) {
+    for (const char c : text.substr(0, dash)) {
+      points.add(static_cast<unsigned char>(c));
+    }
+    text.remove_prefix(dash + 1);
+  }
+  Bias bias;
+  uint64_t point = 128;
+  uint64_t at = 0;
+  while (!text.empty()) {
+    const uint64_t before = at;
+    uint64_t weight = 1;
+    for (uint32_t k = kBase;; k += kBase) {
+      const int digit = text.empty() ? -1 : digitValue(text.front());
+      if (digit < 0) {
+        return false;
+      }
+      text.remove_prefix(1);
+      at += static_cast<uint32_t>(digit) * weight;
+      const uint32_t threshold = bias.threshold(k);
+      if (static_cast<uint32_t>(digit) < threshold) {
+        break;
+      }
+      weight *= kBase - threshold;
+      if (weight > UINT32_MAX || at > UINT32_MAX) {
+        return false;
+      }
+    }
+    const uint64_t size = points.size() + 1;
+    bias.adapt(static_cast<uint32_t>(at - before), static_cast<uint32_t>(size));
+    point += at / size;
+    at %= size;
+    if (point > kLastCodePoint) {
+      return false;
+    }
+    points.insert(static_cast<size_t>(at), static_cast<uint32_t>(point));
+    ++at;
+  }
+  for (const uint32_t code : points) {
+    appendCharacter(code, utf8);
+  }
+  return true;
+}
+
+bool encodePunycode(std::string_view utf8, std::string* text) {
+  Points points;
+  while (!utf8.empty()) {
+    uint32_t code = 0;
+    if (points.size() > kLongestLabel || !takeCharacter(&utf8, &code)) {
+      return false;
+    }
+    points.add(code);
+    if (code < 128) {
+      *text += static_cast<char>(code);
+    }
+  }
+  auto done = static_cast<uint32_t>(text->size());
+  if (done > 0) {
+    *text += '-';
+  }
+  Bias bias;
+  uint32_t delta = 0;
+  for (uint32_t point = 128; done < points.size(); ++point, ++delta) {
+    uint32_t next = UINT32_MAX;
+    for (const uint32_t code : points) {
+      next = code >= point ? std::min(next, code) : next;
+    }
+    delta += (next - point) * (done + 1);
+    point = next;
+    for (const uint32_t code : points) {
+      delta += code < point;
+      if (code != point) {
+        continue;
+      }
+      uint32_t rest = delta;
+      for (uint32_t k = kBase;; k += kBase) {
+        const uint32_t threshold = bias.threshold(k);
+        if (rest < threshold) {
+          break;
+        }
+        *text += digitOf(threshold + (rest - threshold) % (kBase - threshold));
+        rest = (rest - threshold) / (kBase - threshold);
+      }
+      *text += digitOf(rest);
+      bias.adapt(delta, ++done);
+      delta = 0;
+    }
+  }
+  return text->size() <= kLongestLabel;
+}
+
+}  // namespace schema
+}  // namespace hearth

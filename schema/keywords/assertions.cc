@@ -1,0 +1,220 @@
+#include "schema/keywords/assertions.h"
+
+#include <cstring>
+
+#include "base/utf8.h"
+#include "schema/format/format.h"
+#include "schema/keywords/content.h"
+#include "schema/keywords/equality.h"
+#include "schema/keywords/members.h"
+#include "schema/keywords/number.h"
+#include "schema/text.h"
+
+namespace hearth {
+namespace schema {
+namespace {
+
+// The types that the name means, as bits of json_type; 0 for no name of a type.
+unsigned typesNamed(json_object* name) {
+  struct Row {
+    char name[8];
+    uint8_t types;
+  };
+  static constexpr Row kRows[] = {
+      {"string", 1 << json_type_string}, {"object", 1 << json_type_object},
+      {"integer", 1 << json_type_int},   {"boolean", 1 << json_type_boolean},
+      {"array", 1 << json_type_array},   {"number", 1 << json_type_int | 1 << json_type_double},
+      {"null", 1 << json_type_null},
+  };
+  if (json_object_get_type(name) == json_type_string) {
+    const char* const text = json_object_get_string(name);
+    for (const Row& row : kRows) {
+      if (strcmp(row.name, text) == 0) {
+        return row.types;
+      }
+    }
+  }
+  return 0;
+}
+
+// 1.0 is an integer, though draft-04 would not have it.
+bool isIntegerAfterAll(json_object* instance, unsigned types, Draft draft) {
+  return types == 1U << json_type_int && draft != Draft::k4 &&
+         json_object_get_type(instance) == json_type_double && isIntegral(numberOf(instance));
+}
+
+bool isOneOfTypes(json_object* instance, json_object* types, Draft draft, Effort& effort) {
+  const bool isList = json_object_get_type(types) == json_type_array;
+  const size_t count = isList ? json_object_array_length(types) : 1;
+  for (size_t i = 0; i < count && effort.spend(1); ++i) {
+    const unsigned named = typesNamed(isList ? json_object_array_get_idx(types, i) : types);
+    if (named & typeBit(instance) || isIntegerAfterAll(instance, named, draft)) {
+      return true;
+    }
+    if (named == 0) {
+      return effort.stop(Trouble::kBadValue);
+    }
+  }
+  return false;
+}
+
+bool isListed(json_object* instance, json_object* values, Effort& effort) {
+  const size_t count = json_object_array_length(values);
+  for (size_t i = 0; i < count && !effort.stopped(); ++i) {
+    if (isEqual(instance, json_object_array_get_idx(values, i), effort)) {
+      return true;
+    }
+  }
+  return false;
+}
+
+bool isDivisible(json_object* instance, json_object* step, Effort& effort) {
+  const Number number = numberOf(step);
+  if (compare(number, Number{false, false, 0, 0}) != Order::kGreater) {
+    return effort.stop(Trouble::kBadValue);
+  }
+  return isMultiple(numberOf(instance), number);
+}
+
+// Whether the instance lies on the allowed side of the bound; on it only where that is allowed.
+bool isWithin(json_object* instance, json_object* bound, Order side, bool exclusive) {
+  const Order order = compare(instance, bound);
+  return order == side || (order == Order::kEqual && !exclusive);
+}
+
+bool isAtMost(size_t size, json_object* bound, Effort& effort) {
+  uint64_t count = 0;
+  return isCount(bound, &count) ? size <= count : effort.stop(Trouble::kBadValue);
+}
+
+bool isAtLeast(size_t size, json_object* bound, Effort& effort) {
+  uint64_t count = 0;
+  return isCount(bound, &count) ? size >= count : effort.stop(Trouble::kBadValue);
+}
+
+size_t memberCount(json_object* object) {
+  return static_cast<size_t>(json_object_object_length(object));
+}
+
+bool hasMembers(json_object* instance, json_object* names, Effort& effort) {
+  const size_t count = json_object_array_length(names);
+  OrderedLookup members(instance, effort);
+  if (!effort.spend(count)) {
+    return false;
+  }
+  for (size_t i = 0; i < count; ++i) {
+    json_object* const name = json_object_array_get_idx(names, i);
+    if (json_object_get_type(name) != json_type_string) {
+      return effort.stop(Trouble::kBadValue);
+    }
+    if (!members.find(json_object_get_string(name))) {
+      return false;
+    }
+  }
+  return true;
+}
+
+bool hasDependents(json_object* instance, json_object* dependents, Effort& effort) {
+  json_object_object_foreach(dependents, name, names) {
+    if (json_object_get_type(names) != json_type_array) {
+      return effort.stop(Trouble::kBadValue);
+    }
+    if (!effort.spend(1 + costOfName(name)) ||
+        (json_object_object_get_ex(instance, name, nullptr) &&
+         !hasMembers(instance, names, effort))) {
+      return false;
+    }
+  }
+  return true;
+}
+
+// A character has one to four bytes, so most texts need no counting.
+bool isLongEnough(json_object* text, json_object* bound, Effort& effort) {
+  const auto bytes = static_cast<size_t>(json_object_get_string_len(text));
+  return isAtLeast((bytes + 3) / 4, bound, effort) ||
+         (effort.spend(bytes / 64) && isAtLeast(countCharacters(textOf(text)), bound, effort));
+}
+
+bool isShortEnough(json_object* text, json_object* bound, Effort& effort) {
+  const auto bytes = static_cast<size_t>(json_object_get_string_len(text));
+  return isAtMost(bytes, bound, effort) ||
+         (effort.spend(bytes / 64) && isAtMost(countCharacters(textOf(text)), bound, effort));
+}
+
+bool hasNoEqualElements(json_object* instance, json_object* wanted, Effort& effort) {
+  return !json_object_get_boolean(wanted) ||
+         (!findEqualElements(instance, effort).found && !effort.stopped());
+}
+
+}  // namespace
+
+// Most schemas name one type, and most instances have it.
+bool isOfTypes(json_object* instance, json_object* types, Draft draft, Effort& effort) {
+  static constexpr char kNames[][8] = {"null",   "boolean", "number", "integer",
+                                       "object", "array",   "string"};
+  return (json_object_get_type(types) == json_type_string &&
+          strcmp(json_object_get_string(types), kNames[json_object_get_type(instance)]) == 0) ||
+         isOneOfTypes(instance, types, draft, effort);
+}
+
+bool isExclusive(json_object* schema, const char* name, Draft draft) {
+  json_object* flag = nullptr;
+  return draft == Draft::k4 && json_object_object_get_ex(schema, name, &flag) &&
+         json_object_get_type(flag) == json_type_boolean && json_object_get_boolean(flag);
+}
+
+bool satisfies(json_object* instance, const Keyword& keyword, json_object* value,
+               json_object* schema, Draft draft, Workshop& workshop) {
+  Effort& effort = workshop.effort;
+  switch (keyword.id) {
+    case Id::kType:
+      return isOfTypes(instance, value, draft, effort);
+    case Id::kEnum:
+      return isListed(instance, value, effort);
+    case Id::kConst:
+      return isEqual(instance, value, effort);
+    case Id::kMultipleOf:
+      return isDivisible(instance, value, effort);
+    case Id::kMaximum:
+      return isWithin(instance, value, Order::kLess,
+                      isExclusive(schema, "exclusiveMaximum", draft));
+    case Id::kMinimum:
+      return isWithin(instance, value, Order::kGreater,
+                      isExclusive(schema, "exclusiveMinimum", draft));
+    case Id::kExclusiveMaximum:
+      return isWithin(instance, value, Order::kLess, true);
+    case Id::kExclusiveMinimum:
+      return isWithin(instance, value, Order::kGreater, true);
+    case Id::kMaxLength:
+      return isShortEnough(instance, value, effort);
+    case Id::kMinLength:
+      return isLongEnough(instance, value, effort);
+    case Id::kPattern:
+      return workshop.patterns.matches(textOf(value), textOf(instance));
+    case Id::kFormat:
+      return hasFormat(textOf(instance), textOf(value), workshop);
+    case Id::kContentEncoding:
+      return isEncoded(textOf(instance), textOf(value), effort);
+    case Id::kContentMediaType:
+      return isOfMediaType(textOf(instance), textOf(value), schema, effort);
+    case Id::kMaxItems:
+      return isAtMost(json_object_array_length(instance), value, effort);
+    case Id::kMinItems:
+      return isAtLeast(json_object_array_length(instance), value, effort);
+    case Id::kUniqueItems:
+      return hasNoEqualElements(instance, value, effort);
+    case Id::kMaxProperties:
+      return isAtMost(memberCount(instance), value, effort);
+    case Id::kMinProperties:
+      return isAtLeast(memberCount(instance), value, effort);
+    case Id::kRequired:
+      return hasMembers(instance, value, effort);
+    case Id::kDependentRequired:
+      return hasDependents(instance, value, effort);
+    default:
+      return true;
+  }
+}
+
+}  // namespace schema
+}  // namespace hearth

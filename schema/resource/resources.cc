@@ -1,0 +1,227 @@
+// The search of a document for what references may name. The other half, following a reference, is
+// in resources_find.cc.
+#include "schema/resource/resources.h"
+
+#include <algorithm>
+#include <cstdlib>
+#include <cstring>
+
+#include "schema/resource/identifiers.h"
+#include "schema/resource/metaschemas.h"
+#include "schema/resource/uri.h"
+
+namespace hearth {
+namespace schema {
+
+Resources::Resources(json_object* schema, Draft unnamed, Effort& effort)
+    : effort_(effort), unnamed_(unnamed) {
+  resources_.push_back({schema, 0, unnamed, kAllVocabularies});
+  if (isObject(schema)) {
+    identify(0);
+  }
+}
+
+Resources::~Resources() {
+  for (json_object* document : builtIns_) {
+    json_object_put(document);
+  }
+}
+
+// A $schema that is no known metaschema may name one that the document itself holds, which then
+// tells the draft and the vocabularies. Otherwise it tells nothing; without one, a resource is read
+// like the one around it.
+void Resources::identify(ResourceIndex index) {
+  json_object* const top = resources_[index].top;
+  const std::string_view uri = textMember(top, "$schema");
+  if (!uri.data()) {
+    const Resource& around = resources_[resources_[index].parent];
+    resources_[index].draft = around.draft;
+    resources_[index].vocabularies = around.vocabularies;
+    return;
+  }
+  if (isMetaschema(uri, &resources_[index].draft)) {
+    resources_[index].vocabularies = kAllVocabularies;
+    return;
+  }
+  if (!indexed()) {
+    return;
+  }
+  const Target metaschema = byUri(std::string(withoutFragment(uri)));
+  if (metaschema.schema && metaschema.schema != top) {
+    resources_[index].draft = resources_[metaschema.resource].draft;
+    readVocabularies(index, metaschema.schema);
+  }
+}
+
+void Resources::readVocabularies(ResourceIndex index, json_object* metaschema) {
+  struct Row {
+    char name[18];
+    uint8_t bits;
+  };
+  static constexpr Row kRows[] = {
+      {"core", kCore},
+      {"applicator", kApplicator},
+      {"unevaluated", kUnevaluated},
+      {"validation", kValidation},
+      {"format", kFormatVocabulary},
+      {"format-annotation", kFormatVocabulary},
+      {"format-assertion", kFormatVocabulary | kFormatAssertion},
+      {"content", kCore},
+      {"meta-data", kCore},
+  };
+  json_object* const named = memberOf(metaschema, "$vocabulary");
+  if (!isObject(named)) {
+    return;
+  }
+  unsigned bits = 0;
+  json_object_object_foreach(named, uri, required) {
+    const char* const tail = strrchr(uri, '/');
+    const Row* row = std::find_if(std::begin(kRows), std::end(kRows), [&](const Row& candidate) {
+      return tail && strcmp(candidate.name, tail + 1) == 0;
+    });
+    if (strncmp(uri, "https://json-schema.org/draft/20", 32) == 0 && row != std::end(kRows)) {
+      bits |= row->bits;
+    } else if (json_object_get_boolean(required)) {
+      effort_.stop(Trouble::kUnknownVocabulary);
+    }
+  }
+  if (resources_[index].draft == Draft::k2019 && (bits & kApplicator)) {
+    bits |= kUnevaluated;
+  }
+  resources_[index].vocabularies = static_cast<uint8_t>(bits);
+}
+
+bool Resources::indexed() {
+  if (!isIndexed_) {
+    isIndexed_ = true;
+    const std::string base = baseOf(0);
+    addEntry(hashText(base), Kind::kUri, 0, resources_[0].top, nullptr);
+    scan(resources_[0].top, 0, base, 0);
+    sortEntries();
+    for (ResourceIndex i = 0; i < resources_.size(); ++i) {  // the outer ones come first
+      identify(i);
+    }
+  }
+  return !effort_.stopped();
+}
+
+void Resources::scan(json_object* schema, ResourceIndex resource, const std::string& base,
+                     unsigned depth) {
+  if (!isObject(schema) || effort_.stopped()) {
+    return;
+  }
+  if (depth > kDeepestSchema) {
+    effort_.stop(Trouble::kTooDeep);
+    return;
+  }
+  const Draft draft = draftOf(schema, resources_[resource].draft);
+  const std::string_view id = idOf(schema, draft);
+  if (schema != resources_[resource].top && !withoutFragment(id).empty()) {
+    scanResource(schema, resource, base, id, depth);
+    return;
+  }
+  addAnchors(schema, resource, id);
+  scanBelow(schema, resource, base, depth);
+}
+
+void Resources::scanResource(json_object* schema, ResourceIndex around, const std::string& base,
+                             std::string_view id, unsigned depth) {
+  if (id.size() + base.size() > kLongestUri || !effort_.spend((id.size() + base.size()) / 16)) {
+    effort_.stop(Trouble::kLongIdentifier);
+    return;
+  }
+  const auto index = static_cast<ResourceIndex>(resources_.size());
+  const Resource outer = resources_[around];
+  resources_.push_back({schema, around, draftOf(schema, outer.draft), outer.vocabularies});
+  const std::string own = resolveUri(base, id);
+  addEntry(hashText(own), Kind::kUri, index, schema, nullptr);
+  addEntry(hashAddress(schema), Kind::kTop, index, schema, nullptr);
+  addAnchors(schema, index, id);
+  scanBelow(schema, index, own, depth);
+}
+
+// Up to draft-07 an anchor is the fragment of an identifier.
+void Resources::addAnchors(json_object* schema, ResourceIndex resource, std::string_view id) {
+  const Draft draft = resources_[resource].draft;
+  if (draft <= Draft::k7) {
+    const std::string_view name = fragmentOf(id);
+    if (!name.empty() && name[0] != '/') {
+      addEntry(hashAnchor(resource, name), Kind::kAnchor, resource, schema, name.data());
+    }
+    return;
+  }
+  const std::string_view anchor = textMember(schema, "$anchor");
+  if (anchor.data()) {
+    addEntry(hashAnchor(resource, anchor), Kind::kAnchor, resource, schema, anchor.data());
+  }
+  const std::string_view dynamic = textMember(schema, "$dynamicAnchor");
+  if (dynamic.data() && draft == Draft::k2020) {
+    addEntry(hashAnchor(resource, dynamic), Kind::kAnchor, resource, schema, dynamic.data());
+    addEntry(hashAnchor(resource, dynamic), Kind::kDynamicAnchor, resource, schema, dynamic.data());
+  }
+}
+
+void Resources::scanBelow(json_object* schema, ResourceIndex resource, const std::string& base,
+                          unsigned depth) {
+  json_object_object_foreach(schema, name, value) {
+    const Keyword* const keyword = findKeyword(name, resources_[resource].draft);
+    if (!effort_.spend(1)) {
+      return;
+    }
+    if (!keyword || keyword->below == Below::kNothing) {
+      continue;
+    }
+    const bool manyBelow =
+        keyword->below == Below::kMap || keyword->below == Below::kMapOfSchemaOrNames;
+    if (json_object_get_type(value) == json_type_array) {
+      for (size_t i = 0; i < json_object_array_length(value); ++i) {
+        scan(json_object_array_get_idx(value, i), resource, base, depth + 1);
+      }
+    } else if (isObject(value) && manyBelow) {
+      for (lh_entry* entry = lh_table_head(json_object_get_object(value)); entry;
+           entry = lh_entry_next(entry)) {
+        scan(static_cast<json_object*>(lh_entry_v(entry)), resource, base, depth + 1);
+      }
+    } else {
+      scan(value, resource, base, depth + 1);
+    }
+  }
+}
+
+void Resources::addEntry(uint32_t hash, Kind kind, ResourceIndex resource, json_object* schema,
+                         const char* name) {
+  entries_.push_back({hash, kind, resource, schema, name});
+}
+
+void Resources::sortEntries() {
+  const auto order = [](const void* left, const void* right) {
+    const Entry& a = *static_cast<const Entry*>(left);
+    const Entry& b = *static_cast<const Entry*>(right);
+    const bool less = a.hash != b.hash ? a.hash < b.hash : a.resource < b.resource;
+    const bool equal = a.hash == b.hash && a.resource == b.resource;
+    return less ? -1 : equal ? 0 : 1;
+  };
+  qsort(entries_.data(), entries_.size(), sizeof(Entry), order);
+}
+
+bool Resources::loadBuiltIn(std::string_view uri) {
+  Draft draft = unnamed_;
+  if (!isMetaschema(uri, &draft) || builtIns_[static_cast<size_t>(draft)]) {
+    return false;
+  }
+  json_object* const document = makeMetaschema(draft);
+  if (!document) {
+    return effort_.stop(Trouble::kNoMemory);
+  }
+  builtIns_[static_cast<size_t>(draft)] = document;
+  const auto index = static_cast<ResourceIndex>(resources_.size());
+  resources_.push_back({document, index, draft, kAllVocabularies});
+  const std::string base = baseOf(index);
+  addEntry(hashText(base), Kind::kUri, index, document, nullptr);
+  scan(document, index, base, 0);
+  sortEntries();
+  return !effort_.stopped();
+}
+
+}  // namespace schema
+}  // namespace hearth

@@ -1,0 +1,106 @@
+#include "schema/resource/uri.h"
+
+#include "schema/format/reader.h"
+#include "schema/text.h"
+
+namespace hearth {
+namespace schema {
+namespace {
+
+constexpr size_t kNone = std::string_view::npos;
+
+struct Uri {
+  std::string_view scheme;     // with its ':'
+  std::string_view authority;  // with its "//"
+  std::string_view path;
+  std::string_view query;  // with its '?'
+};
+
+Uri split(std::string_view text) {
+  Uri uri;
+  text = withoutFragment(text);
+  const size_t colon = text.find_first_of(":/?");
+  if (colon != kNone && colon > 0 && text[colon] == ':') {
+    uri.scheme = text.substr(0, colon + 1);
+    text.remove_prefix(colon + 1);
+  }
+  if (text.substr(0, 2) == "//") {
+    uri.authority = text.substr(0, text.find_first_of("/?", 2));
+    text.remove_prefix(uri.authority.size());
+  }
+  uri.path = text.substr(0, text.find('?'));
+  uri.query = text.substr(uri.path.size());
+  return uri;
+}
+
+// Takes "." and ".." out of a path.
+std::string withoutDots(std::string_view path) {
+  std::string out;
+  while (!path.empty()) {
+    const size_t end = path.find('/', 1);
+    const std::string_view segment = path.substr(0, end);
+    const bool last = end == kNone;
+    path = last ? std::string_view() : path.substr(end);
+    if (segment == "/." || segment == "." || segment == ".." || segment == "/..") {
+      if (segment.size() == 3) {
+        const size_t slash = std::string_view(out).rfind('/');
+        out.erase(slash == kNone ? 0 : slash);
+      }
+      if (last && segment[0] == '/') {
+        out += '/';
+      }
+      continue;
+    }
+    out += segment;
+  }
+  return out;
+}
+
+std::string merged(const Uri& base, std::string_view path) {
+  if (!base.authority.empty() && base.path.empty()) {
+    return joined({"/", path});
+  }
+  const size_t slash = base.path.rfind('/');
+  return joined({base.path.substr(0, slash == kNone ? 0 : slash + 1), path});
+}
+
+}  // namespace
+
+std::string resolveUri(std::string_view base, std::string_view reference) {
+  const Uri b = split(base);
+  const Uri r = split(reference);
+  if (!r.scheme.empty()) {
+    return joined({r.scheme, r.authority, withoutDots(r.path), r.query});
+  }
+  if (!r.authority.empty()) {
+    return joined({b.scheme, r.authority, withoutDots(r.path), r.query});
+  }
+  if (r.path.empty()) {
+    return joined({b.scheme, b.authority, b.path, r.query.empty() ? b.query : r.query});
+  }
+  const std::string path = r.path[0] == '/' ? withoutDots(r.path) : withoutDots(merged(b, r.path));
+  return joined({b.scheme, b.authority, path, r.query});
+}
+
+std::string_view withoutFragment(std::string_view reference) {
+  return reference.substr(0, reference.find('#'));
+}
+
+std::string_view fragmentOf(std::string_view reference) {
+  const size_t hash = reference.find('#');
+  return hash == kNone ? std::string_view() : reference.substr(hash + 1);
+}
+
+std::string percentDecoded(std::string_view text) {
+  std::string out;
+  for (size_t i = 0; i < text.size(); ++i) {
+    const bool escape = text[i] == '%' && i + 2 < text.size() && hexValue(text[i + 1]) >= 0 &&
+                        hexValue(text[i + 2]) >= 0;
+    out += escape ? static_cast<char>(hexValue(text[i + 1]) * 16 + hexValue(text[i + 2])) : text[i];
+    i += escape ? 2 : 0;
+  }
+  return out;
+}
+
+}  // namespace schema
+}  // namespace hearth

@@ -1,0 +1,108 @@
+// json-c's own parser of texts is the oracle for every regular file.
+#include "json/json_file.h"
+
+#include <json-c/json.h>
+#include <sys/inotify.h>
+#include <sys/prctl.h>
+#include <sys/stat.h>
+
+#include "base/json_ref.h"
+#include "base/unique_fd.h"
+#include "tests/support/scratch.h"
+
+namespace hearth {
+namespace {
+
+using FileReadTest = Scratch;
+
+std::string rendered(json_object* value) {
+  const JsonRef owner(value);
+  return value == nullptr ? "(none)" : json_object_to_json_string(value);
+}
+
+void checkText(const std::string& text) {
+  putText("file", text);
+  EXPECT_EQ(rendered(json_tokener_parse(text.c_str())), rendered(readJsonFile("file")))
+      << text.substr(0, 80) << " of " << text.size();
+}
+
+TEST_F(FileReadTest, ReadsWhatJsonCReads) {
+  for (const char* text : {"",
+                           " ",
+                           "{",
+                           "{}",
+                           "[1,2",
+                           "[1] trailing",
+                           "null",
+                           "true",
+                           "tru",
+                           "12",
+                           "-",
+                           "12\n",
+                           "0x",
+                           "\"open",
+                           "-1.5e3 ",
+                           "nan",
+                           "\"a\\u0000b\"",
+                           "'a'",
+                           "{\"a\":1,\"a\":2}",
+                           "/* c */ [1]",
+                           "\xef\xbb\xbf[]",
+                           "[\"\xff\"]",
+                           "[1,]"}) {
+    checkText(text);
+  }
+  std::string large = "[0";
+  while (large.size() < 1000000) {
+    large += ",{\"n\":1.5,\"s\":\"text\"}";
+  }
+  checkText(large);
+  checkText(large + "]");
+  checkText(std::string("[1]\0[2]", 7));
+  checkText(std::string("[1\0]", 4));
+  for (const size_t size : {31U, 32U, 4094U, 4095U, 4096U, 9000U}) {
+    checkText(std::string(size, '[') + std::string(size, ']'));
+    checkText(std::string(size, ' ') + "[]");
+  }
+  prctl(PR_SET_NAME, "[1,2]");
+  for (const char* path :
+       {"missing", ".", "/proc/self/smaps", "/proc/sys/kernel/pid_max", "/proc/thread-self/comm"}) {
+    EXPECT_EQ(rendered(json_object_from_file(path)), rendered(readJsonFile(path))) << path;
+  }
+}
+
+TEST_F(FileReadTest, RefusesWhatIsNoFileWithoutOpeningIt) {
+  mkfifo("pipe", 0666);
+  symlink("pipe", "link");
+  const UniqueFd events(inotify_init1(IN_NONBLOCK | IN_CLOEXEC));
+  ASSERT_GE(inotify_add_watch(events.get(), "pipe", IN_OPEN), 0);
+  putText("huge", "[1]");
+  ASSERT_EQ(0, truncate("huge", off_t{1} << 31));
+  for (const char* path : {"pipe", "link", "/dev/zero", "huge", "/dev/null", "."}) {
+    EXPECT_EQ(Reading::kNoValue, findJsonFile(path).reading) << path;
+  }
+  inotify_event event{};
+  EXPECT_EQ(-1, read(events.get(), &event, sizeof event)) << "the pipe was opened";
+}
+
+TEST_F(FileReadTest, TellsWhyThereIsNoValue) {
+  putText("whole", "[1]");
+  putText("cut", "[1");
+  putText("null", "null");
+  symlink("nowhere", "link");
+  const std::pair<const char*, Reading> kRows[] = {{"whole", Reading::kValue},
+                                                   {"cut", Reading::kNoValue},
+                                                   {"null", Reading::kNoValue},
+                                                   {"link", Reading::kMissing},
+                                                   {"whole/file", Reading::kMissing},
+                                                   {nullptr, Reading::kMissing},
+                                                   {"/proc/self/mem", Reading::kUnreadable}};
+  for (const auto& [path, reading] : kRows) {
+    const JsonFile file = findJsonFile(path);
+    EXPECT_EQ(reading, file.reading) << (path != nullptr ? path : "(null)");
+    EXPECT_EQ(reading == Reading::kValue, file.value != nullptr);
+  }
+}
+
+}  // namespace
+}  // namespace hearth
