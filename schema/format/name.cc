@@ -138,10 +138,11 @@ class NameChecker {
 
   // The one encoding of a label that needs it.
   bool isEncoded(std::string_view label) {
+    const std::string encoded = lowered(label.substr(4));
     std::string decoded;
     std::string again;
-    return decodePunycode(label.substr(4), &decoded) && !isAscii(decoded) &&
-           encodePunycode(decoded, &again) && again == lowered(label.substr(4)) &&
+    return decodePunycode(encoded, &decoded) && !isAscii(decoded) &&
+           encodePunycode(decoded, &again) && again == encoded &&
            isInternational(decoded, label.size());
   }
 
@@ -175,10 +176,10 @@ bool isLocalPart(std::string_view text, bool international) {
   if (text.size() >= 2 && text.front() == '"' && text.back() == '"') {
     text = text.substr(1, text.size() - 2);
     for (size_t i = 0; i < text.size(); ++i) {
-      i += text[i] == '\\';
+      const bool isEscaped = text[i] == '\\';
+      i += isEscaped;
       if (i >= text.size() || static_cast<unsigned char>(text[i]) < ' ' || text[i] == '\x7f' ||
-          (text[i] == '"' && (i == 0 || text[i - 1] != '\\')) ||
-          ((text[i] & 0x80) && !international)) {
+          (text[i] == '"' && !isEscaped) || ((text[i] & 0x80) && !international)) {
         return false;
       }
     }

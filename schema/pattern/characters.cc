@@ -136,7 +136,12 @@ bool Translator::unicode(uint32_t* code) {
   if (peek(2) == '{') {
     const size_t end = in_.find('}', at_);
     const size_t digits = end == std::string_view::npos ? 0 : end - at_ - 3;
-    if (digits == 0 || digits > 6 || !hex(3, digits, code) || *code > kLastCodePoint) {
+    size_t zeros = 0;  // as many as one likes, before up to six digits
+    while (zeros < digits && peek(3 + zeros) == '0') {
+      ++zeros;
+    }
+    if (digits == 0 || digits - zeros > 6 || !hex(3 + zeros, digits - zeros, code) ||
+        *code > kLastCodePoint) {
       return false;
     }
     at_ = end + 1;
