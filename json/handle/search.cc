@@ -26,7 +26,6 @@ struct Level {
   size_t index;      // of an array: the next element to look at, and how many there are
   size_t length;
   bool isObject;
-  bool matched;  // of an object: it has been found
 };
 
 // One search: what is sought, what was found so far, and the way down from the root. The way is
@@ -82,7 +81,7 @@ inline void Search::enter(json_object* container, json_type type) {
   const bool isObject = type == json_type_object;
   lh_entry* const first = isObject ? lh_table_head(json_object_get_object(container)) : nullptr;
   const size_t length = isObject ? 0 : json_object_array_length(container);
-  levels_[depth_++] = {container, first, 0, length, isObject, false};
+  levels_[depth_++] = {container, first, 0, length, isObject};
 }
 
 bool Search::makeRoom() {
@@ -100,13 +99,12 @@ bool Search::makeRoom() {
 
 bool Search::goOnInObject() {
   Level& level = levels_[depth_ - 1];
-  bool matched = level.matched;
+  bool matched = false;
   for (lh_entry* entry = level.member; entry != nullptr; entry = lh_entry_next(entry)) {
     auto* const member = static_cast<json_object*>(lh_entry_v(entry));
     const json_type type = json_object_get_type(member);
     if (isContainerType(type)) {
       level.member = lh_entry_next(entry);
-      level.matched = matched;
       enter(member, type);
       return true;
     }

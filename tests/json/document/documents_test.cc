@@ -47,7 +47,8 @@ TEST_F(Documents, ACopyIsWhatRenderingAndParsingGives) {
   for (
       const char* const text :
       {R"({"a":[1,-2,null,true,"x\u0000y\u00e9\ud83d\ude00",1.50,1e300,18446744073709551615],"":{}})",
-       "[]", "7", "0.1", R"("\u0001\/")", R"([-9223372036854775808,-0.0,NaN,-Infinity])"}) {
+       "[]", "7", "0.1", R"("\u0001\/")", R"([-9223372036854775808,-0.0,NaN,-Infinity])",
+       "[18446744073709551615,9223372036854775808,9223372036854775807,-7]"}) {
     SCOPED_TRACE(text);
     const JsonRef source = parse(text);
     const JsonRef copy(JsonData::cloneObject(source.get()));
@@ -190,8 +191,12 @@ TEST_F(Documents, SchemasDecide) {
   EXPECT_EQ(2, JsonData::validateObject(nullptr, "{}"));
   handle.error = 1;
   EXPECT_EQ(2, JsonData::validateObject(&handle, "{}"));
-  EXPECT_EQ(0U, log.text().find("WARN: Invalid schema!\n"
-                                "ERROR: validateObject: failed to validate jobj\n"));
+  EXPECT_EQ(
+      "WARN: Invalid schema!\n"
+      "ERROR: validateObject: failed to validate jobj\n"
+      "ERROR: validateObject: bad pobj param obj=(nil)\n"
+      "ERROR: validateObject: bad pobj param error=1 jobj=PTR\n",
+      log.text());
 }
 
 TEST_F(Documents, NumbersIgnoreTheLocale) {
@@ -220,7 +225,10 @@ TEST_F(Documents, MayBeDeep) {
       EXPECT_EQ(parses ? 0 : 2, JsonData::saveObjectToFile("f", &handle));
       const Handle saved(JsonData::createObjectFromFile("f"));
       ASSERT_TRUE(saved != nullptr && saved->jobj != nullptr) << "is read back";
-      EXPECT_EQ(parses, Handle(handle.clone(nullptr)) != nullptr);
+      EXPECT_EQ(parses ? ""
+                       : "ERROR: cloneObject: fail to create new object\n"
+                         "ERROR: clone: fail to clone object\n",
+                linesOf([&] { delete handle.clone(nullptr); }, {LOG_ERROR}));
       EXPECT_EQ(levels <= 256, JsonData::getJson(&handle) != nullptr);
       const auto dump = [&] { handle.dump(""); };
       EXPECT_EQ(levels > 256, linesOf(dump).find("\n(null)\n") != std::string::npos);
@@ -231,6 +239,16 @@ TEST_F(Documents, MayBeDeep) {
       const std::list<TreeMapObject*> found = handle.find("k", 1);
       ASSERT_EQ(1U, found.size());
       EXPECT_EQ(containers.back().get(), Handle(found.front())->jobj);
+      // What comes behind the way down is found too.
+      for (int i = levels - 1; i >= 0; i -= 2) {
+        json_object_object_add(containers[static_cast<std::size_t>(i)].get(), "z",
+                               json_object_new_int(2));
+      }
+      const std::list<TreeMapObject*> behind = handle.find("z", 2);
+      EXPECT_EQ(static_cast<std::size_t>(levels + 1) / 2, behind.size());
+      for (TreeMapObject* const each : behind) {
+        delete each;
+      }
     }
   });
 }

@@ -207,6 +207,7 @@ TEST(Handle, RemovesOnlyByAnIndexWithDigits) {
   const std::tuple<const char*, std::string, const char*> cases[] = {
       {"[x]", kLeftover + found + wrong + "3\n", "[[1],2]"},
       {"[x1]", kLeftover + found + wrong + "4\n", "[[1],2]"},
+      {"[+1", found + wrong + "3\n", "[[1],2]"},
       {"[+]", found + wrong + "3\n", "[[1],2]"},
       {"[ - ]", found + wrong + "5\n", "[[1],2]"},
       {"[x1", kLeftover + found + wrong + "3\n", "[[1],2]"},
