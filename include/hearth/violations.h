@@ -55,7 +55,7 @@ struct Violation {
 };
 
 // Hears of one violation. False ends the comparison: no further one is wanted. Must not throw.
-typedef bool (*ViolationFound)(void* context, const Violation& violation);
+using ViolationFound = bool (*)(void* context, const Violation& violation);
 
 // Compares the instance with the schema and calls found(context, ...) for each rule that is broken,
 // in the order of the walk, at most `limit` times; then the comparison ends. With a limit of 1 that
