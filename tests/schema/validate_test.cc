@@ -1,6 +1,6 @@
 // What the official suite leaves open or says for other drafts than those at hand.
 #include "check.h"
-#include "schema/punycode.h"
+#include "schema/format/punycode.h"
 
 namespace hearth {
 namespace schema {
