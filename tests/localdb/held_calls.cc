@@ -7,6 +7,7 @@
 std::atomic<int> SlowFlush::microseconds_{0};
 std::atomic<int> SlowFlush::flushing_{0};
 std::atomic<bool> EndlessNaps::areOn_{false};
+std::atomic<int> EndlessNaps::asleep{0};
 
 void SlowFlush::waitForOne() {
   while (flushing_ == 0) {
@@ -32,6 +33,10 @@ extern "C" int fsync(int fd) {
 
 extern "C" int pthread_cond_timedwait(pthread_cond_t* condition, pthread_mutex_t* mutex,
                                       const timespec* end) {
-  return EndlessNaps::areOn() ? pthread_cond_wait(condition, mutex)
-                              : pthread_cond_clockwait(condition, mutex, CLOCK_MONOTONIC, end);
+  ++EndlessNaps::asleep;
+  const int result = EndlessNaps::areOn()
+                         ? pthread_cond_wait(condition, mutex)
+                         : pthread_cond_clockwait(condition, mutex, CLOCK_MONOTONIC, end);
+  --EndlessNaps::asleep;
+  return result;
 }

@@ -173,6 +173,26 @@ TEST_F(SlotTest, TurnsAwayWhoLosesTheRace) {
   pthread_mutex_unlock(&mutex);
 }
 
+// One that comes while another waits does not get ahead of it, though the slot is free.
+TEST_F(SlotTest, IsGivenToWhoCameFirst) {
+  pthread_mutex_t& mutex = LocalDbCtrl::getDBByKey("default")->mutex[kWifi];
+  pthread_mutex_lock(&mutex);
+  std::promise<void> isOver;
+  auto first = std::async(std::launch::async, [&isOver] {
+    const std::string answer = answerTo("lock ");
+    isOver.get_future().get();
+    return answer + answerTo("unlock");
+  });
+  while (EndlessNaps::asleep == 0) {
+    std::this_thread::yield();
+  }
+  pthread_mutex_unlock(&mutex);
+  EXPECT_EQ(answerTo("lock "), "null");
+  answerTo("unlock");
+  isOver.set_value();
+  EXPECT_EQ(first.get(), "handle0");
+}
+
 // Who waits is woken when a locker that was loading leaves or becomes the holder, and a removal
 // when the last save is written: each round hangs without.
 TEST_F(SlotTest, WakesWhoWaits) {
