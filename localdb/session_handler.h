@@ -70,7 +70,7 @@ struct SessionHandler : Face {
   std::atomic<bool> isRemoved{false};  // before its slots are emptied
   Hold holds[kAreaCount];
   std::atomic<bool> isEnding[kAreaCount] = {};  // a save or unlock has yet to leave state 2
-  WaitingRoom waitingRoom;
+  WaitingRoom waitingRooms[kAreaCount];
 };
 
 }  // namespace hearth

@@ -72,15 +72,19 @@ bool Slot::tryMutex() const {
 }
 
 // Another locker may get the mutex, and then hold the slot for long, after this one has seen it
-// free; so this one sleeps in the waiting room, where both news reach it, and not on the mutex.
+// free; so this one sleeps in the waiting room, where both news reach it, and not on the mutex. And
+// one that comes and goes all the time does not get ahead of those who wait.
 bool Slot::enter() const {
+  if (state() == LDB_LOCKED) {
+    return false;
+  }
   bool isIn = false;
   const auto isDecided = [&] {
     isIn = state() != LDB_LOCKED && tryMutex();
     return isIn || state() == LDB_LOCKED;
   };
-  if (!isDecided()) {
-    handler_.waitingRoom.waitUntil(isDecided);
+  if (waitingRoom().isQueue() || !isDecided()) {
+    waitingRoom().waitInTurn(isDecided);
   }
   if (isIn && state() == LDB_LOCKED) {
     leave();
@@ -91,7 +95,7 @@ bool Slot::enter() const {
 
 void Slot::leave() const {
   pthread_mutex_unlock(&mutex());
-  handler_.waitingRoom.wake();
+  waitingRoom().wake();
 }
 
 void Slot::load(const char* operation) const {
@@ -136,7 +140,7 @@ TreeMapObject* Slot::open(const char* path) const {
 
 void Slot::markLocked() const {
   setState(LDB_LOCKED);
-  handler_.waitingRoom.wake();
+  waitingRoom().wake();
 }
 
 void Slot::startEnding() const {
@@ -146,7 +150,7 @@ void Slot::startEnding() const {
 
 void Slot::finishEnding() const {
   handler_.isEnding[area_].store(false, std::memory_order_release);
-  handler_.waitingRoom.wake();
+  waitingRoom().wake();
 }
 
 bool Slot::isLockedDatabase(const Ending& ending) const {
@@ -199,7 +203,7 @@ bool Slot::enterForRemoval(Waiting waiting) const {
     return tryMutex();
   }
   pthread_mutex_lock(&mutex());
-  handler_.waitingRoom.waitUntil(
+  waitingRoom().waitUntil(
       [this] { return !handler_.isEnding[area_].load(std::memory_order_acquire); });
   return true;
 }

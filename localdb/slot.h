@@ -78,6 +78,7 @@ class Slot {
 
   TreeMapObject*& object() const { return handler_.face.localdb[area_]; }
   pthread_mutex_t& mutex() const { return handler_.face.mutex[area_]; }
+  WaitingRoom& waitingRoom() const { return handler_.waitingRooms[area_]; }
 
   SessionHandler& handler_;
   unsigned int area_;

@@ -1,4 +1,4 @@
-// Where the threads wait that something about a handler's slots has to change for.
+// Where the threads wait that something about a slot has to change for.
 #ifndef HEARTH_LOCALDB_WAITING_ROOM_H
 #define HEARTH_LOCALDB_WAITING_ROOM_H
 
@@ -33,6 +33,21 @@ class WaitingRoom {
     waiting_.fetch_sub(1, std::memory_order_acq_rel);
   }
 
+  // The same for those who all want one thing. They get it in the order in which they came: each is
+  // asked when those before it have returned.
+  template <typename Question>
+  void waitInTurn(Question isOver) {
+    const unsigned int mine = nextTurn_.fetch_add(1, std::memory_order_acq_rel);
+    waitUntil([&] { return turn_.load(std::memory_order_acquire) == mine && isOver(); });
+    turn_.store(mine + 1, std::memory_order_release);
+    wake();
+  }
+
+  // True while somebody waits for its turn; whoever comes now should do so too.
+  bool isQueue() const {
+    return turn_.load(std::memory_order_relaxed) != nextTurn_.load(std::memory_order_relaxed);
+  }
+
   // To be called after a change that may end a wait. A waiter that this step does not count yet
   // counts itself after it, and so asks after the change.
   void wake() {
@@ -47,6 +62,8 @@ class WaitingRoom {
   void wakeAll();
 
   std::atomic<unsigned int> waiting_{0};
+  std::atomic<unsigned int> turn_{0};
+  std::atomic<unsigned int> nextTurn_{0};
   pthread_mutex_t mutex_ = PTHREAD_MUTEX_INITIALIZER;
   pthread_cond_t change_;
 };

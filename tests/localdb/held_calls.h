@@ -31,6 +31,8 @@ class EndlessNaps {
   EndlessNaps& operator=(const EndlessNaps&) = delete;
   static bool areOn() { return areOn_; }
 
+  static std::atomic<int> asleep;  // in such a wait, with or without a time-out
+
  private:
   static std::atomic<bool> areOn_;
 };

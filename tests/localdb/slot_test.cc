@@ -2,6 +2,7 @@
 #include <sys/resource.h>
 
 #include <chrono>
+#include <optional>
 #include <sstream>
 #include <tuple>
 
@@ -172,25 +173,56 @@ TEST_F(SlotTest, TurnsAwayWhoLosesTheRace) {
   pthread_mutex_unlock(&mutex);
 }
 
-// Here threads wait for lockers that load the file, find nothing and leave, lose to one that finds
-// something, and wait for removals that empty the slot. Nobody sleeps on when the slot is left.
+// One that comes while another waits does not get ahead of it, though the slot is free.
+TEST_F(SlotTest, IsGivenToWhoCameFirst) {
+  pthread_mutex_t& mutex = LocalDbCtrl::getDBByKey("default")->mutex[kWifi];
+  pthread_mutex_lock(&mutex);
+  std::promise<void> isOver;
+  auto first = std::async(std::launch::async, [&isOver] {
+    const std::string answer = answerTo("lock ");
+    isOver.get_future().get();
+    return answer + answerTo("unlock");
+  });
+  while (EndlessNaps::asleep == 0) {
+    std::this_thread::yield();
+  }
+  pthread_mutex_unlock(&mutex);
+  EXPECT_EQ(answerTo("lock "), "null");
+  answerTo("unlock");
+  isOver.set_value();
+  EXPECT_EQ(first.get(), "handle0");
+}
+
+// Who waits is woken when a locker that was loading leaves or becomes the holder, and a removal
+// when the last save is written: each round hangs without.
 TEST_F(SlotTest, WakesWhoWaits) {
   alarm(60);
   const EndlessNaps noNaps;
-  for (int round = 0; round < 20; ++round) {
-    LocalDbCtrl::init();
-    inThreads(4, [](unsigned int thread) {
-      for (int i = 0; i < 100; ++i) {
-        if (thread == 0 && i % 10 == 0) {
-          LocalDbCtrl::removeDB("s");
-          LocalDbCtrl::cloneNewDB("s");
+  folder_.file("wifi/wifi.ldb", R"({"filler":")" + std::string(500'000, 'x') + R"("})");
+  for (int round = 0; round < 50; ++round) {
+    std::atomic<bool> isAnswered{false};
+    inThreads(2, [&isAnswered](unsigned int thread) {
+      if (thread == 0) {
+        EXPECT_EQ(answerTo("lock no"), "null");
+        isAnswered = true;
+      } else {
+        EXPECT_EQ(answerTo("lock "), "handle");
+        while (!isAnswered) {
+          std::this_thread::yield();
         }
-        const char* const key = i % 2 == 0 ? "s" : "default";
-        if (answerTo(thread == 1 ? "lock radios" : "lock no", key) == "handle") {
-          EXPECT_EQ(answerTo(i % 8 == 0 ? "save" : "unlock", key), "0");
-        }
+        EXPECT_EQ(answerTo("save"), "0");
       }
     });
+    LocalDbCtrl::cloneNewDB("s");
+    auto held = std::make_optional<SlowFlush>(SlowFlush::kHeld);
+    Holder saver(kWifi, "s");
+    auto saving = std::async(std::launch::async, [&saver] {
+      EXPECT_EQ(saver.end([] { return answerTo("save", "s"); }), "0");
+    });
+    SlowFlush::waitForOne();
+    auto removal = std::async(std::launch::async, [] { LocalDbCtrl::removeDB("s"); });
+    usleep(1000);
+    held.reset();
   }
   alarm(0);
 }
