@@ -1,9 +1,10 @@
 // The layer over the contract that backends are written with, in C++17: owners, a lock and a change
 // that end by themselves, and an answer that says why not. Header-only: it adds nothing to the
-// library, and a program may use both. docs/kit.md shows it by task.
+// library, and a program may use both. Includes the contract too. docs/kit.md shows it by task.
 #ifndef HEARTH_KIT_H
 #define HEARTH_KIT_H
 
+#include "hearth/hearth.h"
 #include "hearth/kit/area.h"
 #include "hearth/kit/area_lock.h"
 #include "hearth/kit/change.h"

@@ -3,6 +3,10 @@
 #ifndef HEARTH_KIT_TEXT_H
 #define HEARTH_KIT_TEXT_H
 
+#if __cplusplus < 201703L
+#error "hearth/kit.h needs C++17; hearth/hearth.h, the contract alone, needs C++11"
+#endif
+
 #include <string>
 #include <string_view>
 
