@@ -11,6 +11,7 @@
 #include "hearth/kit/handle.h"
 #include "hearth/kit/parse.h"
 #include "hearth/kit/read.h"
+#include "hearth/kit/render.h"
 #include "hearth/kit/result.h"
 #include "hearth/kit/secrets.h"
 #include "hearth/kit/session.h"

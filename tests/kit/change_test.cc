@@ -109,7 +109,7 @@ const std::vector<Way> kWays = {
        }
        return change.set(path, 1).commit();
      },
-     Fault::kNotSaved},
+     Fault::kNotStored},
     {"the wrong thread",
      [](Change change) {
        return std::async(std::launch::async, [&] { return change.commit(); }).get();

@@ -32,6 +32,7 @@
 #include "hearth/json_data.h"
 #include "hearth/kit/area_lock.h"
 #include "hearth/kit/handle.h"
+#include "hearth/kit/render.h"
 #include "hearth/kit/result.h"
 #include "hearth/kit/session.h"
 #include "hearth/kit/text.h"
@@ -176,13 +177,13 @@ class Change {
 
   // Makes the change: what was edited is in the file, and in memory, when this answers success. The
   // change has ended either way, and the area is free; only on another thread nothing happens.
-  // Failure, with memory and file as they were: that of the first set that failed; kRefused when
-  // the area's schema, "<area>_SCHEMA.ldb" beside its database, does not allow the result;
-  // kBadSchema when that is no schema; kNoSchema when there is none and the options are strict;
-  // kNoSession when the session was closed meanwhile; kNotSaved when the file could not be written;
-  // kEnded when the change has ended or was moved away, and on another thread than the one that
-  // began it.
-  // Cost: that of validating and saving the whole database.
+  // Failure, with memory and file as they were: that of the first set that failed; kNotStored for
+  // what is nested deeper than the parser reads; kRefused when the area's schema,
+  // "<area>_SCHEMA.ldb" beside its database, does not allow the result; kBadSchema when that is no
+  // schema; kNoSchema when there is none and the options are strict; kNoSession when the session
+  // was closed meanwhile; kNotSaved when the file could not be written; kEnded when the change has
+  // ended or was moved away, and on another thread than the one that began it. Cost: that of
+  // validating and saving the whole database.
   Result<void> commit(const ChangeOptions& options = {}) {
     if (slot_.isOthers()) {
       return detail::failure(Fault::kEnded, "the change was begun by another thread");
@@ -219,6 +220,10 @@ class Change {
     }
     if (noted_.fault != Fault::kNone) {
       return noted_;
+    }
+    if (detail::isNestedDeeperThan(copy_, detail::kParserLevels)) {
+      return detail::failure(Fault::kNotStored,
+                             "the database would be nested too deeply to be read");
     }
     ValidateOptions validation;
     validation.limit = options.limit;

@@ -16,6 +16,7 @@
 #include <vector>
 
 #include "hearth/kit/handle.h"
+#include "hearth/kit/render.h"
 #include "hearth/kit/result.h"
 #include "hearth/kit/text.h"
 #include "hearth/kit/walk.h"
@@ -88,8 +89,6 @@ inline bool leadsToSecret(Text path) {
 
 namespace detail {
 
-constexpr int kMostLevels = 64;
-
 // True also for what is nested too deeply to be looked through.
 inline bool holdsSecret(View value, int levels = kMostLevels) {
   if (levels == 0) {
@@ -144,8 +143,7 @@ inline std::string shown(View value) {
     return "(" + copied.failure().sentence + ")";
   }
   detail::takeOutSecrets(*copied, true);
-  return json_object_to_json_string_ext(copied->raw(),
-                                        JSON_C_TO_STRING_PLAIN | JSON_C_TO_STRING_NOSLASHESCAPE);
+  return toText(*copied);
 }
 
 // The same of the value at path; "(secret)" when the path leads to one.
