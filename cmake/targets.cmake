@@ -16,9 +16,15 @@ if(HEARTH_SANITIZE)
   target_link_options(hearth_flags INTERFACE -fsanitize=${HEARTH_SANITIZE})
 endif()
 
-# An object library of hearth's own sources: position independent, hidden unless marked HEARTH_API.
+# An object library of hearth's own sources, or an archive (STATIC): position independent, hidden
+# unless marked HEARTH_API.
 function(hearth_add_objects name)
-  add_library(${name} OBJECT)
+  cmake_parse_arguments(arg "STATIC" "" "" ${ARGN})
+  if(arg_STATIC)
+    add_library(${name} STATIC)
+  else()
+    add_library(${name} OBJECT)
+  endif()
   set_target_properties(${name} PROPERTIES POSITION_INDEPENDENT_CODE ON CXX_EXTENSIONS OFF
                                            CXX_VISIBILITY_PRESET hidden
                                            VISIBILITY_INLINES_HIDDEN ON)

@@ -2,6 +2,7 @@
 
 #include <cstring>
 
+#include "base/utf8.h"
 #include "schema/content.h"
 #include "schema/equality.h"
 #include "schema/format.h"
@@ -131,13 +132,13 @@ bool hasDependents(json_object* instance, json_object* dependents, Effort& effor
 bool isLongEnough(json_object* text, json_object* bound, Effort& effort) {
   const auto bytes = static_cast<size_t>(json_object_get_string_len(text));
   return isAtLeast((bytes + 3) / 4, bound, effort) ||
-         (effort.spend(bytes / 64) && isAtLeast(lengthOf(textOf(text)), bound, effort));
+         (effort.spend(bytes / 64) && isAtLeast(countCharacters(textOf(text)), bound, effort));
 }
 
 bool isShortEnough(json_object* text, json_object* bound, Effort& effort) {
   const auto bytes = static_cast<size_t>(json_object_get_string_len(text));
   return isAtMost(bytes, bound, effort) ||
-         (effort.spend(bytes / 64) && isAtMost(lengthOf(textOf(text)), bound, effort));
+         (effort.spend(bytes / 64) && isAtMost(countCharacters(textOf(text)), bound, effort));
 }
 
 bool hasNoEqualElements(json_object* instance, json_object* wanted, Effort& effort) {

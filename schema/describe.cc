@@ -7,6 +7,7 @@
 #include <charconv>
 #include <utility>
 
+#include "base/utf8.h"
 #include "schema/assertions.h"
 #include "schema/equality.h"
 #include "schema/number.h"
@@ -46,8 +47,7 @@ constexpr FailureRow kFailures[] = {
     {Id::kMinItems, "must have at least %v element%s, but has %n"},
     {Id::kMaxProperties, "must have at most %v member%s, but has %n"},
     {Id::kMinProperties, "must have at least %v member%s, but has %n"},
-    {Id::kUniqueItems, "must not hold equal elements, but elements %e are equal"},
-    {Id::kRequired, "must have the member %m"},
+    {Id::kUniqueItems, "must not hold equal elements, but %e are equal"},
     {Id::kNot, "must not match the schema of \"not\""},
     {Id::kOneOf, "must match exactly one of the alternatives, but matches more"},
     {Id::kContains, "must have at least 1 matching \"contains\", but has %c"},
@@ -83,17 +83,6 @@ const char* failureOf(Id keyword) {
   return row->sentence;
 }
 
-// The first of these names that the instance lacks.
-const char* missingName(json_object* instance, json_object* names) {
-  for (size_t i = 0; i < json_object_array_length(names); ++i) {
-    const char* const name = json_object_get_string(json_object_array_get_idx(names, i));
-    if (!json_object_object_get_ex(instance, name, nullptr)) {
-      return name;
-    }
-  }
-  return nullptr;
-}
-
 size_t sizeOf(json_object* value) {
   switch (json_object_get_type(value)) {
     case json_type_array:
@@ -101,15 +90,27 @@ size_t sizeOf(json_object* value) {
     case json_type_object:
       return static_cast<size_t>(json_object_object_length(value));
     default:
-      return lengthOf(textOf(value));
+      return countCharacters(textOf(value));
+  }
+}
+
+// So that the sentence stays UTF-8, and nothing in it moves a terminal's cursor.
+void addHarmless(std::string_view text, std::string* out) {
+  while (!text.empty()) {
+    const Character first = firstCharacter(text);
+    const bool moves = first.code < ' ' || (first.code >= 0x7F && first.code < 0xA0);
+    *out += !first.isValid ? "?" : moves ? " " : text.substr(0, first.size);
+    text.remove_prefix(first.size);
   }
 }
 
 // What is known of a failure, and the sentence about it.
 class Sentence {
  public:
-  Sentence(json_object* instance, Id keyword, json_object* value, size_t count = 0)
-      : instance_(instance), keyword_(keyword), value_(value), count_(count) {}
+  Sentence(json_object* instance, Id keyword, json_object* value, Effort* effort)
+      : instance_(instance), keyword_(keyword), value_(value), effort_(effort) {}
+  Sentence(size_t count, Id keyword, json_object* value)
+      : keyword_(keyword), value_(value), count_(count) {}
 
   Sentence& add(const char* sentence) {
     for (const char* at = sentence; *at; ++at) {
@@ -123,7 +124,7 @@ class Sentence {
   }
 
   Sentence& addName(const char* name) {
-    append(&out_, {"\"", name, "\""});
+    addText(name, std::string_view::npos);
     return *this;
   }
 
@@ -142,8 +143,6 @@ class Sentence {
         return addNumber(count_);
       case 'e':  // which of its elements are equal
         return addEqualElements();
-      case 'm':  // the first name in the keyword's value that it lacks
-        return addMissing();
       case 'k':  // the keyword
         addName(nameOf(keyword_));
         return;
@@ -174,7 +173,7 @@ class Sentence {
         addNumber(numberOf(value));
         break;
       case json_type_string:
-        addText(textOf(value));
+        addText(textOf(value), kLongestShown);
         break;
       case json_type_array:
         addContainer(value, " element");
@@ -202,18 +201,12 @@ class Sentence {
     }
   }
 
-  // The start of a text, never ending inside a character; nothing in it moves a terminal's cursor.
-  void addText(std::string_view text) {
-    const bool cut = text.size() > kLongestShown;
-    size_t end = cut ? kLongestShown : text.size();
-    while (cut && end > 0 && (static_cast<unsigned char>(text[end]) & 0xC0) == 0x80) {
-      --end;
-    }
+  // In quotes, and cut when it is long.
+  void addText(std::string_view text, size_t mostBytes) {
+    const std::string_view start = startOf(text, mostBytes);
     out_ += '"';
-    for (const char c : text.substr(0, end)) {
-      out_ += static_cast<unsigned char>(c) < ' ' || c == '\x7f' ? ' ' : c;
-    }
-    out_ += cut ? "...\"" : "\"";
+    addHarmless(start, &out_);
+    out_ += start.size() < text.size() ? "...\"" : "\"";
   }
 
   void addContainer(json_object* container, const char* noun) {
@@ -244,14 +237,12 @@ class Sentence {
   }
 
   void addEqualElements() {
-    Effort effort;
-    const EqualPair pair = findEqualElements(instance_, effort);
-    append(&out_, {decimal(pair.first), " and ", decimal(pair.second)});
-  }
-
-  void addMissing() {
-    const char* const name = missingName(instance_, value_);
-    addName(name ? name : "");
+    const EqualPair pair = findEqualElements(instance_, *effort_);
+    if (pair.found) {
+      append(&out_, {"elements ", decimal(pair.first), " and ", decimal(pair.second)});
+    } else {
+      out_ += "some";
+    }
   }
 
   void addEnding() {
@@ -259,31 +250,13 @@ class Sentence {
     out_ += isCount(value_, &count) && count == 1 ? "" : "s";
   }
 
-  json_object* instance_;
+  json_object* instance_ = nullptr;
   Id keyword_;
   json_object* value_;
-  size_t count_;
+  size_t count_ = 0;
+  Effort* effort_ = nullptr;
   std::string out_;
 };
-
-// A member that others need is either in the list that is at fault, or in one of several lists,
-// each under the name of the member that needs it.
-std::string describeDependency(json_object* instance, Id keyword, json_object* value) {
-  if (json_object_get_type(value) == json_type_array) {
-    Sentence sentence(instance, keyword, value);
-    return std::move(
-        sentence.add("must have the member %m, because another member needs it").text());
-  }
-  json_object_object_foreach(value, name, names) {
-    if (json_object_get_type(names) == json_type_array &&
-        json_object_object_get_ex(instance, name, nullptr) && missingName(instance, names)) {
-      Sentence sentence(instance, keyword, names);
-      sentence.add("must have the member %m, because it has ").addName(name);
-      return std::move(sentence.text());
-    }
-  }
-  return "lacks a member that another one needs";
-}
 
 // Draft-04 says by a keyword of its own that a bound is exclusive.
 Id boundOf(Id keyword, json_object* schema, Draft draft) {
@@ -299,21 +272,36 @@ Id boundOf(Id keyword, json_object* schema, Draft draft) {
 }  // namespace
 
 std::string describeFailure(json_object* instance, Id keyword, json_object* value,
-                            json_object* schema, Draft draft) {
-  if (keyword == Id::kDependentRequired || keyword == Id::kDependencies) {
-    return describeDependency(instance, keyword, value);
-  }
-  Sentence sentence(instance, keyword, value);
+                            json_object* schema, Draft draft, Effort& effort) {
+  Sentence sentence(instance, keyword, value, &effort);
   return std::move(sentence.add(failureOf(boundOf(keyword, schema, draft))).text());
 }
 
+std::string describeMissing(const char* name, Id keyword, const char* needer) {
+  Sentence sentence(0, keyword, nullptr);
+  sentence.add("must have the member ").addName(name);
+  if (needer) {
+    sentence.add(", because it has ").addName(needer);
+  } else if (keyword == Id::kDependencies) {
+    sentence.add(", because another member needs it");
+  }
+  return std::move(sentence.text());
+}
+
 std::string describeCount(size_t count, Id keyword, json_object* value) {
-  Sentence sentence(nullptr, keyword, value, count);
+  Sentence sentence(count, keyword, value);
   return std::move(sentence.add(failureOf(keyword)).text());
 }
 
+std::string describeClosest(size_t number, const std::string& where, const std::string& message) {
+  std::string out = joined({"; the closest is number ", decimal(number), ": "});
+  addHarmless(where.empty() ? "it" : where, &out);
+  append(&out, {" ", message});
+  return out;
+}
+
 std::string describeTrouble(Trouble trouble, Id keyword, json_object* value) {
-  Sentence sentence(nullptr, keyword, value);
+  Sentence sentence(0, keyword, value);
   for (const TroubleRow& row : kTroubles) {
     if (row.trouble == trouble) {
       sentence.add("cannot be checked: ").add(row.sentence);

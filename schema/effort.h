@@ -26,6 +26,12 @@ enum class Trouble : uint8_t {
   kUnknownVocabulary,
 };
 
+// Whether the schema is at fault, and no limit of ours.
+constexpr bool isOfSchema(Trouble trouble) {
+  return trouble != Trouble::kTooDeep && trouble != Trouble::kTooMuchWork &&
+         trouble != Trouble::kNoMemory && trouble != Trouble::kPatternLimit;
+}
+
 // Schemas, and containers inside values that are compared, stand at most this deep in each other.
 constexpr unsigned kMaxDepth = 100;
 

@@ -3,6 +3,7 @@
 // which, and that its direction is clear.
 #include <string>
 
+#include "base/utf8.h"
 #include "schema/format.h"
 #include "schema/punycode.h"
 #include "schema/reader.h"
@@ -207,7 +208,8 @@ bool isHostname(std::string_view text, bool international, Patterns& patterns) {
 bool isEmail(std::string_view text, bool international, Patterns& patterns) {
   const size_t at = text.rfind('@');
   constexpr size_t kLongestLocal = 64;
-  if (at > kLongestLocal || !isLocalPart(text.substr(0, at), international)) {
+  const std::string_view local = text.substr(0, at);
+  if (at > kLongestLocal || !isLocalPart(local, international) || !isUtf8(local)) {
     return false;
   }
   const std::string_view domain = text.substr(at + 1);

@@ -2,6 +2,7 @@
 // templates (RFC 6570).
 #include <cstring>
 
+#include "base/utf8.h"
 #include "schema/format.h"
 #include "schema/reader.h"
 
@@ -26,6 +27,9 @@ class UriChecker {
 
   // What a URI and a relative reference have in common: all but the scheme.
   bool isRest(std::string_view text) const {
+    if (!isUtf8(text)) {
+      return false;
+    }
     std::string_view fragment = cutAt(&text, "#");
     std::string_view query = cutAt(&text, "?");
     if (!fragment.empty() && !isMadeOf(fragment.substr(1), ":@/?")) {
@@ -186,7 +190,7 @@ bool isUriTemplate(std::string_view text) {
       return false;
     }
   }
-  return true;
+  return isUtf8(text);
 }
 
 }  // namespace schema

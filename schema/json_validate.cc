@@ -9,6 +9,7 @@
 #include <climits>
 #include <exception>
 #include <string>
+#include <utility>
 
 #include "schema/validate.h"
 #include "schema/walker.h"
@@ -16,23 +17,40 @@
 namespace hearth {
 namespace schema {
 
+namespace {
+
+// Told in place of the violation for which there was no memory. The audience may find none either.
+void tellOfMemory(const Audience& audience) {
+  try {
+    Violation violation;
+    violation.message = "memory ran out";  // short enough to need none
+    audience.found(audience.context, violation);
+  } catch (const std::exception&) {
+  }
+}
+
+}  // namespace
+
 bool validate(json_object* instance, json_object* schema, Violation* violation,
               Draft unnamed) noexcept {
+  const auto take = [](void* taken, Violation& told) {
+    *static_cast<Violation*>(taken) = std::move(told);
+    return false;
+  };
+  const Audience audience = {take, violation, violation ? size_t{1} : 0};
+  return tellViolations(instance, schema, audience, unnamed) == Conformance::kConforms;
+}
+
+Conformance tellViolations(json_object* instance, json_object* schema, Audience audience,
+                           Draft unnamed) noexcept {
   try {
-    Violation found;
-    if (Walker(schema, unnamed, violation ? &found : nullptr).run(instance)) {
-      return true;
-    }
-    if (violation) {
-      *violation = std::move(found);
-    }
+    return Walker(schema, unnamed, audience).run(instance);
   } catch (const std::exception&) {  // memory ran out
-    if (violation) {
-      *violation = Violation();
-      violation->message = "memory ran out";  // short enough to need none
+    if (audience.limit > 0) {
+      tellOfMemory(audience);
     }
+    return Conformance::kExhausted;
   }
-  return false;
 }
 
 namespace {

@@ -3,9 +3,9 @@
 #include <cstdio>
 #include <cstring>
 
+#include "base/utf8.h"
 #include "schema/pattern_translator.h"
 #include "schema/reader.h"
-#include "schema/utf8.h"
 
 namespace hearth {
 namespace schema {
@@ -28,10 +28,6 @@ constexpr char kCategories[] =
     ";mathsymbol=Sm;currencysymbol=Sc;modifiersymbol=Sk;othersymbol=So;separator=Z"
     ";spaceseparator=Zs;lineseparator=Zl;paragraphseparator=Zp;other=C;control=Cc;cntrl=Cc"
     ";format=Cf;surrogate=Cs;privateuse=Co;unassigned=Cn;";
-
-bool isSurrogate(uint32_t c) {
-  return c >= 0xD800 && c <= 0xDFFF;
-}
 
 }  // namespace
 
@@ -140,7 +136,7 @@ bool Translator::unicode(uint32_t* code) {
   if (peek(2) == '{') {
     const size_t end = in_.find('}', at_);
     const size_t digits = end == std::string_view::npos ? 0 : end - at_ - 3;
-    if (digits == 0 || digits > 6 || !hex(3, digits, code) || *code > 0x10FFFF) {
+    if (digits == 0 || digits > 6 || !hex(3, digits, code) || *code > kLastCodePoint) {
       return false;
     }
     at_ = end + 1;
@@ -264,7 +260,7 @@ bool Translator::classAtom(uint32_t* code, bool* single) {
 // Reads one character of the pattern itself; false when it is not UTF-8.
 bool Translator::utf8(uint32_t* code) {
   std::string_view rest = in_.substr(at_);
-  const bool taken = takeUtf8(&rest, code);
+  const bool taken = takeCharacter(&rest, code);
   at_ = in_.size() - rest.size();
   return taken;
 }

@@ -3,7 +3,6 @@
 
 #include <json-c/json.h>
 
-#include "schema/effort.h"
 #include "schema/text.h"
 
 namespace hearth {
@@ -60,8 +59,7 @@ bool locateWithin(json_object* top, json_object* wanted, unsigned depth, Effort&
 
 }  // namespace
 
-bool locate(json_object* top, json_object* wanted, std::string* pointer) {
-  Effort effort;
+bool locate(json_object* top, json_object* wanted, Effort& effort, std::string* pointer) {
   return top == wanted || locateWithin(top, wanted, 0, effort, pointer);
 }
 

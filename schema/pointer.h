@@ -4,13 +4,17 @@
 
 #include <string>
 
+#include "schema/effort.h"
+
 struct json_object;
 
 namespace hearth {
 namespace schema {
 
-// The JSON pointer to a value, found by its identity, below top; false when it is not there.
-[[nodiscard]] bool locate(json_object* top, json_object* wanted, std::string* pointer);
+// The JSON pointer to a value, found by its identity, below top; false when it is not there, or
+// when the effort is stopped.
+[[nodiscard]] bool locate(json_object* top, json_object* wanted, Effort& effort,
+                          std::string* pointer);
 
 // Appends one step to a JSON pointer.
 void addToPointer(std::string* pointer, const char* token);

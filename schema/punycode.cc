@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <cstdint>
 
+#include "base/utf8.h"
 #include "schema/reader.h"
-#include "schema/utf8.h"
 
 namespace hearth {
 namespace schema {
@@ -102,14 +102,14 @@ bool decodePunycode(std::string_view text, std::string* utf8) {
     bias.adapt(static_cast<uint32_t>(at - before), static_cast<uint32_t>(size));
     point += at / size;
     at %= size;
-    if (point > 0x10FFFF) {
+    if (point > kLastCodePoint) {
       return false;
     }
     points.insert(static_cast<size_t>(at), static_cast<uint32_t>(point));
     ++at;
   }
   for (const uint32_t code : points) {
-    appendUtf8(code, utf8);
+    appendCharacter(code, utf8);
   }
   return true;
 }
@@ -118,7 +118,7 @@ bool encodePunycode(std::string_view utf8, std::string* text) {
   Points points;
   while (!utf8.empty()) {
     uint32_t code = 0;
-    if (points.size() > kLongestLabel || !takeUtf8(&utf8, &code)) {
+    if (points.size() > kLongestLabel || !takeCharacter(&utf8, &code)) {
       return false;
     }
     points.add(code);

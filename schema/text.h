@@ -18,15 +18,6 @@ inline std::string_view textOf(json_object* string) {
   return {json_object_get_string(string), static_cast<size_t>(json_object_get_string_len(string))};
 }
 
-// How many characters (Unicode code points) a text has.
-inline size_t lengthOf(std::string_view text) {
-  size_t length = 0;
-  for (const char c : text) {
-    length += (static_cast<unsigned char>(c) & 0xC0) != 0x80;
-  }
-  return length;
-}
-
 // Several texts behind a first one, and one text of several: without a temporary one for each.
 void append(std::string* out, std::initializer_list<std::string_view> texts);
 std::string joined(std::initializer_list<std::string_view> texts);

@@ -33,13 +33,15 @@ size_t sizeOf(json_object* container) {
 
 }  // namespace
 
-bool Walker::run(json_object* instance) {
+Conformance Walker::run(json_object* instance) {
   Place root{nullptr, resources_.at(0).top, instance, nullptr, Place::kNoElement, 0, 0, Id::kNone};
-  if (effort().stopped()) {
-    return stop(root, Id::kSchema, nullptr, effort().trouble());
-  }
   stack_ = stackNow();
-  return conforms(root, nullptr);
+  const bool holds = effort().stopped() ? stop(root, Id::kSchema, nullptr, effort().trouble())
+                                        : conforms(root, nullptr);
+  if (effort().stopped()) {
+    return isOfSchema(effort().trouble()) ? Conformance::kUnusable : Conformance::kExhausted;
+  }
+  return holds && !violates_ ? Conformance::kConforms : Conformance::kViolates;
 }
 
 bool Walker::enter(const Place& place) {
@@ -117,7 +119,10 @@ Walker::Reading Walker::readOnce(Place& place, Slots& slots, bool settled) {
       return refuse(place, *keyword, value, settled);
     } else if (keyword->slot == Slot::kNow) {
       if (applies && !holdsNow(place, *keyword, value, draft)) {
-        return refuse(place, *keyword, value, settled);
+        const Reading refused = refuse(place, *keyword, value, settled);
+        if (refused != Reading::kHolds) {
+          return refused;
+        }
       }
     } else if (keyword->id == Id::kRef && isDraft7OrOlder(draft)) {
       slots.clear();
@@ -142,12 +147,10 @@ Walker::Reading Walker::refuse(const Place& place, const Keyword& keyword, json_
   if (!settled && belongsElsewhere(place)) {
     return Reading::kAgain;
   }
-  if (keyword.valueTypes & typeBit(value)) {
-    fail(place, keyword.id, value);
-  } else {
-    stop(place, keyword.id, value, Trouble::kBadValue);
-  }
-  return Reading::kFails;
+  const bool goesOn = (keyword.valueTypes & typeBit(value)) != 0
+                          ? fail(place, keyword.id, value)
+                          : stop(place, keyword.id, value, Trouble::kBadValue);
+  return goesOn ? Reading::kHolds : Reading::kFails;
 }
 
 // Whether the schema starts a resource of its own, or a reference makes its other members void.

@@ -84,14 +84,16 @@ class Slots {
 
 class Walker {
  public:
-  Walker(json_object* schema, Draft unnamed, Violation* violation)
-      : resources_(schema, unnamed, workshop_.effort), violation_(violation) {}
+  // Counts the audience's limit down as it tells.
+  Walker(json_object* schema, Draft unnamed, Audience& audience)
+      : resources_(schema, unnamed, workshop_.effort), audience_(audience) {}
 
-  [[nodiscard]] bool run(json_object* instance);
+  [[nodiscard]] Conformance run(json_object* instance);
 
  private:
-  // Whether the place's instance conforms to its schema. With marks, also marks what of the
-  // instance was looked at.
+  // Whether the place's instance conforms to its schema, as far as the walk is to know: a failure
+  // that was told, and behind which the audience wants more, counts as none, so that the walk goes
+  // on. With marks, also marks what of the instance was looked at.
   bool conforms(Place& place, Marks* marks);
 
   // Steps of conforms(): read the members, settle what they belong to, follow what waits.
@@ -142,14 +144,18 @@ class Walker {
   bool contains(const Place& place, const Slots& slots, Marks* marks);
   bool unevaluatedElements(const Place& place, json_object* schema, const Marks& marks);
 
-  // Failures. Each answers false.
+  // Failures. Each answers whether the walk goes on all the same; stop() never does.
   bool fail(const Place& place, Id keyword, json_object* value);
   bool stop(const Place& place, Id keyword, json_object* value, Trouble trouble);
   bool failAlternatives(const Place& place, Id keyword, json_object* schemas);
   bool failCount(const Place& place, Id keyword, json_object* value, size_t count);
+  bool failMissing(const Place& place, Id keyword, json_object* value);
+  bool failMissingOf(const Place& place, Id keyword, json_object* names, const char* needer);
   bool wantsReport() const;
-  void record(const Place& place, Id keyword, json_object* value, std::string message);
-  std::string ruleLocation(const Place& place, Id keyword, json_object* value) const;
+  bool report(const Place& place, Id keyword, json_object* value, std::string message,
+              const char* member = "");
+  bool tell(const Place& place);
+  std::string ruleLocation(const Place& place, Id keyword, json_object* value);
 
   Effort& effort() { return workshop_.effort; }
   [[nodiscard]] Draft draftAt(const Place& place) const {
@@ -158,11 +164,14 @@ class Walker {
 
   Workshop workshop_;
   Resources resources_;
-  Violation* violation_;
+  Audience& audience_;
+  Violation violation_;      // the last one reported
+  Effort telling_;           // what may be spent on finding words
   unsigned quiet_ = 0;       // trials around the walk, whose failures are not the answer
   unsigned explaining_ = 0;  // alternatives around the walk, of which only the sentence is wanted
-  unsigned deepest_ = 0;     // how deep in the instance the recorded violation is
-  bool isFinal_ = false;     // what is recorded stopped the validation
+  unsigned deepest_ = 0;     // how deep in the instance the reported violation is
+  bool isFinal_ = false;     // what was reported stopped the validation
+  bool violates_ = false;    // a violation was told
   uintptr_t stack_ = 0;      // where it was when the walk began
 };
 

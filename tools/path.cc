@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "base/utf8.h"
 #include "hearth/json_data.h"
 #include "tools/failure.h"
 #include "tools/json_text.h"

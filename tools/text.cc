@@ -4,50 +4,10 @@
 #include <cstdint>
 #include <cstdio>
 
+#include "base/utf8.h"
+
 namespace hearth::tool {
 namespace {
-
-struct Character {
-  uint32_t code;
-  std::size_t size;
-  bool isValid;
-};
-
-// What the first byte of a sequence says: its length, and the least code that needs that length.
-struct Lead {
-  unsigned char mask, bits;
-  std::size_t size;
-  uint32_t least;
-};
-constexpr Lead kLeads[] = {
-    {0x80, 0x00, 1, 0}, {0xe0, 0xc0, 2, 0x80}, {0xf0, 0xe0, 3, 0x800}, {0xf8, 0xf0, 4, 0x10000}};
-
-// The character at the start of a text that is not empty. An invalid byte is a character by itself.
-Character firstOf(std::string_view text) {
-  const auto byte = [&](std::size_t i) { return static_cast<unsigned char>(text[i]); };
-  const Character invalid = {byte(0), 1, false};
-  for (const Lead& lead : kLeads) {
-    if ((byte(0) & lead.mask) != lead.bits) {
-      continue;
-    }
-    if (text.size() < lead.size) {
-      return invalid;
-    }
-    uint32_t code = static_cast<unsigned char>(byte(0) & ~lead.mask);
-    for (std::size_t i = 1; i < lead.size; ++i) {
-      if ((byte(i) & 0xc0U) != 0x80) {
-        return invalid;
-      }
-      code = code << 6 | (byte(i) & 0x3fU);
-    }
-    const bool isSurrogate = code >= 0xd800 && code < 0xe000;
-    if (code < lead.least || code > 0x10ffff || isSurrogate) {
-      return invalid;
-    }
-    return {code, lead.size, true};
-  }
-  return invalid;
-}
 
 bool isObeyed(uint32_t code) {
   return code < 0x20 || (code >= 0x7f && code < 0xa0) || (code >= 0x200b && code <= 0x200f) ||
@@ -85,22 +45,11 @@ std::size_t distance(std::string_view a, std::string_view b) {
 
 }  // namespace
 
-bool isUtf8(std::string_view text) {
-  while (!text.empty()) {
-    const Character character = firstOf(text);
-    if (!character.isValid) {
-      return false;
-    }
-    text.remove_prefix(character.size);
-  }
-  return true;
-}
-
 std::string escaped(std::string_view text, Escapes escapes) {
   std::string result;
   result.reserve(text.size());
   while (!text.empty()) {
-    const Character character = firstOf(text);
+    const Character character = firstCharacter(text);
     const bool isStray = !character.isValid && escapes == Escapes::kTerminal;
     if (isStray || (character.isValid && isObeyed(character.code))) {
       result += escapeOf(character, escapes);
@@ -115,14 +64,14 @@ std::string escaped(std::string_view text, Escapes escapes) {
 std::string inQuotes(std::string_view text) {
   constexpr std::size_t kLongest = 120;
   if (text.size() > kLongest) {
-    return "'" + escaped(text.substr(0, kLongest), Escapes::kTerminal) + "...'";
+    return "'" + escaped(startOf(text, kLongest), Escapes::kTerminal) + "...'";
   }
   return "'" + escaped(text, Escapes::kTerminal) + "'";
 }
 
 std::size_t columns(std::string_view text) {
   std::size_t count = 0;
-  for (; !text.empty(); text.remove_prefix(firstOf(text).size)) {
+  for (; !text.empty(); text.remove_prefix(firstCharacter(text).size)) {
     ++count;
   }
   return count;

@@ -9,8 +9,6 @@
 
 namespace hearth::tool {
 
-[[nodiscard]] bool isUtf8(std::string_view text);
-
 // What is written in place of a character that a terminal would obey instead of show (control
 // characters, also those that turn the direction of writing) and of a byte that is no UTF-8.
 enum class Escapes {

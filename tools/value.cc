@@ -1,5 +1,6 @@
 #include "tools/value.h"
 
+#include "base/utf8.h"
 #include "tools/failure.h"
 #include "tools/json_text.h"
 #include "tools/text.h"

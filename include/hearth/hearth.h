@@ -10,5 +10,6 @@
 #include "hearth/logger.h"
 #include "hearth/tree_map_object.h"
 #include "hearth/version.h"
+#include "hearth/violations.h"
 
 #endif

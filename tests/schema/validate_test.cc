@@ -195,6 +195,16 @@ TEST(Validate, MatchesPatternsAsEcmaScriptDoes) {
   });
 }
 
+TEST(Validate, TakesOverlongFormsForNoCharacters) {
+  check({
+      {"7", "{\"pattern\":\"^[\xC0\xAF]$\"}", "[]", R"(["/"])"},
+      {"7", "{\"pattern\":\"^[\xED\xA0\x80-\xED\xBF\xBF/]$\"}", "[]", R"(["/"])"},
+      {"4679", R"({"format":"idn-email"})", "[\"\xC3\xA4@b\"]", "[\"\xC0\xAF@b\"]"},
+      {"4679", R"({"format":"iri"})", "[\"a:\xC3\xA4\"]", "[\"a:\xC0\xAF\",\"a:\xC3\"]"},
+      {"4679", R"({"format":"uri-template"})", "[\"\xC3\xA4{a}\"]", "[\"\xC0\xAF{a}\"]"},
+  });
+}
+
 TEST(Validate, ChecksFormats) {
   check({
       {"4679", R"({"format":"duration"})", R"(["P1Y2M3DT4H5M6S","P3W"])",

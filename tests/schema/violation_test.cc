@@ -27,6 +27,8 @@ TEST(Violation, TellsWhereAndWhy) {
        "must be one of 1, \"a\", an array of 0 elements, null, but is an object of 0 members"},
       {R"({"pattern":"^a"})", R"("b\u001b[2J")", "", "/pattern", "pattern",
        "must match the pattern \"^a\", but is \"b [2J\""},
+      {R"({"const":1})", "\"\xC0\xAFä\xC2\x9B[2J\"", "", "/const", "const",
+       "must be 1, but is \"??ä [2J\""},
       {R"({"uniqueItems":true})", "[1,2,3,2]", "", "/uniqueItems", "uniqueItems",
        "must not hold equal elements, but elements 1 and 3 are equal"},
       {R"({"required":["a","b"]})", R"({"a":1})", "", "/required", "required",
