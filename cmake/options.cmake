@@ -1,6 +1,17 @@
-# What can be chosen. Sanitizers and warnings apply to hearth's own targets only.
-option(HEARTH_BUILD_TESTS "Build the tests (needs GoogleTest)" ${PROJECT_IS_TOP_LEVEL})
-option(HEARTH_BUILD_EXAMPLES "Build the example programs" ${PROJECT_IS_TOP_LEVEL})
+# What can be chosen. Without an option only the library is built. Sanitizers and warnings apply to
+# hearth's own targets only.
+if(PROJECT_IS_TOP_LEVEL)
+  option(BUILD_SHARED_LIBS "Build libhearth.so, else libhearth.a" ON)
+endif()
+# A project that adds hearth's folder gets the shared library unless it says otherwise.
+if(NOT DEFINED BUILD_SHARED_LIBS OR BUILD_SHARED_LIBS)
+  set(hearth_library_type SHARED)
+else()
+  set(hearth_library_type STATIC)
+endif()
+option(HEARTH_INSTALL "Install the library and what is built with it" ${PROJECT_IS_TOP_LEVEL})
+option(HEARTH_BUILD_TESTS "Build the tests (needs GoogleTest)" OFF)
+option(HEARTH_BUILD_EXAMPLES "Build the example programs" OFF)
 option(HEARTH_BUILD_TOOLS "Build the hearth command (needs CLI11)" OFF)
 option(HEARTH_BUILD_BENCH "Build the benchmarks (needs Google Benchmark and the peers)" OFF)
 option(HEARTH_BUILD_FUZZ "Build the fuzz targets (needs clang)" OFF)

@@ -35,13 +35,40 @@ function(hearth_add_objects name)
   target_link_libraries(${name} PRIVATE hearth_flags)
 endfunction()
 
-# How the shared library is linked: exactly the public names come out, everything it needs is there,
-# and its tables are read-only once it is loaded.
+# How the library is put together: from the objects of every room, as a shared library or an archive.
+# json-c belongs to the public face. PCRE2 is private, so only programs that link the archive need it;
+# an installed hearth names both as hearth-config.cmake finds them.
 function(hearth_link_library name)
+  foreach(room hearth_base hearth_objects hearth_schema)
+    if(TARGET ${room})
+      target_sources(${name} PRIVATE $<TARGET_OBJECTS:${room}>)
+    endif()
+  endforeach()
+  target_link_libraries(
+    ${name} PUBLIC $<BUILD_INTERFACE:PkgConfig::JSONC> $<INSTALL_INTERFACE:hearth::json-c>
+                   Threads::Threads)
+  if(TARGET hearth_schema)
+    target_link_libraries(${name} PRIVATE $<BUILD_INTERFACE:PkgConfig::PCRE2>
+                                          $<INSTALL_INTERFACE:hearth::pcre2-8>)
+  else()
+    target_link_libraries(${name} PRIVATE ${HEARTH_VALIDATOR_TARGET})
+  endif()
+  if(Backtrace_FOUND)
+    target_link_libraries(${name} PRIVATE ${Backtrace_LIBRARIES})
+  endif()
+  if(hearth_library_type STREQUAL "SHARED")
+    hearth_limit_exports(${name})
+  endif()
+endfunction()
+
+# Exactly the public names come out of the shared library, everything it needs is there, its tables
+# are read-only once it is loaded, and it tells its version though nothing refers to that text.
+function(hearth_limit_exports name)
   set(map ${PROJECT_SOURCE_DIR}/cmake/hearth.map)
   set_target_properties(${name} PROPERTIES LINK_DEPENDS ${map})
-  target_link_options(${name} PRIVATE LINKER:--version-script=${map} LINKER:--gc-sections
-                      LINKER:--as-needed LINKER:-z,relro,-z,now)
+  target_link_options(
+    ${name} PRIVATE LINKER:--version-script=${map} LINKER:--gc-sections LINKER:--as-needed
+    LINKER:-z,relro,-z,now LINKER:--undefined=hearth_version_text)
   # A sanitizer's run-time library comes with the program, not with the library.
   if(NOT HEARTH_SANITIZE)
     target_link_options(${name} PRIVATE LINKER:--no-undefined)

@@ -1,4 +1,6 @@
 // The hearth command: its command line, and how every failure ends as one line and an exit code.
+#include <json-c/json.h>
+
 #include <algorithm>
 #include <cstdlib>
 #include <new>
@@ -8,6 +10,11 @@
 #include "hearth/version.h"
 #include "tools/command/command.h"
 #include "tools/terminal/text.h"
+
+#ifdef HEARTH_HAS_PCRE2
+#define PCRE2_CODE_UNIT_WIDTH 8
+#include <pcre2.h>
+#endif
 
 namespace hearth::tool {
 namespace {
@@ -42,13 +49,28 @@ void configure(const GlobalOptions& options) {
   Logger::mask = options.verbose ? 1U << LOG_GROUP_UTIL : 0;
 }
 
+// What a report of a fault needs to name, in one line: hearth's version, and those of the libraries
+// that this process runs with.
+std::string versions() {
+  std::string line = "hearth " HEARTH_VERSION " (json-c ";
+  line += json_c_version();
+#ifdef HEARTH_HAS_PCRE2
+  std::string pcre2(static_cast<std::size_t>(pcre2_config(PCRE2_CONFIG_VERSION, nullptr)), '\0');
+  pcre2_config(PCRE2_CONFIG_VERSION, pcre2.data());
+  return line + ", PCRE2 " + pcre2.substr(0, pcre2.find(' ')) +
+         ", built-in validator)";
+#else
+  return line + ", the platform's validator)";
+#endif
+}
+
 void addGlobals(CLI::App& app, GlobalOptions& options) {
   options.data = BEConfig::DATA_LOCATION;
   app.add_option("--data", options.data, "the data location ($HEARTH_DATA; default ./data)")
       ->type_name("DIR")
       ->envname("HEARTH_DATA");
   app.add_flag("--verbose", options.verbose, "show the library's log on standard error");
-  app.set_version_flag("--version", "hearth " HEARTH_VERSION, "print the version");
+  app.set_version_flag("--version", versions(), "print the versions");
   app.set_help_flag("--help,-h", "print this help");
   app.parse_complete_callback([&options] { configure(options); });
 }

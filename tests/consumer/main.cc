@@ -1,13 +1,19 @@
-// Uses one thing of every family of the installed library, as C++11.
+// Uses one thing of every family of the installed library, in every standard from C++11 on, and with
+// exceptions switched off.
 #include <hearth/hearth.h>
 
 #include <cstdio>
 #include <cstring>
 #include <memory>
 
+#if HEARTH_VERSION_NUMBER < 10000
+#error "hearth/version.h does not say which version this is"
+#endif
+
 int main() {
   using Handle = std::unique_ptr<TreeMapObject>;
 
+  const bool initialised = BEConfig::DATA_LOCATION == "./data";
   BEConfig::init("/nonexistent/be.conf");
   Logger::setGroup(LOG_GROUP_UTEST, true);
   Logger::print(LOG_PRINT, LOG_GROUP_UTEST, "uptime %d\n", BEConfig::get_Session_Uptime());
@@ -21,7 +27,7 @@ int main() {
   const bool placed = std::strcmp(LocalDbCtrl::getApiDir(API_MISC), API_DATA_DIR[API_MISC]) == 0;
   const bool stopped = BELoginRecord::getAttempt("192.0.2.1").attempts == 1;
 
-  std::printf("stored %d, valid %d, named %d, placed %d, stopped %d\n", stored, valid, named,
-              placed, stopped);
-  return stored && valid && named && placed && stopped ? 0 : 1;
+  std::printf("hearth %s: initialised %d, stored %d, valid %d, named %d, placed %d, stopped %d\n",
+              HEARTH_VERSION, initialised, stored, valid, named, placed, stopped);
+  return initialised && stored && valid && named && placed && stopped ? 0 : 1;
 }

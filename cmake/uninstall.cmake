@@ -1,0 +1,22 @@
+# Removes the files that the last `cmake --install` of this build folder listed, and the folders that
+# are then empty and can be nobody else's.
+set(manifest install_manifest.txt)
+if(NOT EXISTS ${CMAKE_CURRENT_SOURCE_DIR}/${manifest})
+  message(FATAL_ERROR "nothing to uninstall: there is no ${manifest} in this folder; a component's "
+                      "installation lists its files in install_manifest_<component>.txt")
+endif()
+file(STRINGS ${manifest} files)
+foreach(file IN LISTS files)
+  file(REMOVE "$ENV{DESTDIR}${file}")
+  get_filename_component(folder "${file}" DIRECTORY)
+  while(folder MATCHES "/hearth(/|$)")
+    file(GLOB rest "$ENV{DESTDIR}${folder}/*")
+    if(rest)
+      break()
+    endif()
+    file(REMOVE_RECURSE "$ENV{DESTDIR}${folder}")
+    get_filename_component(folder "${folder}" DIRECTORY)
+  endwhile()
+endforeach()
+list(LENGTH files count)
+message(STATUS "uninstalled ${count} files")
