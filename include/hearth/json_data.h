@@ -38,8 +38,8 @@ class HEARTH_API JsonData {
 
   // Stores jval at path below jobj, making the objects, arrays and elements that are missing on the
   // way. An index at or past an array's end appends. A path that begins with a member name, applied
-  // to an array, goes to a new element at the array's end; with that index in front of it, it is cut
-  // at 255 characters. A null jval stores JSON null.
+  // to an array, goes to a new element at the array's end; with that index in front of it, it is
+  // cut at 255 characters. A null jval stores JSON null.
   // Result: 0 when stored, else 2 after one LOG_ERROR line. What earlier steps made stays; nothing
   // else is changed.
   // Ownership: the tree takes a reference of its own on jval, the caller keeps its own. On success
@@ -92,8 +92,8 @@ class HEARTH_API JsonData {
   // Ownership: the text is the value's, until that is rendered again, changed or released.
   static const char* getJson(TreeMapObject* obj);
 
-  // A copy of the value that shares nothing with it: what rendering it and parsing the text gives. A
-  // json-c serializer of the caller's own counts where it comes with user data or stands on a
+  // A copy of the value that shares nothing with it: what rendering it and parsing the text gives.
+  // A json-c serializer of the caller's own counts where it comes with user data or stands on a
   // double; json-c does not tell of others, and such a value is copied as if it had none.
   // Failure: null for a null value, for one nested deeper than the parser reads (32 levels, the
   // innermost value counted), for one whose text does not parse, and without memory.
@@ -105,15 +105,15 @@ class HEARTH_API JsonData {
   // an existing file are kept, a symbolic link's target is replaced, devices and pipes are written
   // straight.
   // Result: 0 when written, else 2 with the file as it was. Refused: a null handle, one without a
-  // value, and a value nested deeper than the parser would read back (32 levels, the innermost value
-  // counted).
+  // value, and a value nested deeper than the parser would read back (32 levels, the innermost
+  // value counted).
   // State: the new document is first written to a temporary file beside the old one. One that a
   // crash left in that folder is removed; which folders have been searched for such strays is
   // remembered for the whole process, under a lock of its own.
   static int saveObjectToFile(const char* path, TreeMapObject* obj);
 
-  // Logs the value at path ("" for the whole) as LOG_INFO. Log lines are cut at 1,023 bytes. A value
-  // nested more than 256 levels deep is logged as "(null)".
+  // Logs the value at path ("" for the whole) as LOG_INFO. Log lines are cut at 1,023 bytes. A
+  // value nested more than 256 levels deep is logged as "(null)".
   static void dumpObject(TreeMapObject* obj, const char* path);
 
   // --- Validation against a JSON Schema ----------------------------------------------------------

@@ -46,8 +46,8 @@ class HEARTH_API TreeMapObject {
 
   // Stores the other handle's value at path. The document shares it: both see later changes.
   // Ownership: the document takes a reference of its own; the caller still deletes obj.
-  // Failure: logged, twice: by JsonData::setJObj, whose refusals are these, and with the path. A null
-  // obj changes nothing; one without a value stores JSON null.
+  // Failure: logged, twice: by JsonData::setJObj, whose refusals are these, and with the path. A
+  // null obj changes nothing; one without a value stores JSON null.
   void set(const char* path, TreeMapObject* obj);
 
   // The value at path, always with an answer: 0, 0.0, false or null when there is none, json-c's
@@ -108,8 +108,8 @@ class HEARTH_API TreeMapObject {
   // --- Search ------------------------------------------------------------------------------------
 
   // Owning handles on every object, at any depth and in document order, that has a member of this
-  // name and exactly this type and value. They stay valid after the document is gone. An object that
-  // stands in several places is found in each.
+  // name and exactly this type and value. They stay valid after the document is gone. An object
+  // that stands in several places is found in each.
   // T: int, unsigned int (as a signed 32-bit number), double, bool, const char*.
   // Failure: an empty list, with a log line for a key or a root that cannot be searched. What there
   // is no memory for is left out.

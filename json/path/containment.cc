@@ -1,5 +1,6 @@
 // A search for the place, container by container. It keeps a list of the containers that it has
-// met, each once, and goes along that list: what it finds inside the one at hand goes to the end.
+// met and has to look into, each once, and goes along that list: what it finds inside the one at
+// hand goes to the end.
 #include "json/path/containment.h"
 
 #include <json-c/json.h>
@@ -81,6 +82,34 @@ class ContainerList {
   std::unique_ptr<uint32_t[]> longSlots_;
 };
 
+std::size_t lengthOf(json_object* container) {
+  return json_object_is_type(container, json_type_object) != 0
+             ? static_cast<std::size_t>(json_object_object_length(container))
+             : json_object_array_length(container);
+}
+
+// True when the test is true for one of the containers that are members or elements.
+template <typename Test>
+bool anyContainerIn(json_object* container, Test test) {
+  if (json_object_is_type(container, json_type_object) != 0) {
+    json_object_object_foreach(container, name, member) {
+      (void)name;
+      if (isContainer(member) && test(member)) {
+        return true;
+      }
+    }
+    return false;
+  }
+  const std::size_t length = json_object_array_length(container);
+  for (std::size_t i = 0; i < length; ++i) {
+    json_object* const element = json_object_array_get_idx(container, i);
+    if (isContainer(element) && test(element)) {
+      return true;
+    }
+  }
+  return false;
+}
+
 class Search {
  public:
   explicit Search(json_object* place) : place_(place) {}
@@ -99,35 +128,22 @@ class Search {
   }
 
  private:
+  static constexpr std::size_t kFew = 8;
+
   // Looks at the members or elements of one container.
   bool isJustIn(json_object* container) {
-    if (json_object_is_type(container, json_type_object) != 0) {
-      json_object_object_foreach(container, name, member) {
-        (void)name;
-        if (isContainer(member) && meet(member)) {
-          return true;
-        }
-      }
-      return false;
-    }
-    const std::size_t length = json_object_array_length(container);
-    for (std::size_t i = 0; i < length; ++i) {
-      json_object* const element = json_object_array_get_idx(container, i);
-      if (isContainer(element) && meet(element)) {
-        return true;
-      }
-    }
-    return false;
+    return anyContainerIn(container, [this](json_object* inside) { return meet(inside); });
   }
 
   bool meet(json_object* container) {
-    return container == place_ || (!isEmpty(container) && !met_.add(container));
+    return container == place_ || (!isSmallLeaf(container) && !met_.add(container));
   }
 
-  static bool isEmpty(json_object* container) {
-    return json_object_is_type(container, json_type_object) != 0
-               ? json_object_object_length(container) == 0
-               : json_object_array_length(container) == 0;
+  // Few values and all of them scalars: the usual container. To look at it again, should it be
+  // shared, costs no more than to know that it was met.
+  static bool isSmallLeaf(json_object* container) {
+    return lengthOf(container) <= kFew &&
+           !anyContainerIn(container, [](json_object*) { return true; });
   }
 
   json_object* const place_;

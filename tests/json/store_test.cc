@@ -197,7 +197,7 @@ TEST(Store, LooksAtValuesOfAnySizeSharingAndDepth) {
     }
     for (int i = 0; i < 50'000; ++i) {
       json_object* const element = json_object_new_array_ext(1);
-      json_object_array_add(element, nullptr);
+      json_object_array_add(element, json_object_new_array_ext(1));
       json_object_array_add(wide.get(), element);
     }
     expectOnlyACycleIsRefused(wide.get(), json_object_array_get_idx(wide.get(), 1'149'999));
