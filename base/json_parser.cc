@@ -1,8 +1,9 @@
 // json-c's parser takes a text in pieces and reports a value as soon as it is complete. Two of its
-// ways need care. A number or a word at the very end of a text may go on in the next piece, so an
-// end of text is handed over as a piece of its own. And where memory runs out inside a value, the
-// parser leaves that part out without an error; errno, which nothing else on the way sets to
-// ENOMEM, is what tells.
+// habits need care here:
+//   - A number or a word at the very end of a text could go on in the next piece, so the parser
+//     waits. A second piece, which holds only the end of the text, makes it finish.
+//   - Where memory runs out inside a value, the parser leaves that part out without an error. It
+//     does leave ENOMEM in errno, which nothing else on the way sets, so errno is asked.
 #include "base/json_parser.h"
 
 #include <cerrno>
@@ -30,12 +31,13 @@ ParsedJson parseJson(std::string_view text, int flags) {
       json_tokener_parse_ex(tokener.get(), text.data(), static_cast<int>(text.size())));
   parsed.end = json_tokener_get_parse_end(tokener.get());
   if (json_tokener_get_error(tokener.get()) == json_tokener_continue) {
+    // json-c counts the terminating zero byte as the end of the text.
     constexpr char kEndOfText[] = "";
     parsed.value.reset(json_tokener_parse_ex(tokener.get(), kEndOfText, sizeof(kEndOfText)));
   }
   parsed.error = json_tokener_get_error(tokener.get());
   parsed.isOutOfMemory = errno == ENOMEM;
-  if (!parsed.isValid()) {
+  if (!parsed.isValid()) {  // a value with holes must not be taken for the text's
     parsed.value.reset();
   }
   return parsed;

@@ -1,4 +1,4 @@
-// A lock guard for the plain POSIX mutexes that the public face exposes.
+// A lock guard for plain POSIX mutexes, since the public headers expose those.
 #ifndef HEARTH_BASE_MUTEX_LOCK_H
 #define HEARTH_BASE_MUTEX_LOCK_H
 
@@ -6,8 +6,8 @@
 
 namespace hearth {
 
-// Holds the mutex from its construction to the end of its scope. The mutex must be of the default
-// kind, not held by this thread, and outlive the guard.
+// Holds the mutex from its construction to the end of its scope. Requires a mutex of the default
+// kind that this thread does not hold yet and that outlives the guard.
 class MutexLock {
  public:
   explicit MutexLock(pthread_mutex_t& mutex) : mutex_(mutex) { pthread_mutex_lock(&mutex_); }

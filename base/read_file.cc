@@ -1,6 +1,7 @@
-// A file's stated size is a hint only: a file in /proc states none, and others grow or shrink while
-// they are read. So the buffer starts with room for one byte more than stated, which usually meets
-// the end of the file in the first read, and grows by half when there is more.
+// Reads a file into one buffer. The file's stated size is a hint only: a file in /proc states none,
+// and others grow or shrink while they are read. So the buffer starts with room for one byte more
+// than stated: one read then usually takes the whole file, and the next meets its end. If there is
+// more, the buffer grows by half.
 #include "base/read_file.h"
 
 #include <fcntl.h>
@@ -17,7 +18,7 @@ namespace {
 
 constexpr std::size_t kLeastCapacity = 4096;
 
-// A signal that interrupts the opening is no reason to give up.
+// Opens a file without waiting for it, again if a signal interrupts.
 UniqueFd openForReading(const char* path) {
   int fd = -1;
   do {
@@ -41,7 +42,7 @@ FileReading FileContents::readFile(const char* path, std::size_t mostBytes) {
   if (!file) {
     return errno == ENOENT ? FileReading::kMissing : FileReading::kUnreadable;
   }
-  // The name may have changed hands since it was looked at, so the open file is asked again.
+  // Another file may have taken the name since stat(), so the open one is checked again.
   if (fstat(file.get(), &status) != 0) {
     return FileReading::kUnreadable;
   }
@@ -61,7 +62,7 @@ FileReading FileContents::readToEnd(int fd, std::size_t expected, std::size_t mo
   }
   for (;;) {
     const ssize_t got = read(fd, data_.get() + size_, capacity_ - size_);
-    if (got < 0 && errno != EINTR) {
+    if (got < 0 && errno != EINTR) {  // an interrupted read is tried again
       return FileReading::kUnreadable;
     }
     if (got == 0) {
@@ -77,12 +78,13 @@ FileReading FileContents::readToEnd(int fd, std::size_t expected, std::size_t mo
   }
 }
 
+// False, with the old buffer untouched, when memory runs out.
 bool FileContents::reserve(std::size_t capacity) {
   auto* const grown = static_cast<char*>(std::realloc(data_.get(), capacity));
   if (grown == nullptr) {
     return false;
   }
-  static_cast<void>(data_.release());
+  static_cast<void>(data_.release());  // realloc has freed or moved it
   data_.reset(grown);
   capacity_ = capacity;
   return true;

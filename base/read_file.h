@@ -1,4 +1,4 @@
-// The one reader of whole files: for the library, the validator and the command.
+// The one reader of whole files. The library, the validator and the command all read here.
 #ifndef HEARTH_BASE_READ_FILE_H
 #define HEARTH_BASE_READ_FILE_H
 
@@ -18,19 +18,21 @@ enum class FileReading {
   kRead
 };
 
-// The bytes of a file, or of anything else that can be read to its end.
+// The bytes of a file, or of anything else that can be read to its end. It owns them; they are
+// valid only after a reading that ended with kRead. For one reading, by one thread.
 class FileContents {
  public:
   // JSON is parsed by int-sized counts, so no caller takes more than this.
   static constexpr std::size_t kMostBytes = 0x7fffffff;
 
-  // Reads the regular file at path whole, without ever waiting. A null path names no file. What is
-  // no regular file is not opened: opening a device may do something by itself, such as starting a
-  // watchdog, and who waits at the other end of a pipe would take the open end for its reader.
+  // Reads the whole regular file at path, without ever waiting. A null path names no file. Only
+  // regular files are opened: opening a device may do something by itself, such as starting a
+  // watchdog, and a process at the other end of a pipe would take the open end for its reader.
   [[nodiscard]] FileReading readFile(const char* path, std::size_t mostBytes = kMostBytes);
 
-  // Reads what is left of a descriptor. `expected` is a hint: one byte more than that makes the end
-  // visible without growing. Answers kRead, kTooLarge or kUnreadable.
+  // Reads the rest of what an open descriptor gives, and waits for it where it must. `expected` is
+  // the likely number of bytes; a wrong one costs time only. Answers kRead, kTooLarge or
+  // kUnreadable.
   [[nodiscard]] FileReading readToEnd(int fd, std::size_t expected, std::size_t mostBytes);
 
   const char* data() const { return data_.get(); }

@@ -1,4 +1,4 @@
-// An owner of one file descriptor.
+// The owner of one file descriptor.
 #ifndef HEARTH_BASE_UNIQUE_FD_H
 #define HEARTH_BASE_UNIQUE_FD_H
 
@@ -9,7 +9,8 @@
 
 namespace hearth {
 
-// Closes the descriptor when it goes out of scope; errno stays as it was. Negative: it holds none.
+// Closes the descriptor when it goes out of scope, and leaves errno as it was. A negative number
+// means that it holds none.
 class UniqueFd {
  public:
   explicit UniqueFd(int fd = -1) : fd_(fd) {}

@@ -1,3 +1,5 @@
+// The loop around write(): it goes on after a short write, an interruption, and a wait for room in
+// a pipe or terminal that does not block.
 #include "base/write_all.h"
 
 #include <poll.h>
@@ -8,8 +10,9 @@
 namespace hearth {
 namespace {
 
-// True when the last write can be tried again.
-bool mayRetry(int fd, int patienceMilliseconds) {
+// Waits where waiting may help. True when the write that has just failed should be tried again;
+// else errno says why it failed.
+bool waitToRetry(int fd, int patienceMilliseconds) {
   if (errno == EINTR) {
     return true;
   }
@@ -20,7 +23,7 @@ bool mayRetry(int fd, int patienceMilliseconds) {
   if (poll(&room, 1, patienceMilliseconds) == 1) {
     return true;
   }
-  errno = EAGAIN;
+  errno = EAGAIN;  // poll() may have set another
   return false;
 }
 
@@ -30,7 +33,7 @@ bool writeAll(int fd, const char* data, std::size_t size, int patienceMillisecon
   while (size > 0) {
     const ssize_t written = write(fd, data, size);
     if (written < 0) {
-      if (!mayRetry(fd, patienceMilliseconds)) {
+      if (!waitToRetry(fd, patienceMilliseconds)) {
         return false;
       }
       continue;

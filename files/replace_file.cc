@@ -1,6 +1,7 @@
-// Replacing a file in one step: find the folder and the name that the path stands for, write the
-// new contents to a temporary file in that folder, give it the old file's owner and mode, flush it,
-// rename it over the old file, flush the folder.
+// The replacement, step by step: find the file's place, write the new contents to a temporary file
+// in that folder, give it the old file's owner and mode, flush it, rename it over the old file,
+// flush the folder. Up to the rename, a failure leaves the old file as it was and the temporary
+// file removes itself; from the rename on, the new contents are there.
 #include "files/replace_file.h"
 
 #include <fcntl.h>
@@ -8,131 +9,16 @@
 #include <unistd.h>
 
 #include <cerrno>
-#include <climits>
-#include <cstring>
-#include <utility>
 
 #include "base/no_cancellation.h"
+#include "base/status.h"
 #include "base/unique_fd.h"
 #include "base/write_all.h"
+#include "files/place.h"
 #include "files/temporary_file.h"
 
 namespace hearth {
 namespace {
-
-bool fail(int error) {
-  errno = error;
-  return false;
-}
-
-// A folder that may be entered but not listed can still be written to; it only cannot be flushed.
-UniqueFd openFolder(int from, const char* path) {
-  int fd = -1;
-  do {
-    fd = openat(from, path, O_RDONLY | O_DIRECTORY | O_CLOEXEC);
-  } while (fd < 0 && errno == EINTR);
-  if (fd >= 0 || errno != EACCES) {
-    return UniqueFd(fd);
-  }
-  return UniqueFd(openat(from, path, O_PATH | O_DIRECTORY | O_CLOEXEC));
-}
-
-// A folder and a name in it: what a path stands for once the symbolic links at its end are
-// followed.
-class Place {
- public:
-  // False, with errno, when the path leads to no folder or its links go in circles.
-  [[nodiscard]] bool find(const char* path);
-
-  // The folder alone; whatever has the name.
-  [[nodiscard]] bool enter(const char* path);
-
-  int folder() const { return folder_.get(); }
-  const char* name() const { return name_; }
-  bool isNew() const { return isNew_; }
-  // What has the name now, unless it is new.
-  const struct stat& status() const { return status_; }
-
- private:
-  static constexpr int kMaxLinks = 40;
-
-  [[nodiscard]] bool look();
-  [[nodiscard]] bool follow();
-  bool isLink() const { return !isNew_ && S_ISLNK(status_.st_mode); }
-
-  UniqueFd folder_{};
-  char name_[NAME_MAX + 1] = "";
-  bool isNew_ = false;
-  struct stat status_ {};
-};
-
-// What a link leads to is the system's to say first: it may forbid to follow the link, and some
-// links in /proc lead where their text does not.
-bool Place::find(const char* path) {
-  if (!enter(path) || !look()) {
-    return false;
-  }
-  struct stat target {};
-  if (isLink() && stat(path, &target) != 0) {
-    if (errno != ENOENT) {
-      return false;
-    }
-  } else if (isLink() && !S_ISREG(target.st_mode)) {
-    status_ = target;
-    return true;
-  }
-  for (int links = 0; isLink(); ++links) {
-    if (links == kMaxLinks) {
-      return fail(ELOOP);
-    }
-    if (!follow() || !look()) {
-      return false;
-    }
-  }
-  return true;
-}
-
-// Opens the folder part of the path, as seen from the folder so far, and keeps the name part.
-bool Place::enter(const char* path) {
-  const char* const slash = strrchr(path, '/');
-  const char* const name = slash == nullptr ? path : slash + 1;
-  const std::size_t folderSize = static_cast<std::size_t>(name - path);
-  const std::size_t nameSize = strlen(name);
-  char folder[PATH_MAX] = ".";
-  if (folderSize + nameSize >= sizeof(folder) || nameSize >= sizeof(name_)) {
-    return fail(ENAMETOOLONG);
-  }
-  if (folderSize > 0) {
-    memcpy(folder, path, folderSize);
-    folder[folderSize] = '\0';
-  }
-  UniqueFd entered = openFolder(folder_ ? folder_.get() : AT_FDCWD, folder);
-  if (!entered) {
-    return false;
-  }
-  folder_ = std::move(entered);
-  memcpy(name_, name, nameSize + 1);
-  return true;
-}
-
-// A path that ends in a slash names a folder, or nothing.
-bool Place::look() {
-  if (name_[0] == '\0') {
-    return fail(EISDIR);
-  }
-  isNew_ = fstatat(folder(), name_, &status_, AT_SYMLINK_NOFOLLOW) != 0;
-  return !isNew_ || errno == ENOENT;
-}
-
-bool Place::follow() {
-  char target[PATH_MAX];
-  const ssize_t size = readlinkat(folder(), name_, target, sizeof(target) - 1);
-  if (size < 0) {
-    return false;
-  }
-  target[size] = '\0';
-  return enter(target);
-}
 
 bool flush(int fd) {
   while (fsync(fd) != 0) {
@@ -143,8 +29,9 @@ bool flush(int fd) {
   return true;
 }
 
-// The mode that gives nobody more than the old one did, now that some who were the file's owner or
-// its group are merely others.
+// The mode for a file whose owner or group could not be kept. Who was the old file's owner, or in
+// its group, may count as another user of the new one. So a class keeps only the rights that every
+// class has from which its members may come.
 mode_t narrowed(mode_t mode, bool ownerIsKept, bool groupIsKept) {
   const mode_t owner = mode >> 6 & 7U;
   mode_t group = mode >> 3 & 7U;
@@ -160,7 +47,8 @@ mode_t narrowed(mode_t mode, bool ownerIsKept, bool groupIsKept) {
   return owner << 6 | group << 3 | others;
 }
 
-// Gives the temporary the owner and the mode of the file that it replaces.
+// Gives the temporary file the owner and the mode of the file that it replaces, as far as this
+// process may. Giving away the owner may be forbidden where giving away the group is not.
 bool inherit(const TemporaryFile& temporary, const struct stat& old) {
   const int fd = temporary.fd();
   const struct stat& made = temporary.status();
@@ -177,6 +65,9 @@ bool inherit(const TemporaryFile& temporary, const struct stat& old) {
          0;
 }
 
+// Replaces or makes a regular file. A rename would also replace a file that this process may not
+// write, so that is asked first. A folder that is known to be tidy before the replacement is tidy
+// after it; the replacement changes its time, so that is noted anew.
 bool replaceRegular(const Place& place, const char* data, std::size_t size, Durability durability) {
   if (!place.isNew() && faccessat(place.folder(), place.name(), W_OK, AT_EACCESS) != 0) {
     return false;
@@ -195,7 +86,7 @@ bool replaceRegular(const Place& place, const char* data, std::size_t size, Dura
     expectNoStrays(place.folder());
   }
   if (isFlushed) {
-    flush(place.folder());
+    flush(place.folder());  // a failure changes no answer: the new contents are in place
   }
   return true;
 }
@@ -212,7 +103,7 @@ bool replaceFile(const char* path, const char* data, std::size_t size, Durabilit
   const NoCancellation guard;
   Place place;
   if (path == nullptr) {
-    return fail(EFAULT);
+    return failWith(EFAULT);
   }
   if (!place.find(path)) {
     return false;
@@ -220,7 +111,7 @@ bool replaceFile(const char* path, const char* data, std::size_t size, Durabilit
   if (place.isNew() || S_ISREG(place.status().st_mode)) {
     return replaceRegular(place, data, size, durability);
   }
-  return S_ISDIR(place.status().st_mode) ? fail(EISDIR) : writeStraight(path, data, size);
+  return S_ISDIR(place.status().st_mode) ? failWith(EISDIR) : writeStraight(path, data, size);
 }
 
 void removeStrayTemporaries(const char* path) {

@@ -1,3 +1,6 @@
+// Making, renaming and removing temporaries. Making one takes two steps, create and lock, and a
+// search for strays may come in between, find it unlocked and remove it. So a temporary counts as
+// made only if it still has a name once it is locked; else the next random name is tried.
 #include "files/temporary_file.h"
 
 #include <dirent.h>
@@ -15,6 +18,7 @@
 #include <memory>
 
 #include "base/mutex_lock.h"
+#include "base/status.h"
 
 namespace hearth {
 namespace {
@@ -25,8 +29,8 @@ constexpr char kSuffix[] = ".tmp";
 constexpr std::size_t kPrefixSize = sizeof(kPrefix) - 1;
 constexpr std::size_t kDigitCount = 16;
 
-// Nobody can guess it; only before the system has gathered any randomness does the clock serve,
-// which O_EXCL makes a nuisance at worst.
+// A number that nobody can guess. Before the system has gathered any randomness, the clock has to
+// serve; a name that is guessed costs another attempt at worst, because of O_EXCL.
 uint64_t randomNumber() {
   uint64_t number = 0;
   if (getrandom(&number, sizeof(number), GRND_NONBLOCK) != sizeof(number)) {
@@ -44,6 +48,7 @@ bool isTemporaryName(const char* name) {
          strcmp(name + kPrefixSize + kDigitCount, kSuffix) == 0;
 }
 
+// True when the name was a stray and is gone. Only a regular file whose lock nobody holds is one.
 bool removeIfStray(int folder, const char* name) {
   const UniqueFd file(
       openat(folder, name, O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
@@ -52,8 +57,9 @@ bool removeIfStray(int folder, const char* name) {
          flock(file.get(), LOCK_EX | LOCK_NB) == 0 && unlinkat(folder, name, 0) == 0;
 }
 
-// The folders that were free of strays when last looked at, and the time of their last change then:
-// one that has not changed since needs no search. Forgetting a folder costs a search, no more.
+// Remembers folders that were free of strays when last looked at, with the time of their last
+// change then: one that has not changed since needs no search. The oldest is forgotten when there
+// are too many, which costs one search more.
 class SearchedFolders {
  public:
   bool isUnchanged(int folder) {
@@ -73,12 +79,12 @@ class SearchedFolders {
       return;
     }
     const MutexLock guard(mutex_);
-    Folder* place = find(now);
-    if (place == nullptr) {
-      place = &known_[next_];
+    Folder* known = find(now);
+    if (known == nullptr) {
+      known = &known_[next_];
       next_ = (next_ + 1) % kRemembered;
     }
-    *place = {now.st_dev, now.st_ino, now.st_mtim};
+    *known = {now.st_dev, now.st_ino, now.st_mtim};
   }
 
  private:
@@ -98,7 +104,7 @@ class SearchedFolders {
     return nullptr;
   }
 
-  pthread_mutex_t mutex_ = PTHREAD_MUTEX_INITIALIZER;
+  pthread_mutex_t mutex_ = PTHREAD_MUTEX_INITIALIZER;  // guards the members below
   Folder known_[kRemembered] = {};
   unsigned next_ = 0;
 };
@@ -126,8 +132,7 @@ bool TemporaryFile::make(mode_t mode) {
       return outcome == Outcome::kMade;
     }
   }
-  errno = EEXIST;
-  return false;
+  return failWith(EEXIST);
 }
 
 TemporaryFile::Outcome TemporaryFile::tryToMake(mode_t mode) {
@@ -137,27 +142,29 @@ TemporaryFile::Outcome TemporaryFile::tryToMake(mode_t mode) {
   if (!file_) {  // a network's file system may answer EINTR when it has made the file
     return errno == EEXIST || errno == EINTR ? Outcome::kTaken : Outcome::kFailed;
   }
-  // A file system without locks has no searches that remove anything either.
+  // Any other failure means a file system without locks. A search removes nothing there either.
   if (flock(file_.get(), LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK) {
     return Outcome::kTaken;
   }
   if (fstat(file_.get(), &status_) != 0) {
     return Outcome::kFailed;
   }
-  // Between its making and its locking, another's search may have found it and removed it.
+  // No name left: a search has removed it between the two steps.
   return status_.st_nlink > 0 ? Outcome::kMade : Outcome::kTaken;
 }
 
-bool TemporaryFile::become(const char* target) {
-  while (renameat(folder_, name_, folder_, target) != 0) {
+bool TemporaryFile::become(const char* name) {
+  while (renameat(folder_, name_, folder_, name) != 0) {
     if (errno != EINTR) {
       return false;
     }
   }
-  name_[0] = '\0';
+  name_[0] = '\0';  // so that the destructor removes nothing
   return true;
 }
 
+// The folder is opened anew for the listing, because fdopendir() takes over the descriptor it
+// lists.
 bool removeStraysIn(int folder) {
   const int listed = openat(folder, ".", O_RDONLY | O_DIRECTORY | O_CLOEXEC);
   const std::unique_ptr<DIR, CloseFolder> entries(listed < 0 ? nullptr : fdopendir(listed));
@@ -168,7 +175,7 @@ bool removeStraysIn(int folder) {
     return false;
   }
   const auto next = [&entries] {
-    errno = 0;  // which the last entry leaves alone and a failure sets
+    errno = 0;  // readdir answers null for the end and for a failure; only a failure sets errno
     return readdir(entries.get());
   };
   bool areAllGone = true;

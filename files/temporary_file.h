@@ -13,8 +13,8 @@
 
 namespace hearth {
 
-// A temporary in the folder that a descriptor names; it is removed at the end of its scope unless
-// it has become the target.
+// A temporary file in the folder of a descriptor, which must stay open as long as it lives. It is
+// removed at the end of its scope unless it has become another file.
 class TemporaryFile {
  public:
   explicit TemporaryFile(int folder) : folder_(folder) {}
@@ -25,11 +25,12 @@ class TemporaryFile {
   // Makes the file, with this mode less the umask. False, with errno, when it cannot be made.
   [[nodiscard]] bool make(mode_t mode);
 
-  // Gives it the target's name, in one step, in place of what had that name.
-  [[nodiscard]] bool become(const char* target);
+  // Renames it, in one step, over the file that has this name. False, with errno, when the system
+  // refuses.
+  [[nodiscard]] bool become(const char* name);
 
   int fd() const { return file_.get(); }
-  // As it was made.
+  // The status as make() found it.
   const struct stat& status() const { return status_; }
 
  private:
@@ -44,12 +45,14 @@ class TemporaryFile {
   char name_[kNameSize + 1] = "";
 };
 
-// Removes the temporaries in the folder that nobody holds. True when no other is left.
+// Removes the temporaries in the folder that nobody holds. True when no temporary is left there.
 bool removeStraysIn(int folder);
 
-// The same, unless nothing has come into the folder or left it since expectNoStrays was called: so
-// a save does not list its folder every time, and still finds what another process's crash left.
+// Skips the search if the folder's mtime is unchanged since expectNoStrays(). So a save does not
+// list its folder every time, and still finds what another process's crash has left.
 bool removeStraysIfChanged(int folder);
+
+// Notes that the folder holds no temporary now.
 void expectNoStrays(int folder);
 
 }  // namespace hearth

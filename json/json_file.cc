@@ -8,6 +8,7 @@
 
 #include "base/json_parser.h"
 #include "base/read_file.h"
+#include "base/status.h"
 #include "json/depth.h"
 #include "json/render.h"
 
@@ -27,11 +28,6 @@ Reading outcomeOf(FileReading reading) {
       break;
   }
   return Reading::kNoValue;
-}
-
-bool refuse(int error) {
-  errno = error;
-  return false;
 }
 
 }  // namespace
@@ -55,11 +51,11 @@ json_object* readJsonFile(const char* path) {
 
 bool replaceFileWithJson(const char* path, json_object* value, Durability durability) {
   if (value == nullptr || isNestedDeeperThan(value, kParserNesting)) {
-    return refuse(EINVAL);
+    return failWith(EINVAL);
   }
   std::size_t size = 0;
   const char* const text = render(value, JSON_C_TO_STRING_PRETTY, size);
-  return text != nullptr ? replaceFile(path, text, size, durability) : refuse(ENOMEM);
+  return text != nullptr ? replaceFile(path, text, size, durability) : failWith(ENOMEM);
 }
 
 }  // namespace hearth

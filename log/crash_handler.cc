@@ -32,24 +32,28 @@ namespace {
 constexpr int kMaxFrames = 10;
 constexpr unsigned kPatienceSeconds = 30;
 
-// Written by the handling thread only.
+// Only the handling thread writes these. They outlive a fault, so that the handler finds the frames
+// and the next step again.
 void* frames[kMaxFrames];
 int frameCount = 0;
 int nextStep = 0;
 
 std::atomic<pthread_t> handlingThread{};
 
+// The action of the alarm.
 extern "C" void endStuckProcess(int) {
   _exit(EXIT_FAILURE);
 }
 
-// True for the first thread that gets here, however often it does.
-bool isHandlingThread() {
+// Makes the calling thread the handling one unless there is one already. True for the handling
+// thread, however often it faults.
+bool claimHandling() {
   pthread_t first{};
   return handlingThread.compare_exchange_strong(first, pthread_self()) ||
          pthread_equal(first, pthread_self()) != 0;
 }
 
+// Keeps a second thread that faults out of the way; the handling thread ends the process.
 [[noreturn]] void waitForTheEnd() {
   for (unsigned left = kPatienceSeconds; left > 0;) {
     left = sleep(left);
@@ -57,9 +61,10 @@ bool isHandlingThread() {
   _exit(EXIT_FAILURE);
 }
 
-// Lets a fault inside the handler reach the handler, and sets the alarm, once.
-void prepareForTheWorst(int signalNumber) {
-  loseTheRightToWait();
+// Unblocks the signal and the alarm's, so that a fault inside the handler reaches the handler again
+// and the alarm gets through. Sets the alarm when the thread comes here first.
+void prepareForFaultsInside(int signalNumber) {
+  stopWaitingForLocks();
   if (nextStep == 0) {
     signal(SIGALRM, endStuckProcess);
     alarm(kPatienceSeconds);
@@ -83,10 +88,10 @@ void prepareBacktrace() {
 // The stack is captured in the handler itself: a function of its own would cost one of its frames.
 void be_sig_handler(int signalNumber) {
   const hearth::NoCancellation guard;
-  if (!hearth::isHandlingThread()) {
+  if (!hearth::claimHandling()) {
     hearth::waitForTheEnd();
   }
-  hearth::prepareForTheWorst(signalNumber);
+  hearth::prepareForFaultsInside(signalNumber);
   for (;;) {
     switch (hearth::nextStep++) {
       case 0:

@@ -1,10 +1,12 @@
-// What the logger needs of the fatal-signal handler besides be_sig_handler itself.
+// The part of the fatal-signal handler that the logger prepares while all is well. The handler
+// itself, be_sig_handler, is public.
 #ifndef HEARTH_LOG_CRASH_HANDLER_H
 #define HEARTH_LOG_CRASH_HANDLER_H
 
 namespace hearth {
 
-// Loads, while the process is healthy, what taking a backtrace loads on its first use.
+// Takes one backtrace for nothing. The first one loads a library and takes memory, which a crashing
+// process may not be able to do.
 void prepareBacktrace();
 
 }  // namespace hearth

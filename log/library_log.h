@@ -1,5 +1,5 @@
-// How the library's own code logs: every line in group LOG_GROUP_UTIL, and nothing computed for a
-// line that is filtered out.
+// How the library's own code logs: through HEARTH_LOG, which puts every line into group
+// LOG_GROUP_UTIL and computes nothing for a line that is filtered out.
 #ifndef HEARTH_LOG_LIBRARY_LOG_H
 #define HEARTH_LOG_LIBRARY_LOG_H
 
@@ -9,10 +9,9 @@
 
 namespace hearth {
 
-// One severity: its label in a line, and the setting that switches it off at zero; null for none.
 struct Severity {
-  const char* label;
-  const int32_t* enable;
+  const char* label;      // as it stands in a line
+  const int32_t* enable;  // the setting that switches it off at zero; null: always on
 };
 
 // In the order of LOG_TYPE_T.
@@ -24,7 +23,7 @@ inline constexpr Severity kSeverities[] = {
     {"PRINT", nullptr},
 };
 
-// Any value without a row of its own behaves as LOG_PRINT.
+// The row of a severity. Any value without a row of its own behaves as LOG_PRINT.
 inline const Severity& severityOf(LOG_TYPE_T type) {
   constexpr unsigned kLast = LOG_PRINT;
   const auto row = static_cast<unsigned>(type);
@@ -36,8 +35,8 @@ inline bool severityIsOn(LOG_TYPE_T type) {
   return enable == nullptr || relaxedLoad(*enable) != 0;
 }
 
-// True when a line of the library's own group and this severity would be written now. Compiled as
-// the exception, which keeps what logs out of the way of what works.
+// True when a line of the library's own group and this severity would be written now. Marked
+// unlikely, so that logging code stays off the hot path.
 inline bool logs(LOG_TYPE_T type) {
   const bool isOn = (relaxedLoad(Logger::mask) & (1U << LOG_GROUP_UTIL)) != 0 && severityIsOn(type);
   return __builtin_expect(static_cast<long>(isOn), 0L) != 0;
@@ -45,7 +44,7 @@ inline bool logs(LOG_TYPE_T type) {
 
 }  // namespace hearth
 
-// Logs a line of the library, evaluating the arguments only when it is written.
+// Logs a line of the library. The arguments are evaluated only if the line is written.
 #define HEARTH_LOG(type, ...)                             \
   do {                                                    \
     if (hearth::logs(type)) {                             \

@@ -1,3 +1,5 @@
+// Formats a line in its one buffer: first the message behind the room of the header, then the
+// header before it.
 #include "log/line.h"
 
 #include <cstdio>
@@ -26,7 +28,8 @@ LogLine::LogLine(LOG_TYPE_T type, LOG_GROUP_T group, const char* format, va_list
   size_ = kHeaderSize + strlen(message);
 }
 
-// Group left-aligned, label right-aligned, blanks between.
+// Fills the room with blanks, then puts the group at its left end, the label at its right end and
+// the two marks between.
 void LogLine::putHeader(LOG_TYPE_T type, LOG_GROUP_T group) {
   const char* const name = groupName(group);
   const char* const label = severityOf(type).label;

@@ -1,3 +1,5 @@
+// Counts down from the penalty by the whole minutes since the last attempt. Times are unsigned, as
+// the records hold them: a negative or overlong number becomes a time far in the future.
 #include "login/login_wait.h"
 
 #include <cstdlib>

@@ -1,4 +1,5 @@
-// How long an address must wait before its next login attempt.
+// How long an address must wait before its next login attempt: a pure function of its attempts, the
+// last of them and the time, so that tests need no clock.
 #ifndef HEARTH_LOGIN_LOGIN_WAIT_H
 #define HEARTH_LOGIN_LOGIN_WAIT_H
 
@@ -7,13 +8,13 @@
 
 namespace hearth {
 
-// The minutes that so many attempts cost: none for the first four, then one for each.
+// The penalty for so many attempts, in minutes: none for the first four, then one for each.
 [[nodiscard]] constexpr uint32_t penaltyMinutes(int32_t attempts) {
   return attempts > 4 ? static_cast<uint32_t>(attempts) - 4 : 0;
 }
 
-// What is left of the penalty now; all of it while the last attempt lies in the future. The text
-// holds seconds since the epoch, and counts as 0 when it holds no number.
+// Minutes still to wait at `now`; the full penalty if the last attempt is in the future. The text
+// holds the last attempt in seconds since the epoch; a text without a number counts as 0.
 [[nodiscard]] uint32_t waitMinutes(int32_t attempts, const char* lastAttempt, time_t now);
 
 }  // namespace hearth

@@ -1,5 +1,5 @@
-// The settings and their built-in defaults. Numbers are initialised before any code runs; texts
-// when the library is loaded. Two texts are used to the very end, and never destroyed.
+// The settings and their built-in defaults. Numbers have theirs before any code runs, texts from
+// the loading of the library on. The two texts that are used to the very end are never destroyed.
 #include "base/undestroyed.h"
 #include "hearth/be_config.h"
 
@@ -27,7 +27,7 @@ int32_t BEConfig::GUEST_NETWORK_ENABLE = 0;
 
 namespace hearth {
 
-// Threads that outlive main still log and look for files; so does the report of a crash.
+// Threads that outlive main still log and look for files, and so does the report of a crash.
 HEARTH_UNDESTROYED_MEMBER("8BEConfig8LOG_FILE", logFile, std::string)("./BE.log");
 HEARTH_UNDESTROYED_MEMBER("8BEConfig13DATA_LOCATION", dataLocation, std::string)("./data");
 

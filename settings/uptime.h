@@ -1,4 +1,4 @@
-// The whole seconds of an uptime text, apart from the file that it comes from.
+// Reads the uptime as whole seconds: from a text, so that tests can give any, and from a file.
 #ifndef HEARTH_SETTINGS_UPTIME_H
 #define HEARTH_SETTINGS_UPTIME_H
 
@@ -6,11 +6,12 @@
 
 namespace hearth {
 
-// The first number of the text, rounded to six decimals, less its decimals; 0 when there is none.
-// Read as in the C locale. A number out of range gives the nearest one in range.
+// The first number of the text, read as in the C locale, rounded to six decimals and then cut to
+// whole seconds. A number out of range gives the nearest one in range. 0 when the text has no
+// number or memory runs out. Threads: any.
 [[nodiscard]] int32_t wholeSeconds(const char* text);
 
-// That of a file's beginning; 0 when it cannot be read.
+// Reads the first line of the file as above. 0 when the file cannot be read.
 [[nodiscard]] int32_t wholeSecondsIn(const char* path);
 
 }  // namespace hearth

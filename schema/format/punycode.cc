@@ -109,7 +109,7 @@ bool decodePunycode(std::string_view text, std::string* utf8) {
     ++at;
   }
   for (const uint32_t code : points) {
-    appendCharacter(code, utf8);
+    appendCharacter(code, *utf8);
   }
   return true;
 }
@@ -118,7 +118,7 @@ bool encodePunycode(std::string_view utf8, std::string* text) {
   Points points;
   while (!utf8.empty()) {
     uint32_t code = 0;
-    if (points.size() > kLongestLabel || !takeCharacter(&utf8, &code)) {
+    if (points.size() > kLongestLabel || !takeCharacter(utf8, code)) {
       return false;
     }
     points.add(code);

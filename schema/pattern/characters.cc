@@ -265,7 +265,7 @@ bool Translator::classAtom(uint32_t* code, bool* single) {
 // Reads one character of the pattern itself; false when it is not UTF-8.
 bool Translator::utf8(uint32_t* code) {
   std::string_view rest = in_.substr(at_);
-  const bool taken = takeCharacter(&rest, code);
+  const bool taken = takeCharacter(rest, *code);
   at_ = in_.size() - rest.size();
   return taken;
 }

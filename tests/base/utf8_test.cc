@@ -8,7 +8,7 @@ namespace {
 TEST(Utf8, ReadsEveryCharacterThatItWrites) {
   for (uint32_t code = 0; code <= kLastCodePoint; ++code) {
     std::string text;
-    appendCharacter(code, &text);
+    appendCharacter(code, text);
     const Character first = firstCharacter(text + "\x80");
     ASSERT_EQ(first.isValid, !isSurrogate(code)) << code;
     ASSERT_EQ(first.code == code && first.size == text.size(), first.isValid) << code;

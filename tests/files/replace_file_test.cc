@@ -1,7 +1,6 @@
 #include "files/replace_file.h"
 
 #include <fcntl.h>
-#include <json-c/json.h>
 #include <sys/stat.h>
 
 #include <atomic>
@@ -9,7 +8,6 @@
 #include <climits>
 #include <tuple>
 
-#include "base/json_ref.h"
 #include "files/temporary_file.h"
 #include "tests/support/scratch.h"
 
@@ -225,14 +223,6 @@ TEST_F(FileReplaceTest, IsWholeForEveryThread) {
   });
   EXPECT_EQ(0, failures);
   EXPECT_EQ(std::set<std::string>{"file"}, namesIn("."));
-}
-
-TEST_F(FileReplaceTest, JsonIsIndentedAsJsonCDoesIt) {
-  const JsonRef value(json_tokener_parse(R"({"a":[1,{"b":"\u0000"}],"c":1.50})"));
-  ASSERT_EQ(0, json_object_to_file_ext("theirs", value.get(), JSON_C_TO_STRING_PRETTY));
-  EXPECT_TRUE(replaceFileWithJson("ours", value.get(), Durability::kFlushed));
-  EXPECT_EQ(textOf("theirs"), textOf("ours"));
-  EXPECT_FALSE(replaceFileWithJson("ours", nullptr, Durability::kFlushed));
 }
 
 }  // namespace

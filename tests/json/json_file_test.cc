@@ -104,5 +104,13 @@ TEST_F(FileReadTest, TellsWhyThereIsNoValue) {
   }
 }
 
+TEST_F(FileReadTest, WritesWhatJsonCWrites) {
+  const JsonRef value(json_tokener_parse(R"({"a":[1,{"b":"\u0000"}],"c":1.50})"));
+  ASSERT_EQ(0, json_object_to_file_ext("theirs", value.get(), JSON_C_TO_STRING_PRETTY));
+  EXPECT_TRUE(replaceFileWithJson("ours", value.get(), Durability::kFlushed));
+  EXPECT_EQ(textOf("theirs"), textOf("ours"));
+  EXPECT_FALSE(replaceFileWithJson("ours", nullptr, Durability::kFlushed));
+}
+
 }  // namespace
 }  // namespace hearth
