@@ -5,7 +5,7 @@
 
 namespace hearth {
 
-SessionHandler::~SessionHandler() {
+Face::~Face() {
   destructSlots(face);
 }
 

@@ -39,11 +39,11 @@ struct Hold {
   std::string key;
 };
 
-// The public fields. Their own destructor, which logs and empties what stands alone, does not run:
-// a handler's removal has done both.
+// The public fields. They end without their own destructor, which logs and empties what stands
+// alone: a removal has done both.
 struct Face {
   Face() : face() {}
-  ~Face() {}
+  ~Face();  // nobody uses the handler any more
   Face(const Face&) = delete;
   Face& operator=(const Face&) = delete;
 
@@ -51,13 +51,9 @@ struct Face {
     LOCALDB_HANDLER face;
   };
 };
-static_assert(std::is_standard_layout_v<Face>,
-              "the fields have the address of what is around them");
+static_assert(std::is_standard_layout_v<Face>, "a face has the address of its fields");
 
 struct SessionHandler : Face {
-  SessionHandler() = default;
-  ~SessionHandler();  // nobody uses the handler any more
-
   // The handler that a registered pointer leads to; null for null.
   static SessionHandler* of(LOCALDB_HANDLER* face) {
     return static_cast<SessionHandler*>(reinterpret_cast<Face*>(face));
