@@ -1,8 +1,12 @@
 // The registry of handlers by session key, and the operations on sessions.
 //
-// LocalDbCtrl::controllers is the truth about keys, guarded by registryLock. The handlers in it are
-// all made here. Whatever takes long (loading a new one's files, waiting for the holders of a
-// removed one) happens while no key names the handler.
+// LocalDbCtrl::controllers is the registry, and registryLock guards it. All handlers in it are made
+// here. What takes long happens while no key names the handler: a new session's files are loaded
+// before its key is registered, and a removed one's holders are waited for after its key has gone.
+// So the lock is held for moments only, and no session waits for another.
+//
+// Threads may use the database while the program ends and after its static objects have been
+// destroyed. What they need of this file, as the registry itself, is never destroyed.
 #include "localdb/registry.h"
 
 #include <algorithm>
@@ -17,8 +21,6 @@
 #include "localdb/slot.h"
 #include "log/library_log.h"
 
-std::map<std::string, LOCALDB_HANDLER*> LocalDbCtrl::controllers;
-
 namespace hearth {
 namespace {
 
@@ -27,32 +29,14 @@ using Controllers = std::map<std::string, LOCALDB_HANDLER*>;
 constexpr char kDefaultKey[] = "default";
 constexpr std::size_t kUsualKeyLength = 255;
 
-// Guards the registry. Held for look-ups and changes in memory only: never while a slot is waited
+// Guards the registry. Held for lookups and changes in memory only: never while a slot is waited
 // for, a file is read or a line is logged.
 pthread_mutex_t registryLock = PTHREAD_MUTEX_INITIALIZER;
 
-// What threads may use after the program has destroyed its static objects, and so is never
-// destroyed itself. Guarded by registryLock.
-struct ForEver {
-  Controllers controllers;  // the registry's contents from the program's end on
-  std::string soughtKey;    // of the look-up under way: its memory is reused, so that it needs none
-};
-alignas(ForEver) unsigned char storage[sizeof(ForEver)];
-ForEver& forEver = *new (storage) ForEver;
-
-// The map that the registry's contents are in. Guarded by registryLock.
-Controllers* registered = &LocalDbCtrl::controllers;
-
-// Made after LocalDbCtrl::controllers, and so destroyed just before it: takes the contents out, and
-// the threads that still run go on with them.
-struct OutliveTheProgram {
-  ~OutliveTheProgram() {
-    const MutexLock lock(registryLock);
-    forEver.controllers.swap(LocalDbCtrl::controllers);
-    registered = &forEver.controllers;
-  }
-};
-const OutliveTheProgram outliveTheProgram;
+// The key of the lookup under way. Its memory is reused, so that a lookup needs none; it is made in
+// a room of its own, which nothing destroys. Guarded by registryLock.
+alignas(std::string) unsigned char soughtKeyRoom[sizeof(std::string)];
+std::string& soughtKey = *new (soughtKeyRoom) std::string;
 
 // Goes up whenever a key may have changed hands. Written with registryLock held.
 std::atomic<unsigned int> registryVersion{0};
@@ -61,20 +45,23 @@ void countChange() {
   registryVersion.fetch_add(1, std::memory_order_release);
 }
 
+// The map compares texts of type std::string. A key that fits into soughtKey is copied there and
+// found in the map's order; a longer one would need memory, and is compared with one after another.
 // Requires registryLock.
 Controllers::iterator findEntry(const char* key) {
+  Controllers& registry = LocalDbCtrl::controllers;
   const std::size_t length = std::strlen(key);
-  if (length <= forEver.soughtKey.capacity()) {
-    forEver.soughtKey.assign(key, length);
-    return registered->find(forEver.soughtKey);
+  if (length <= soughtKey.capacity()) {
+    soughtKey.assign(key, length);
+    return registry.find(soughtKey);
   }
-  return std::find_if(registered->begin(), registered->end(),
+  return std::find_if(registry.begin(), registry.end(),
                       [=](const Controllers::value_type& entry) { return entry.first == key; });
 }
 
 bool isRegistered(const char* key) {
   const MutexLock lock(registryLock);
-  return findEntry(key) != registered->end();
+  return findEntry(key) != LocalDbCtrl::controllers.end();
 }
 
 // The key's entry, taken out of the registry; empty when there is none.
@@ -82,7 +69,8 @@ Controllers::node_type takeEntry(const char* key) {
   const MutexLock lock(registryLock);
   const auto entry = findEntry(key);
   countChange();
-  return entry != registered->end() ? registered->extract(entry) : Controllers::node_type();
+  return entry != LocalDbCtrl::controllers.end() ? LocalDbCtrl::controllers.extract(entry)
+                                                 : Controllers::node_type();
 }
 
 // A new handler; null, and logged, without memory for it.
@@ -94,27 +82,29 @@ SessionHandler* makeHandler(const char* operation) {
   return handler;
 }
 
-// Empties a handler that no key names any more, never two slots at a time, and ends its first use;
-// what others still use is freed by the last of them.
+// Empties a handler that no key names any more, never two slots at a time, and drops the registry's
+// reference to it. Whoever else still uses the handler frees it, the last of them. Lockers that
+// have found it before see isRemoved once they have a slot's mutex.
 void retire(LOCALDB_HANDLER* face, Waiting waiting) {
-  const HandlerUse firstUse(SessionHandler::of(face));
-  if (firstUse == nullptr) {
+  const HandlerRef handler(SessionHandler::of(face));
+  if (handler == nullptr) {
     return;
   }
-  firstUse->isRemoved.store(true, std::memory_order_release);
+  handler->isRemoved.store(true, std::memory_order_release);
   HEARTH_LOG(LOG_DEBUG, "Local DB handler destructor\n");
   for (unsigned int area = 0; area < kAreaCount; ++area) {
-    Slot(*firstUse, area).empty(waiting);
+    Slot(*handler, area).empty(waiting);
   }
 }
 
-// Gives the registry this one handler and hands back what it had. False without memory.
+// Makes the handler the only one in the registry and hands back those that were in it. False
+// without memory. The entry is made before the lock is taken; inside, the maps only change places.
 bool startWith(LOCALDB_HANDLER* handler, Controllers& earlier) {
   try {
     earlier.emplace(kDefaultKey, handler);
     const MutexLock lock(registryLock);
-    forEver.soughtKey.reserve(kUsualKeyLength);
-    registered->swap(earlier);
+    soughtKey.reserve(kUsualKeyLength);
+    LocalDbCtrl::controllers.swap(earlier);
     countChange();
   } catch (const std::bad_alloc&) {
     return false;
@@ -127,7 +117,7 @@ enum class Registering { kDone, kKeyIsTaken, kNoMemory };
 Registering registerHandler(const char* key, LOCALDB_HANDLER* handler) {
   try {
     const MutexLock lock(registryLock);
-    const bool isNew = registered->emplace(key, handler).second;
+    const bool isNew = LocalDbCtrl::controllers.emplace(key, handler).second;
     countChange();
     return isNew ? Registering::kDone : Registering::kKeyIsTaken;
   } catch (const std::bad_alloc&) {
@@ -135,18 +125,26 @@ Registering registerHandler(const char* key, LOCALDB_HANDLER* handler) {
   }
 }
 
+// Removes the temporary files of saves that an earlier process did not live to finish.
+void removeStrays() {
+  for (unsigned int area = 0; area < kAreaCount; ++area) {
+    removeStrayTemporaries(LocalDbCtrl::getFileName(area));
+  }
+}
+
 }  // namespace
 
+// The reference is taken under the lock: a removal can drop the registry's own only after that.
 Lookup lookUp(const char* sessionKey) {
   Lookup found;
   {
     const MutexLock lock(registryLock);
-    const auto end = registered->end();
+    const auto end = LocalDbCtrl::controllers.end();
     auto entry = sessionKey != nullptr ? findEntry(sessionKey) : end;
     found.isFallback = entry == end;
     entry = found.isFallback ? findEntry(kDefaultKey) : entry;
     if (entry != end && entry->second != nullptr) {
-      found.use = SessionHandler::of(entry->second)->use();
+      found.handler = SessionHandler::of(entry->second)->share();
     }
     found.version = registryVersion.load(std::memory_order_relaxed);
   }
@@ -169,16 +167,6 @@ void logFallback(const char* sessionKey) {
   }
 }
 
-namespace {
-
-// What saves of an earlier process left when it was cut off.
-void removeStrays() {
-  for (unsigned int area = 0; area < kAreaCount; ++area) {
-    removeStrayTemporaries(LocalDbCtrl::getFileName(area));
-  }
-}
-
-}  // namespace
 }  // namespace hearth
 
 using hearth::Registering;
@@ -202,6 +190,8 @@ void LocalDbCtrl::init() {
   hearth::removeStrays();
 }
 
+// The key is looked up twice: before the files are loaded, so that a session that exists costs
+// nothing, and when the new handler is registered, because another thread may have been faster.
 int LocalDbCtrl::cloneNewDB(const char* sessionKey) {
   constexpr char kOperation[] = "cloneNewDB";
   constexpr char kKnownKey[] = "%s: session DB is already for key %s, something weird\n";
@@ -238,7 +228,7 @@ int LocalDbCtrl::cloneNewDB(const char* sessionKey) {
 
 LOCALDB_HANDLER* LocalDbCtrl::getDBByKey(const char* sessionKey) {
   const hearth::Lookup found = hearth::lookUp(sessionKey);
-  return found.use != nullptr ? &found.use->face : nullptr;
+  return found.handler != nullptr ? &found.handler->face : nullptr;
 }
 
 int LocalDbCtrl::removeDB(const char* sessionKey) {

@@ -1,3 +1,5 @@
+// The life of a handler: its references, and the two public operations that make one that stands
+// alone, outside the registry.
 #include "localdb/session_handler.h"
 
 #include "localdb/slot.h"
@@ -9,12 +11,13 @@ Face::~Face() {
   destructSlots(face);
 }
 
-HandlerUse SessionHandler::use() {
+HandlerRef SessionHandler::share() {
   users.fetch_add(1, std::memory_order_relaxed);
-  return HandlerUse(this);
+  return HandlerRef(this);
 }
 
-void EndUse::operator()(SessionHandler* handler) const {
+// Release and acquire: the last user sees all that the others have done before it frees the memory.
+void DropHandler::operator()(SessionHandler* handler) const {
   if (handler->users.fetch_sub(1, std::memory_order_acq_rel) == 1) {
     delete handler;
   }

@@ -1,8 +1,9 @@
-// A handler as the library knows it: the three public fields, and beside them who uses the handler,
-// who holds its slots and who waits for one.
+// A session handler as the library knows it: the three public fields and, beside them, how many
+// references keep it alive, which hold is on each of its slots and who waits for one.
 //
-// It lives as long as it has users: the registry while a key names it, each operation under way,
-// and each holder of one of its slots. The last user frees it.
+// References are kept by the registry while a key names the handler, by each operation under way,
+// and by each hold on one of its slots. The last one to go frees the handler, so a removed session
+// lives on until its last holder has saved or unlocked.
 #ifndef HEARTH_LOCALDB_SESSION_HANDLER_H
 #define HEARTH_LOCALDB_SESSION_HANDLER_H
 
@@ -19,31 +20,36 @@ namespace hearth {
 
 struct SessionHandler;
 
-// One use of a handler; the handler stays alive until it ends.
-struct EndUse {
+struct DropHandler {
   void operator()(SessionHandler* handler) const;
 };
-using HandlerUse = std::unique_ptr<SessionHandler, EndUse>;
 
-// One slot as its holder knows it. Belongs to the holding thread while that holds the slot, and to
-// whoever is locking the slot, with its mutex, before that.
-struct Hold {
-  Hold* older = nullptr;  // the hold that this thread took before
-  HandlerUse use;         // of the slot's handler; null while the slot is not held
-  unsigned int area = 0;
+// One reference to a handler, which stays alive until the reference goes.
+using HandlerRef = std::unique_ptr<SessionHandler, DropHandler>;
 
-  // How the handler was found: the end of the lock may come when the key names another.
-  bool hasKey = false;  // false: under a null key
-  bool isFallback = false;
-  unsigned int version = 0;
-  std::string key;
+// A handler, and how a session key led to it.
+struct Lookup {
+  HandlerRef handler;        // null when there is none
+  bool isFallback = false;   // the key is not registered, the handler is that of "default"
+  unsigned int version = 0;  // of the registry: as long as it stays, the key names this handler
 };
 
-// The public fields. They end without their own destructor, which logs and empties what stands
-// alone: a removal has done both.
+// A thread's hold on a slot, from its lock to its save or unlock. Lies in the slot's handler, which
+// it keeps alive. Belongs to the holding thread; while there is none, to whoever has the slot's
+// mutex.
+struct Hold {
+  Hold* older = nullptr;  // the hold that this thread took before
+  unsigned int area = 0;
+  Lookup found;         // of the lock; without a handler while nobody holds the slot
+  bool hasKey = false;  // false when the slot was locked under a null key
+  std::string key;      // of the lock; it may name another handler when the hold ends
+};
+
+// The public fields. LOCALDB_HANDLER's own destructor never runs here: it logs and empties the
+// slots, and the removal of the session has done both.
 struct Face {
   Face() : face() {}
-  ~Face();  // nobody uses the handler any more
+  ~Face();  // there is no reference left
   Face(const Face&) = delete;
   Face& operator=(const Face&) = delete;
 
@@ -51,21 +57,22 @@ struct Face {
     LOCALDB_HANDLER face;
   };
 };
-static_assert(std::is_standard_layout_v<Face>, "a face has the address of its fields");
+static_assert(std::is_standard_layout_v<Face>,
+              "a pointer to the public fields is one to what surrounds them");
 
 struct SessionHandler : Face {
-  // The handler that a registered pointer leads to; null for null.
+  // The handler behind a registered pointer; null for null.
   static SessionHandler* of(LOCALDB_HANDLER* face) {
     return static_cast<SessionHandler*>(reinterpret_cast<Face*>(face));
   }
 
-  // A further use. Requires one that lasts until this returns.
-  [[nodiscard]] HandlerUse use();
+  // Makes a further reference. Requires one that lasts until this returns.
+  [[nodiscard]] HandlerRef share();
 
-  std::atomic<unsigned int> users{1};  // the first is whoever made the handler
-  std::atomic<bool> isRemoved{false};  // before its slots are emptied
+  std::atomic<unsigned int> users{1};  // references; the first is the registry's, or its maker's
+  std::atomic<bool> isRemoved{false};  // set before the slots are emptied
   Hold holds[kAreaCount];
-  std::atomic<bool> isEnding[kAreaCount] = {};  // a save or unlock has yet to leave state 2
+  std::atomic<bool> isSettling[kAreaCount] = {};  // a save or unlock has yet to leave state 2
   WaitingRoom waitingRooms[kAreaCount];
 };
 

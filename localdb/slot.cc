@@ -1,4 +1,4 @@
-// The states of a slot.
+// The states of a slot, and the steps that lead from one to another.
 //
 //   from   event                                     to   mutex             answer
 //   0      lock: the file loads, path found          2    taken, kept       handle
@@ -42,6 +42,10 @@ LOCALDB_STATE_T stateOf(const LOCALDB_HANDLER& face, unsigned int area) {
 
 }  // namespace
 
+void logNotLocked(const LockEnd& end) {
+  HEARTH_LOG(end.notLocked, "%s: I am not in locked state\n", end.operation);
+}
+
 void constructSlots(LOCALDB_HANDLER& face) {
   for (unsigned int area = 0; area < kAreaCount; ++area) {
     face.localdb[area] = nullptr;
@@ -71,9 +75,10 @@ bool Slot::tryMutex() const {
   return pthread_mutex_trylock(&mutex()) == 0;
 }
 
-// Another locker may get the mutex, and then hold the slot for long, after this one has seen it
-// free; so this one sleeps in the waiting room, where both news reach it, and not on the mutex. And
-// one that comes and goes all the time does not get ahead of those who wait.
+// A locker that has seen the slot free may lose it to another one, which then holds it for long.
+// So a locker does not sleep on the mutex but in the waiting room: there it is woken when the mutex
+// comes free and when the slot gets a holder. One that arrives while others wait queues behind
+// them, though the mutex may be free; else a thread that locks all the time would starve them.
 bool Slot::enter() const {
   if (state() == LDB_LOCKED) {
     return false;
@@ -83,9 +88,11 @@ bool Slot::enter() const {
     isIn = state() != LDB_LOCKED && tryMutex();
     return isIn || state() == LDB_LOCKED;
   };
-  if (waitingRoom().isQueue() || !isDecided()) {
+  if (waitingRoom().hasQueue() || !isDecided()) {
     waitingRoom().waitInTurn(isDecided);
   }
+  // Between the look at the state and the mutex another locker may have come, locked the slot and
+  // started a save, which gives the mutex back in state 2.
   if (isIn && state() == LDB_LOCKED) {
     leave();
     return false;
@@ -114,6 +121,7 @@ void Slot::load(const char* operation) const {
   }
 }
 
+// A file without a value makes an object too, of which only the whole can be locked.
 bool Slot::loadFirst(const char* name) const {
   JsonFile file = findJsonFile(name);
   const bool isRead = file.reading == Reading::kValue || file.reading == Reading::kNoValue;
@@ -143,31 +151,38 @@ void Slot::markLocked() const {
   waitingRoom().wake();
 }
 
-void Slot::startEnding() const {
-  handler_.isEnding[area_].store(true, std::memory_order_relaxed);
+// The mutex goes first, so that nobody sleeps on it for as long as a write takes. State 2 keeps
+// everybody from the object until the last step. A removal, which gets the mutex and cannot be
+// refused, waits for isSettling to end.
+int Slot::settleLock(const LockEnd& end) const {
+  isSettling().store(true, std::memory_order_relaxed);
   pthread_mutex_unlock(&mutex());
-}
-
-void Slot::finishEnding() const {
-  handler_.isEnding[area_].store(false, std::memory_order_release);
+  const int result = leaveLockedState(end);
+  isSettling().store(false, std::memory_order_release);
   waitingRoom().wake();
+  return result;
 }
 
-bool Slot::isLockedDatabase(const Ending& ending) const {
+// The public fields may have been changed by the program, so both are looked at.
+int Slot::leaveLockedState(const LockEnd& end) const {
   if (state() != LDB_LOCKED) {
-    HEARTH_LOG(ending.notLocked, "%s: I am not in locked state\n", ending.operation);
-    return false;
+    logNotLocked(end);
+    return kFailure;
   }
   if (object() == nullptr) {
-    HEARTH_LOG(ending.notInitialized,
-               "%s: there is something wrong, I am is not initialized already!\n",
-               ending.operation);
+    HEARTH_LOG(end.notInitialized,
+               "%s: there is something wrong, I am is not initialized already!\n", end.operation);
     setState(LDB_NOT_INITIALIZED);
-    return false;
+    return kFailure;
   }
-  return true;
+  if (end.saves) {
+    return save(end.operation);
+  }
+  setState(LDB_ACCESSIBLE);
+  return kSuccess;
 }
 
+// The copy in memory goes even when the write has failed: the next lock reads what the file holds.
 int Slot::save(const char* operation) const {
   const NoCancellation finish;
   const char* const name = LocalDbCtrl::getFileName(area_);
@@ -177,11 +192,6 @@ int Slot::save(const char* operation) const {
   const int written = name != nullptr ? JsonData::saveObjectToFile(name, object()) : kFailure;
   discardObject();
   return written;
-}
-
-int Slot::unlock() const {
-  setState(LDB_ACCESSIBLE);
-  return kSuccess;
 }
 
 void Slot::empty(Waiting waiting) const {
@@ -196,15 +206,14 @@ void Slot::empty(Waiting waiting) const {
   }
 }
 
-// Whoever has the mutex keeps new holders out, so what is still in state 2 then is the work of the
-// last one, whose save or unlock is under way.
+// The mutex keeps new holders out. If the slot is in state 2 even so, the last holder has given the
+// mutex back and its save or unlock is under way, which is waited for.
 bool Slot::enterForRemoval(Waiting waiting) const {
   if (waiting == Waiting::kNever || findHold(&handler_, area_) != nullptr) {
     return tryMutex();
   }
   pthread_mutex_lock(&mutex());
-  waitingRoom().waitUntil(
-      [this] { return !handler_.isEnding[area_].load(std::memory_order_acquire); });
+  waitingRoom().waitUntil([this] { return !isSettling().load(std::memory_order_acquire); });
   return true;
 }
 

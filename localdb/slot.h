@@ -1,7 +1,7 @@
 // One slot of a handler: the database of one area, its state and its mutex.
 //
 // Only this file's functions write a slot's state or touch its mutex. The mutex outlives the
-// function that took it through three operations alone: enter takes it, leave and startEnding give
+// function that took it through three operations alone: enter takes it, leave and settleLock give
 // it back.
 #ifndef HEARTH_LOCALDB_SLOT_H
 #define HEARTH_LOCALDB_SLOT_H
@@ -12,21 +12,25 @@
 
 namespace hearth {
 
-// The two ways to end a lock log the same lines at severities of their own.
-struct Ending {
+// One of the two ways to end a lock. Both log the same lines, at severities of their own.
+struct LockEnd {
   const char* operation;
+  bool saves;  // writes the file and drops the copy in memory; an unlock keeps the copy
   LOG_TYPE_T notLocked;
   LOG_TYPE_T notInitialized;
 };
 
+void logNotLocked(const LockEnd& end);
+
 enum class Waiting { kForHolder, kNever };
 
-// Every slot of a handler, with nothing in memory.
+// Makes every slot of a handler, with nothing in memory.
 void constructSlots(LOCALDB_HANDLER& face);
-// Frees the objects of accessible slots and destroys the mutexes. Nobody uses the slots any more.
+// Frees the objects of accessible slots and destroys the mutexes. Requires that nobody uses the
+// slots any more.
 void destructSlots(LOCALDB_HANDLER& face);
 
-// A view; the handler outlives it.
+// A view of a slot; the handler outlives it.
 class Slot {
  public:
   Slot(SessionHandler& handler, unsigned int area) : handler_(handler), area_(area) {}
@@ -50,16 +54,12 @@ class Slot {
   // From here to the end of the lock the slot is the calling thread's.
   void markLocked() const;
 
-  // --- By the thread whose hold has ended --------------------------------------------------------
+  // --- By the thread whose hold has just ended ---------------------------------------------------
 
-  // Gives the mutex back; a removal that gets it waits for finishEnding.
-  void startEnding() const;
-  // True when there is a locked database to save or to keep. Otherwise logs why not; a locked slot
-  // without a database then has nothing in memory.
-  [[nodiscard]] bool isLockedDatabase(const Ending& ending) const;
-  [[nodiscard]] int save(const char* operation) const;
-  [[nodiscard]] int unlock() const;
-  void finishEnding() const;
+  // Gives the mutex back, then saves the database or keeps it. A removal that gets the mutex waits
+  // until this returns. A failure when the slot is not in state 2 after all, and when it is but has
+  // no database; it has nothing in memory then. Both are logged.
+  [[nodiscard]] int settleLock(const LockEnd& end) const;
 
   // --- Removal -----------------------------------------------------------------------------------
 
@@ -73,12 +73,15 @@ class Slot {
   [[nodiscard]] bool enterForRemoval(Waiting waiting) const;
   [[nodiscard]] bool loadFirst(const char* name) const;
   [[nodiscard]] bool loadAgain(const char* name) const;
+  [[nodiscard]] int leaveLockedState(const LockEnd& end) const;
+  [[nodiscard]] int save(const char* operation) const;
   void setState(LOCALDB_STATE_T state) const;
   void discardObject() const;
 
   TreeMapObject*& object() const { return handler_.face.localdb[area_]; }
   pthread_mutex_t& mutex() const { return handler_.face.mutex[area_]; }
   WaitingRoom& waitingRoom() const { return handler_.waitingRooms[area_]; }
+  std::atomic<bool>& isSettling() const { return handler_.isSettling[area_]; }
 
   SessionHandler& handler_;
   unsigned int area_;

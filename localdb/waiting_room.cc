@@ -1,10 +1,11 @@
+// Sleeping and waking, on a condition variable.
 #include "localdb/waiting_room.h"
 
 #include <ctime>
 
 namespace hearth {
 
-// The clock of the time-outs must not be one that people set.
+// The naps are timed by the monotonic clock, because people set the other one.
 WaitingRoom::WaitingRoom() {
   pthread_condattr_t attributes;
   pthread_condattr_init(&attributes);
@@ -18,8 +19,9 @@ WaitingRoom::~WaitingRoom() {
   pthread_mutex_destroy(&mutex_);
 }
 
-// The library always wakes. But a slot's mutex and state are public fields, and a program that
-// takes the mutex itself wakes nobody when it gives it back.
+// The library itself always wakes. But a slot's mutex and state are public fields: a program that
+// takes the mutex by its own hand wakes nobody when it gives it back. So no nap lasts longer than
+// 50 ms, and the sleeper then looks for itself.
 void WaitingRoom::sleep() {
   constexpr long kLongestNap = 50'000'000;
   constexpr long kSecond = 1'000'000'000;

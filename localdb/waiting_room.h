@@ -1,4 +1,7 @@
-// Where the threads wait that something about a slot has to change for.
+// A waiting room: threads sleep in it until something about a slot has changed.
+//
+// Each waiter brings a question and sleeps until the answer is yes. Whoever changes something that
+// such a question looks at calls wake, and every waiter asks again.
 #ifndef HEARTH_LOCALDB_WAITING_ROOM_H
 #define HEARTH_LOCALDB_WAITING_ROOM_H
 
@@ -19,7 +22,7 @@ class WaitingRoom {
   WaitingRoom(const WaitingRoom&) = delete;
   WaitingRoom& operator=(const WaitingRoom&) = delete;
 
-  // Returns once isOver() is true. It is asked at once and after each wake; it must not wait.
+  // Returns once isOver() is true. It is asked at once and after each wake, and must not wait.
   template <typename Question>
   void waitUntil(Question isOver) {
     const NoCancellation finish;
@@ -33,8 +36,8 @@ class WaitingRoom {
     waiting_.fetch_sub(1, std::memory_order_acq_rel);
   }
 
-  // The same for those who all want one thing. They get it in the order in which they came: each is
-  // asked when those before it have returned.
+  // Waits like waitUntil, but in a queue, for those who all want one thing: isOver() is asked only
+  // when those who came before have returned.
   template <typename Question>
   void waitInTurn(Question isOver) {
     const unsigned int mine = nextTurn_.fetch_add(1, std::memory_order_acq_rel);
@@ -43,13 +46,14 @@ class WaitingRoom {
     wake();
   }
 
-  // True while somebody waits for its turn; whoever comes now should do so too.
-  bool isQueue() const {
+  // True while somebody waits in turn; whoever comes now should queue as well.
+  bool hasQueue() const {
     return turn_.load(std::memory_order_relaxed) != nextTurn_.load(std::memory_order_relaxed);
   }
 
-  // To be called after a change that may end a wait. A waiter that this step does not count yet
-  // counts itself after it, and so asks after the change.
+  // Call it after a change that may end a wait. It costs one atomic step when nobody waits. That
+  // step misses nobody: a waiter that it does not see counts itself in later, and so asks its
+  // question after the change.
   void wake() {
     if (waiting_.fetch_add(0, std::memory_order_acq_rel) != 0) {
       wakeAll();
@@ -57,13 +61,13 @@ class WaitingRoom {
   }
 
  private:
-  // Until the next wake or for a while. Requires mutex_.
+  // Sleeps until the next wake, or for a while. Requires mutex_.
   void sleep();
   void wakeAll();
 
-  std::atomic<unsigned int> waiting_{0};
-  std::atomic<unsigned int> turn_{0};
-  std::atomic<unsigned int> nextTurn_{0};
+  std::atomic<unsigned int> waiting_{0};   // threads in waitUntil
+  std::atomic<unsigned int> turn_{0};      // the number of the queue that is served
+  std::atomic<unsigned int> nextTurn_{0};  // the number that the next one to queue gets
   pthread_mutex_t mutex_ = PTHREAD_MUTEX_INITIALIZER;
   pthread_cond_t change_;
 };

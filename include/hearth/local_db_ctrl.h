@@ -66,8 +66,8 @@ class HEARTH_API LocalDbCtrl {
   // --- Sessions ----------------------------------------------------------------------------------
 
   // The handlers by session key. Owned by the registry; change it through the operations below
-  // only, and look into it while no other thread is in one of them. It is emptied and destroyed
-  // with the program's static objects; the operations work on, for threads that outlast those.
+  // only, and look into it while no other thread is in one of them. It is never destroyed: the
+  // operations work on for threads that outlast the program's static objects.
   static std::map<std::string, LOCALDB_HANDLER*> controllers;
 
   // Registers a new handler under "default", with nothing loaded yet, and drops all earlier ones.
