@@ -1,6 +1,6 @@
 // The exported operations on login records. Each of the three record operations asks whether there
-// is anything to do, loads the records, and works on the one of its address; those that change it
-// write the records back. init and deinit write an empty file, without the lock.
+// is anything to do, loads the records, and works on the one of its address. init and deinit write
+// an empty file, without the lock.
 #include <cstdio>
 #include <ctime>
 
@@ -35,18 +35,16 @@ bool loadOrStop(Records& records) {
   return false;
 }
 
-// The minutes that a record's address still has to wait. A record without a time costs the full
-// penalty; one whose count is free needs none.
-uint32_t waitOf(json_object* record, int32_t attempts) {
-  if (penaltyMinutes(attempts) == 0) {
-    return 0;
+// The minutes that an address still has to wait: the full penalty if nobody knows since when.
+uint32_t waitFor(const Attempts& attempts) {
+  if (attempts.last != nullptr) {
+    return waitMinutes(attempts.count, attempts.last, time(nullptr));
   }
-  const char* const lastAttempt = lastAttemptOf(record);
-  if (lastAttempt == nullptr) {
+  const uint32_t penalty = penaltyMinutes(attempts.count);
+  if (penalty > 0) {
     HEARTH_LOG(LOG_ERROR, "Something error occurred\n");
-    return penaltyMinutes(attempts);
   }
-  return waitMinutes(attempts, lastAttempt, time(nullptr));
+  return penalty;
 }
 
 }  // namespace
@@ -92,8 +90,7 @@ int BELoginRecord::setAttempt(const char* ipAddress) {
   if (!hearth::loadOrStop(records)) {
     return 1;
   }
-  json_object* const record = records.find(ipAddress);
-  records.write(record != nullptr ? hearth::countAttempt(record) : records.add(ipAddress));
+  records.countAttempt(ipAddress);
   return 1;
 }
 
@@ -106,10 +103,9 @@ LOGIN_ATTEMPT_INFO BELoginRecord::getAttempt(const char* ipAddress) {
   if (!hearth::loadOrStop(records)) {
     return info;
   }
-  json_object* const record = records.find(ipAddress);
-  if (record != nullptr) {
-    info.attempts = hearth::attemptsOf(record);
-    info.waitMinutes = hearth::waitOf(record, info.attempts);
+  hearth::Attempts attempts;
+  if (records.read(ipAddress, attempts)) {
+    info = {attempts.count, hearth::waitFor(attempts)};
   }
   return info;
 }
@@ -122,9 +118,6 @@ int BELoginRecord::eraseAttempt(const char* ipAddress) {
   if (!hearth::loadOrStop(records)) {
     return 1;
   }
-  json_object* const record = records.find(ipAddress);
-  if (record != nullptr) {
-    records.write(hearth::resetAttempts(record));
-  }
+  records.resetAttempts(ipAddress);
   return 1;
 }

@@ -58,6 +58,17 @@ bool putAttempt(json_object* record, int32_t attempts) {
          put(record, kLastAttempt, json_object_new_string(now));
 }
 
+int32_t countOf(json_object* record) {
+  return json_object_get_int(memberOf(record, kAttempts));
+}
+
+// Counts one attempt more. The count stays at its largest number.
+bool putOneMore(json_object* record) {
+  const int32_t attempts = countOf(record);
+  return putAttempt(record,
+                    attempts < std::numeric_limits<int32_t>::max() ? attempts + 1 : attempts);
+}
+
 bool writeAt(int fd, off_t offset, const char* data, std::size_t size) {
   return lseek(fd, offset, SEEK_SET) == offset && writeAll(fd, data, size);
 }
@@ -105,6 +116,7 @@ bool Records::load() {
   return false;
 }
 
+// The first record of the address; null when there is none.
 json_object* Records::find(const char* ipAddress) const {
   const std::size_t count = json_object_array_length(array_.get());
   for (std::size_t i = 0; i < count; ++i) {
@@ -116,7 +128,8 @@ json_object* Records::find(const char* ipAddress) const {
   return nullptr;
 }
 
-bool Records::add(const char* ipAddress) {
+// Appends a record with one attempt, made now. False, appending nothing, when memory ran out.
+bool Records::add(const char* ipAddress) const {
   JsonRef record(json_object_new_object());
   if (record == nullptr || !put(record.get(), kAddress, json_object_new_string(ipAddress)) ||
       !putAttempt(record.get(), 1) || json_object_array_add(array_.get(), record.get()) != 0) {
@@ -126,28 +139,32 @@ bool Records::add(const char* ipAddress) {
   return true;
 }
 
+// Writes the file, unless memory ran out for the change before.
 void Records::write(bool isChanged) const {
   if (!isChanged || !writeRecordFile(array_.get())) {
     HEARTH_LOG(LOG_ERROR, "Cannot write Database file, the change is lost\n");
   }
 }
 
-int32_t attemptsOf(json_object* record) {
-  return json_object_get_int(memberOf(record, kAttempts));
+bool Records::read(const char* ipAddress, Attempts& attempts) const {
+  json_object* const record = find(ipAddress);
+  if (record == nullptr) {
+    return false;
+  }
+  attempts = {countOf(record), json_object_get_string(memberOf(record, kLastAttempt))};
+  return true;
 }
 
-const char* lastAttemptOf(json_object* record) {
-  return json_object_get_string(memberOf(record, kLastAttempt));
+void Records::countAttempt(const char* ipAddress) const {
+  json_object* const record = find(ipAddress);
+  write(record != nullptr ? putOneMore(record) : add(ipAddress));
 }
 
-bool countAttempt(json_object* record) {
-  const int32_t attempts = attemptsOf(record);
-  return putAttempt(record,
-                    attempts < std::numeric_limits<int32_t>::max() ? attempts + 1 : attempts);
-}
-
-bool resetAttempts(json_object* record) {
-  return put(record, kAttempts, json_object_new_int(0));
+void Records::resetAttempts(const char* ipAddress) const {
+  json_object* const record = find(ipAddress);
+  if (record != nullptr) {
+    write(put(record, kAttempts, json_object_new_int(0)));
+  }
 }
 
 }  // namespace hearth

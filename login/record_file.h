@@ -14,11 +14,16 @@ namespace hearth {
 // Writes the array as the whole file, new or not. False when the file keeps what it holds.
 [[nodiscard]] bool writeRecordFile(json_object* array);
 
+struct Attempts {
+  int32_t count;     // 0 when the record has no number
+  const char* last;  // the text of the last time; null when the record has none
+};
+
 // The records during one operation, which holds BELoginRecord::lock from the reading of the file to
 // its writing. The operation is not cut off halfway by a cancellation.
 //
-// A record is borrowed from this object. Its members may be anything, for people edit the file; a
-// change puts right the members that it writes and keeps the others.
+// The members of a record may be anything, for people edit the file. A change puts right the
+// members that it writes and keeps the others.
 class Records {
  public:
   Records();
@@ -26,33 +31,28 @@ class Records {
   // Reads the file. False when it holds no array; a line says why. The other members require true.
   [[nodiscard]] bool load();
 
-  // The first record of the address; null when there is none.
-  [[nodiscard]] json_object* find(const char* ipAddress) const;
+  // Reads the first record of the address; `last` is borrowed from this object. False when there is
+  // no record.
+  [[nodiscard]] bool read(const char* ipAddress, Attempts& attempts) const;
 
-  // Adds a record of the address with one attempt, made now. False, adding nothing, when memory ran
-  // out.
-  [[nodiscard]] bool add(const char* ipAddress);
+  // Counts one attempt of the address, made now, and writes the file. An address without a record
+  // gets one. A change that memory runs out for, or that cannot be written, is lost: a line says
+  // so, and the file keeps what it holds.
+  void countAttempt(const char* ipAddress) const;
 
-  // Writes the file if the change before it was made, `isChanged`. A change that memory ran out
-  // for, or that cannot be written, is lost: a line says so, and the file keeps what it holds.
-  void write(bool isChanged) const;
+  // Sets the count of the address back to 0 and writes the file, as above. Writes nothing for an
+  // address without a record.
+  void resetAttempts(const char* ipAddress) const;
 
  private:
+  [[nodiscard]] json_object* find(const char* ipAddress) const;
+  [[nodiscard]] bool add(const char* ipAddress) const;
+  void write(bool isChanged) const;
+
   const NoCancellation whole_;
   const MutexLock lock_;
   JsonRef array_;
 };
-
-// The count of a record; 0 when it has no number.
-[[nodiscard]] int32_t attemptsOf(json_object* record);
-
-// The text of a record's last time, borrowed from the record; null when it has none.
-[[nodiscard]] const char* lastAttemptOf(json_object* record);
-
-// Change a record: count one attempt more, made now; set the count back to 0. False when memory ran
-// out, which may leave a part of the change.
-[[nodiscard]] bool countAttempt(json_object* record);
-[[nodiscard]] bool resetAttempts(json_object* record);
 
 }  // namespace hearth
 

@@ -56,7 +56,7 @@ std::string complaint(const std::string& key) {
          "\nConfiguration is wrong, use default value for " + key.substr(1) + "\n";
 }
 
-// What a text prints that has no key of the root but those it spells out.
+// The complaints about a text that has no key of the root but those it spells out.
 std::string complaintsAbout(const std::string& text) {
   std::string all;
   for (const std::string& key : rootKeys()) {
@@ -79,7 +79,7 @@ std::string changes(const std::map<std::string, std::string>& before) {
   return all;
 }
 
-// As the static objects of a program find them.
+// Read while static objects are made, as those of a program would.
 const std::string kSettingsAtLoad = changes({});
 
 TEST(SettingsTest, HaveTheirDefaultsFromTheStart) {
@@ -144,7 +144,7 @@ TEST_F(ConfigFileTest, ValuesAndSections) {
   const std::string clean = complaint("Ncleanup_time");
   const std::string domain = complaint("Tdomain_name");
   const std::string session = complaint("Nsession");
-  const std::pair<const char*, std::string> kCases[] = {
+  const std::pair<const char*, std::string> rows[] = {
       {"{}", none + kStarted + "|1 1 "},
       {R"({"LOG_FILE":"x","system":null})", none + kStarted + "|1 1 "},
       {R"({"system":{}})", none + clean + domain + kStarted + "|1 1 AUTH_CLEANUP=3600 "},
@@ -161,14 +161,14 @@ TEST_F(ConfigFileTest, ValuesAndSections) {
        none + kStarted +
            "|1 1 AUTH_CLEANUP=2147483647 AUTH_EXPIRATION=-2147483648 AUTH_SECRET_STR=d "},
   };
-  for (const auto& [text, out] : kCases) {
+  for (const auto& [text, out] : rows) {
     check(text, out);
   }
 }
 
 // One key of the root with a value, and what follows the complaints; wrong ones have no such end.
 TEST_F(ConfigFileTest, WrongTypesKeepTheDefault) {
-  const std::tuple<const char*, const char*, const char*> kCases[] = {
+  const std::tuple<const char*, const char*, const char*> rows[] = {
       {"Nlog_mask", "255", "|1 1 LOG_MASK=255 "},
       {"Nlog_mask", "99999999999", "|1 1 LOG_MASK=2147483647 "},
       {"Nlog_mask", "255.0", nullptr},
@@ -188,7 +188,7 @@ TEST_F(ConfigFileTest, WrongTypesKeepTheDefault) {
       {"Nenable_bruteforce_prevent", "2", "|1 0 "},
       {"Nenable_bruteforce_prevent", "\"0\"", nullptr},
   };
-  for (const auto& [key, value, out] : kCases) {
+  for (const auto& [key, value, out] : rows) {
     const bool isRight = out != nullptr;
     const std::string text = std::string("{\"") + (key + 1) + "\":" + value + "}";
     const std::string rest = isRight ? out : "|1 1 ";
@@ -201,7 +201,7 @@ TEST_F(ConfigFileTest, WithoutADocumentNothingHappens) {
   mkfifo("pipe", 0666);
   const char* const none = nullptr;
   for (const char* path : {"missing", ".", "pipe", "/dev/zero", none}) {
-    EXPECT_EQ("|1 0 ", configure(path).out);
+    EXPECT_EQ("|1 0 ", configure(path).out) << (path != none ? path : "no path");
   }
   for (const char* text : {"", "{", "null", "{\"log_mask\":1", "x"}) {
     check(text, "|1 0 ");

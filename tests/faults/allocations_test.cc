@@ -12,7 +12,7 @@ namespace {
 
 using Steps = std::vector<std::pair<const char*, std::function<void()>>>;
 
-// Of each step, with the log off and with every switch on.
+// Counts the allocations of each step, with the log off and with every switch on.
 void expectAllocations(int expected, const Steps& steps) {
   for (const bool isLogged : {false, true}) {
     Logger::setGroup(LOG_GROUP_UTIL, isLogged);
@@ -36,7 +36,7 @@ class Allocations : public Scratch {
     LocalDbCtrl::init();
     console_ = stdout;
     stdout = fopen("/dev/null", "w");
-    setvbuf(stdout, buffer_, _IOFBF, sizeof buffer_);
+    setvbuf(stdout, buffer_, _IOFBF, sizeof(buffer_));
     wifi_ = LocalDbCtrl::lockDbObject(API_WIFI, "", nullptr);
   }
 

@@ -23,7 +23,7 @@ class BadFilesTest : public Scratch {
   }
   ~BadFilesTest() override { alarm(0); }
 
-  // What is there: kind and mode, size, identity.
+  // The file's kind and mode, its size, its identity.
   static std::tuple<mode_t, off_t, ino_t> description() {
     struct stat is {};
     lstat(kFile, &is);
@@ -63,7 +63,7 @@ TEST_F(BadFilesTest, TextsThatDoNotParse) {
 }
 
 TEST_F(BadFilesTest, ThingsThatAreNoTexts) {
-  const std::pair<const char*, void (*)()> cases[] = {
+  const std::pair<const char*, void (*)()> rows[] = {
       {"folder", [] { mkdir(kFile, 0777); }},
       {"pipe", [] { mkfifo(kFile, 0666); }},
       {"50 MB of nothing",
@@ -73,7 +73,7 @@ TEST_F(BadFilesTest, ThingsThatAreNoTexts) {
        }},
       {"endless device", [] { std::filesystem::create_symlink("/dev/zero", kFile); }},
   };
-  for (const auto& [name, make] : cases) {
+  for (const auto& [name, make] : rows) {
     SCOPED_TRACE(name);
     make();
     expectUntouched();
@@ -109,7 +109,7 @@ TEST_F(BadFilesTest, AreReadAgainByEachLock) {
     EXPECT_EQ(-1, count(key));
     std::filesystem::remove(kFile);
     EXPECT_EQ(-1, count(key));
-    EXPECT_EQ(LDB_ACCESSIBLE, LocalDbCtrl::getDBByKey(key)->state[API_QOS]);
+    EXPECT_EQ(LDB_ACCESSIBLE, LocalDbCtrl::getDBByKey(key)->state[API_QOS]) << key;
     putText(kFile, R"({"count":1})");
     EXPECT_EQ(1, count(key));
     putText(kFile, R"({"count":2})");

@@ -18,8 +18,7 @@ using Words = std::vector<std::string>;
 constexpr char kOld[] = R"({"count":1})";
 constexpr char kNew[] = "{\n  \"count\":2\n}";
 
-// A word for each call that durability hangs on, with a "!" when it failed.
-Words words;
+Words words;    // one for each call that durability depends on, with a "!" when it failed
 int calls = 0;  // on files, of any kind
 int temporary = -1;
 
@@ -94,7 +93,8 @@ class DurabilityTest : public ScratchInMemory {
     return answer;
   }
 
-  // For each of a save's calls on files that fails in this way: which word failed, and the answer.
+  // Runs one save for each of its calls on files, that call failing in this way. Calls `check` with
+  // the position of the failed word and the answer.
   static void eachFailing(const Durable& durable, const FileFault& fault,
                           const std::function<void(long at, int answer)>& check) {
     std::size_t failed = 0;

@@ -1,5 +1,6 @@
-// The names under which a program asks for files, each in the variants of 32-bit systems. No header
-// that declares them is included: their declarations differ from these in details only.
+// Defines the C library's functions for files, each in the variants of 32-bit systems. Each counts
+// its call, lets the fault happen if it is due, and else calls the real function. No header that
+// declares these functions is included, since their declarations differ from these in details.
 #include "tests/faults/file_faults.h"
 
 #include <dlfcn.h>
@@ -39,7 +40,7 @@ Result failed() {
   }
 }
 
-// Any call but those below: it does nothing when it fails.
+// Any call but those below. A call that fails does nothing.
 template <typename Result, typename... Args>
 Result call(const char* name, Args... args) {
   if (isFaulty()) {
@@ -157,7 +158,7 @@ extern "C" int unlinkat(int folder, const char* path, int flags) {
   return watched(call<int>("unlinkat", folder, path, flags), {"unlinkat", folder, flags, false});
 }
 
-// Closes in any case, as the system does.
+// Closes the descriptor even if the call fails, as the system does.
 extern "C" int close(int fd) {
   const bool fails = isFaulty();
   if (fails && fault.error == FileFault::kKill) {

@@ -21,6 +21,7 @@
 namespace {
 
 using hearth::JsonRef;
+using hearth::memberOf;
 
 constexpr FileFault kFaults[] = {
     {"no space", ENOSPC, false},         {"no space from there on", ENOSPC, true},
@@ -31,7 +32,7 @@ constexpr FileFault kFaults[] = {
 
 enum class Told { kNothing, kOld, kNew };
 
-// Something that is counted in a file; the file counts 1 before each attempt.
+// Something that is counted in a file. The file counts 1 before each attempt.
 struct Scenario {
   const char* name;
   const char* file;
@@ -52,12 +53,6 @@ constexpr std::size_t kFillerSize = 10000;
 std::string databaseOf(int count) {
   return R"({"count":)" + std::to_string(count) + R"(,"filler":")" + std::string(kFillerSize, 'x') +
          R"("})";
-}
-
-json_object* memberOf(json_object* object, const char* name) {
-  json_object* member = nullptr;
-  json_object_object_get_ex(object, name, &member);
-  return member;
 }
 
 void startDatabase() {

@@ -35,7 +35,7 @@ constexpr char kOld[] = R"({"count":1,"list":[{"n":1},{"n":2}],"name":"of some l
 constexpr char kSchema[] =
     R"({"properties":{"name":{"type":"string","pattern":"^[a-z ]+$","maxLength":20}}})";
 
-// What a request was told, for a look at it when there is memory again.
+// The answers that a request got, to be checked when there is memory again.
 struct Told {
   bool isLoaded = false;
   bool isSet = false;
@@ -55,8 +55,8 @@ struct Told {
   }
 };
 
-// What json-c 0.16 does not survive. Its parser goes on without what it found no memory for, and
-// then may crash, leak, or leave something out; a table that cannot grow leaks the new key.
+// True for the refusals that json-c 0.16 does not survive: its parser goes on without the part that
+// it found no memory for, and then may crash, leak, or leave something out.
 bool wasRefusedToParser() {
   return wasRefusedIn("json_tokener_parse_ex");
 }

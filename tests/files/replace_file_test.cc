@@ -1,3 +1,5 @@
+// Replacements as a reader, another user and another thread see them. Failing calls and power cuts
+// are in tests/faults.
 #include "files/replace_file.h"
 
 #include <fcntl.h>
@@ -6,7 +8,6 @@
 #include <atomic>
 #include <cerrno>
 #include <climits>
-#include <tuple>
 
 #include "files/temporary_file.h"
 #include "tests/support/scratch.h"
@@ -58,13 +59,13 @@ TEST_F(FileReplaceTest, KeepsOwnerAndModeAndMakesNewOnesWithTheUmask) {
     const struct stat after = statusOf("old");
     const mode_t lost = isRoot ? 0 : S_ISUID;  // by any write of who is not root
     EXPECT_EQ(before.st_mode & ~lost, after.st_mode) << std::oct << mode;
-    EXPECT_EQ(before.st_uid, after.st_uid);
-    EXPECT_EQ(before.st_gid, after.st_gid);
-    EXPECT_NE(before.st_ino, after.st_ino) << "in one step";
+    EXPECT_EQ(before.st_uid, after.st_uid) << std::oct << mode;
+    EXPECT_EQ(before.st_gid, after.st_gid) << std::oct << mode;
+    EXPECT_NE(before.st_ino, after.st_ino) << "not in one step: " << std::oct << mode;
     unlink("old");
   }
-  const std::pair<mode_t, mode_t> kMasks[] = {{0, 0644}, {022, 0644}, {027, 0640}, {077, 0600}};
-  for (const auto& [mask, mode] : kMasks) {
+  const std::pair<mode_t, mode_t> rows[] = {{0, 0644}, {022, 0644}, {027, 0640}, {077, 0600}};
+  for (const auto& [mask, mode] : rows) {
     umask(mask);
     EXPECT_TRUE(replaceText("new", "new"));
     EXPECT_EQ(mode, statusOf("new").st_mode & 07777U) << std::oct << mask;
@@ -80,14 +81,19 @@ TEST_F(FileReplaceTest, PermissionsBindWhoIsNotRoot) {
   }
   chmod(".", 0777);
   constexpr mode_t kRefused = 0;
-  const std::tuple<uid_t, gid_t, mode_t, mode_t> kCases[] = {
-      // the last: the new mode
+  struct Row {
+    uid_t owner;
+    gid_t group;
+    mode_t mode;
+    mode_t result;  // the new mode
+  };
+  const Row rows[] = {
       {4000, 4000, 0444, kRefused}, {0, 0, 0644, kRefused}, {0, 4000, 0644, kRefused},
       {4000, 4000, 0640, 0640},     {0, 4000, 0664, 0664},  {0, 0, 0666, 0666},
       {0, 0, 0606, 0600},           {0, 0, 0646, 0644},     {4000, 0, 0660, 0600},
       {4000, 0, 0604, 0600},        {0, 4000, 02664, 0664}, {0, 4000, 0466, 0444},
   };
-  for (const auto& [owner, group, mode, result] : kCases) {
+  for (const auto& [owner, group, mode, result] : rows) {
     SCOPED_TRACE(testing::Message() << owner << " " << group << std::oct << " " << mode);
     putText("file", "old");
     ASSERT_EQ(0, chown("file", owner, group));
@@ -117,7 +123,7 @@ TEST_F(FileReplaceTest, FollowsLinksToTheirTarget) {
   symlink((folder_ / "folder/new").c_str(), "dangling");
   symlink("folder/sub", "way");
   for (const char* path : {"direct", "chain", "way/up", "folder/sub/../target"}) {
-    EXPECT_TRUE(replaceText(path, path));
+    EXPECT_TRUE(replaceText(path, path)) << path;
     EXPECT_EQ(path, textOf("folder/target"));
   }
   EXPECT_TRUE(replaceText("dangling", "made"));
@@ -137,7 +143,7 @@ TEST_F(FileReplaceTest, RefusesWithoutTouchingAnything) {
   symlink("loop", "loop");
   symlink("missing/x", "astray");
   mkfifo("pipe", 0666);
-  const std::pair<std::string, int> kCases[] = {
+  const std::pair<std::string, int> rows[] = {
       {"", EISDIR},
       {"folder", EISDIR},
       {"folder/", EISDIR},
@@ -152,7 +158,7 @@ TEST_F(FileReplaceTest, RefusesWithoutTouchingAnything) {
       {std::string(PATH_MAX, '/') + "file", ENAMETOOLONG},
   };
   const auto names = namesIn(".");
-  for (const auto& [path, error] : kCases) {
+  for (const auto& [path, error] : rows) {
     EXPECT_FALSE(replaceText(path, "new")) << path;
     EXPECT_EQ(error, errno) << path.substr(0, 80);
   }
@@ -212,7 +218,7 @@ TEST_F(FileReplaceTest, IsWholeForEveryThread) {
   std::atomic<int> savers{2};
   replaceText("file", std::string(5000, '0'));
   inThreads(3, [&](unsigned int number) {
-    for (size_t i = 0; i < 200 && number > 0; ++i) {
+    for (std::size_t i = 0; i < 200 && number > 0; ++i) {
       failures += !replaceText("file", std::string(5000 + 40 * i, number == 1 ? 'a' : 'b'));
     }
     for (savers -= number > 0; savers > 0 && number == 0;) {

@@ -10,14 +10,14 @@ namespace {
 
 // The digest is the 64-bit FNV-1a of the labels in their order, each with a line end: another
 // order, another spelling, another row gives another one.
-struct Area {
+struct Row {
   const char* prefix;
-  const char* const* rows;
+  const char* const* labels;
   unsigned int count;
   std::uint64_t digest;
 };
 
-const Area kAreas[] = {
+const Row rows[] = {
     {"GATEWAY_", GATEWAY_LBL, 86, 0x98aa1fe0feb4150d},
     {"WIFI_", WIFI_LBL, 80, 0xa72067346025f94d},
     {"NETWORK_", NETWORK_LBL, 88, 0x5e7ebaf986ab7839},
@@ -36,24 +36,24 @@ std::uint64_t addLine(std::uint64_t digest, const std::string& text) {
 
 TEST(LabelsTest, ArePairsOfRequestAndResponse) {
   unsigned int number = 0;
-  for (const Area& area : kAreas) {
+  for (const Row& area : rows) {
     std::uint64_t digest = 0xcbf29ce484222325;
-    for (unsigned int row = 0; row < area.count; row += 2) {
-      const std::string request = COMM_LABEL(number, row);
-      const std::string response = COMM_LABEL(number, row + 1);
+    for (unsigned int i = 0; i < area.count; i += 2) {
+      const std::string request = COMM_LABEL(number, i);
+      const std::string response = COMM_LABEL(number, i + 1);
       const std::string stem = request.substr(0, request.rfind("_REQ"));
-      EXPECT_EQ(request, stem + "_REQ");
-      EXPECT_EQ(response, stem + "_RESP");
-      EXPECT_EQ(stem.rfind(area.prefix, 0), 0U) << stem;
-      EXPECT_EQ(COMM_LABEL(number, row), area.rows[row]) << "one text, not two";
+      EXPECT_EQ(stem + "_REQ", request);
+      EXPECT_EQ(stem + "_RESP", response);
+      EXPECT_EQ(0U, stem.rfind(area.prefix, 0)) << stem;
+      EXPECT_EQ(area.labels[i], COMM_LABEL(number, i)) << "one text, not two";
       digest = addLine(addLine(digest, request), response);
     }
     EXPECT_EQ(area.digest, digest) << area.prefix;
-    EXPECT_STREQ(COMM_LABEL(number, area.count), "unknown");
+    EXPECT_STREQ("unknown", COMM_LABEL(number, area.count)) << area.prefix;
     ++number;
   }
-  EXPECT_STREQ(COMM_LABEL(number, 0), "unknown");
-  EXPECT_STREQ(COMM_LABEL(1000, 0), "unknown");
+  EXPECT_STREQ("unknown", COMM_LABEL(number, 0));
+  EXPECT_STREQ("unknown", COMM_LABEL(1000, 0));
 }
 
 }  // namespace

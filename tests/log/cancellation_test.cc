@@ -49,7 +49,7 @@ bool isFree(pthread_mutex_t& mutex) {
 
 TEST_F(CancellationTest, WaitsForTheEndOfAnOperation) {
   putText("document", R"({"enable_bruteforce_prevent":0})");
-  const std::pair<const char*, void (*)()> kOperations[] = {
+  const std::pair<const char*, void (*)()> rows[] = {
       {"BEConfig::init", [] { BEConfig::init("document"); }},
       {"Logger::init", initOnANewLog},
       {"LocalDbCtrl::init", LocalDbCtrl::init},
@@ -69,8 +69,8 @@ TEST_F(CancellationTest, WaitsForTheEndOfAnOperation) {
   const std::size_t openFiles = namesIn("/proc/self/fd").size();
   for (int round = 0; round < 20; ++round) {
     BELoginRecord::isRunning = false;
-    for (const auto& [name, operation] : kOperations) {
-      SCOPED_TRACE(name);
+    for (const auto& [name, operation] : rows) {
+      SCOPED_TRACE(testing::Message() << name << " in round " << round);
       bool isFinished = false;
       printed([&, run = operation] {
         firstFree = dup(STDOUT_FILENO);

@@ -71,7 +71,7 @@ void lock() {
   pthread_mutex_lock(&Logger::lock);
 }
 
-// Not before the signal's line has come past it.
+// Waits until the signal's line has gone past stdio, then unlocks standard output.
 void letGoOfStdout() {
   struct stat out {};
   while (fstat(STDOUT_FILENO, &out) == 0 && out.st_size == 0) {
@@ -98,7 +98,7 @@ void getStuckWithoutAlarms() {
   atexit(getStuck);
 }
 
-ssize_t faultOnce(void* /*cookie*/, const char* /*data*/, size_t size) {
+ssize_t faultOnce(void* /*cookie*/, const char* /*data*/, std::size_t size) {
   static bool hasFaulted = false;
   if (!std::exchange(hasFaulted, true)) {
     fault();
@@ -110,7 +110,7 @@ using SignalHandlerTest = Scratch;
 
 TEST_F(SignalHandlerTest, EveryFaultIsReportedAndEndsTheProcess) {
   const std::string bye = std::string(kLine) + "WSL           | INFO: bye\n";
-  const std::tuple<const char*, std::string, void (*)()> kCases[] = {
+  const std::tuple<const char*, std::string, void (*)()> rows[] = {
       {"plain", kLine, [] {}},
       {"second thread", kLine, [] { elsewhere(fault); }},
       {"four threads at once", kLine, faultInThreads},
@@ -126,7 +126,7 @@ TEST_F(SignalHandlerTest, EveryFaultIsReportedAndEndsTheProcess) {
       {"errors off", "", [] { BEConfig::LOG_ERROR_ENABLE = 0; }},
       {"group off", "", [] { Logger::setGroup(LOG_GROUP_UTIL, false); }},
   };
-  for (const auto& [name, lines, work] : kCases) {
+  for (const auto& [name, lines, work] : rows) {
     SCOPED_TRACE(name);
     void (*const prepare)() = work;
     std::filesystem::remove("BE.log");

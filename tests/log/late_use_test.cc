@@ -22,11 +22,11 @@ TEST_F(LateUseTest, FindsTheLogAndTheData) {
   const std::string file = "a log whose name stands on the heap";
   const std::string folder = "a folder whose name stands on the heap";
   const std::string line = "UTIL          | INFO: " + folder + "/qos/qos.ldb\n";
-  const std::pair<void (*)(), std::string> kEnds[] = {
+  const std::pair<void (*)(), std::string> rows[] = {
       {[] { exit(0); }, line},
       {[] { raise(SIGSEGV); }, "UTIL          |ERROR: Error: signal 11:\n" + line},
   };
-  for (const auto& [end, lines] : kEnds) {
+  for (const auto& [end, lines] : rows) {
     std::filesystem::remove(file);
     inChild([&, end = end] {
       BEConfig::LOG_FILE = file;
@@ -38,7 +38,7 @@ TEST_F(LateUseTest, FindsTheLogAndTheData) {
       end();
     });
     EXPECT_EQ(lines, textOf(file));
-    EXPECT_EQ(std::set<std::string>{file}, namesIn("."));
+    EXPECT_EQ(std::set<std::string>{file}, namesIn(".")) << lines;
   }
 }
 

@@ -1,3 +1,5 @@
+// The wait as a function of numbers, and the store through its file: what the operations leave
+// there, and what they make of what others left.
 #include <sys/mount.h>
 #include <sys/stat.h>
 
@@ -20,7 +22,7 @@ constexpr char kLost[] = "UTIL          |ERROR: Cannot write Database file, the 
 
 TEST(LoginWait, CountsDownFromThePenalty) {
   constexpr time_t kNow = 1000000;
-  const std::tuple<int32_t, const char*, uint32_t> kCases[] = {
+  const std::tuple<int32_t, const char*, uint32_t> rows[] = {
       {4, "1000000", 0},
       {-5, "1000000", 0},
       {5, "1000000", 1},
@@ -37,7 +39,7 @@ TEST(LoginWait, CountsDownFromThePenalty) {
       {7, "99999999999999999999999", 3},
       {INT32_MAX, "1000000", INT32_MAX - 4},
   };
-  for (const auto& [attempts, last, wait] : kCases) {
+  for (const auto& [attempts, last, wait] : rows) {
     EXPECT_EQ(wait, waitMinutes(attempts, last, kNow)) << attempts << " " << last;
   }
 }
@@ -63,11 +65,11 @@ class LoginRecordTest : public Scratch {
     return std::to_string(info.attempts) + "/" + std::to_string(info.waitMinutes);
   }
 
-  // The file, with every time since the test's start as NOW.
+  // The text of the file, with every time since the test's start as NOW.
   std::string fileNow() const {
     std::string text = textOf(kFile);
     for (time_t t = start_; t <= time(nullptr); ++t) {
-      for (size_t at = 0; (at = text.find(std::to_string(t))) != std::string::npos;) {
+      for (std::size_t at = 0; (at = text.find(std::to_string(t))) != std::string::npos;) {
         text.replace(at, std::to_string(t).size(), "NOW");
       }
     }
@@ -95,11 +97,11 @@ TEST_F(LoginRecordTest, CountsPerAddress) {
 
   startWith("[]");
   EXPECT_EQ("1/0", infoOf("10.0.0.1"));
-  const char* const kWaits[] = {"1/0", "2/0", "3/0", "4/0", "5/1", "6/2"};
+  const char* const rows[] = {"1/0", "2/0", "3/0", "4/0", "5/1", "6/2"};
   for (int i = 0; i < 6; ++i) {
     EXPECT_EQ(1, BELoginRecord::setAttempt("10.0.0.1"));
     EXPECT_EQ(oneRecord(i + 1), fileNow());
-    EXPECT_EQ(kWaits[i], infoOf("10.0.0.1"));
+    EXPECT_EQ(rows[i], infoOf("10.0.0.1")) << "attempt " << i + 1;
   }
   const std::string before = textOf(kFile);
   EXPECT_EQ(1, BELoginRecord::eraseAttempt("10.0.0.2"));
@@ -131,7 +133,7 @@ TEST_F(LoginRecordTest, KeepsWhatItDoesNotUnderstand) {
 
 TEST_F(LoginRecordTest, ReadsAnyRecord) {
   const char kError[] = "UTIL          |ERROR: Something error occurred\n";
-  const std::tuple<const char*, const char*, const char*> kCases[] = {
+  const std::tuple<const char*, const char*, const char*> rows[] = {
       {R"("attempts":7,"lastAttempt":"1")", "7/0", ""},
       {R"("attempts":7,"lastAttempt":1)", "7/0", ""},
       {R"("attempts":7,"lastAttempt":{})", "7/0", ""},
@@ -143,31 +145,31 @@ TEST_F(LoginRecordTest, ReadsAnyRecord) {
       {R"("attempts":"6","lastAttempt":"1")", "6/0", ""},
       {R"("attempts":99999999999)", "2147483647/2147483643", kError},
   };
-  for (const auto& [members, info, out] : kCases) {
+  for (const auto& [members, info, out] : rows) {
     startWith(std::string(R"([{"ipAddress":"a",)") + members + "}]");
-    std::string told;
-    EXPECT_EQ(out, printed([&told] { told = infoOf("a"); })) << members;
-    EXPECT_EQ(info, told) << members;
+    std::string found;
+    EXPECT_EQ(out, printed([&found] { found = infoOf("a"); })) << members;
+    EXPECT_EQ(info, found) << members;
   }
   BELoginRecord::setAttempt("a");
   EXPECT_EQ("2147483647/2147483643", infoOf("a")) << "the count stays at its end";
 }
 
 TEST_F(LoginRecordTest, ABrokenFileStopsTheStore) {
-  const std::pair<const char*, const char*> kCases[] = {{"", "Cannot access Database file\n"},
-                                                        {"[", "Cannot access Database file\n"},
-                                                        {"null", "Cannot access Database file\n"},
-                                                        {"{}", "File has wrong format\n"},
-                                                        {"\"[]\"", "File has wrong format\n"}};
+  const std::pair<const char*, const char*> rows[] = {{"", "Cannot access Database file\n"},
+                                                      {"[", "Cannot access Database file\n"},
+                                                      {"null", "Cannot access Database file\n"},
+                                                      {"{}", "File has wrong format\n"},
+                                                      {"\"[]\"", "File has wrong format\n"}};
   void (*const kOperations[])() = {[] { EXPECT_EQ(1, BELoginRecord::setAttempt("a")); },
                                    [] { EXPECT_EQ("1/0", infoOf("a")); },
                                    [] { EXPECT_EQ(1, BELoginRecord::eraseAttempt("a")); }};
-  for (const auto& [text, line] : kCases) {
+  for (const auto& [text, line] : rows) {
     for (const auto& operation : kOperations) {
       startWith(text);
       EXPECT_EQ(std::string("UTIL          |ERROR: ") + line, printed(operation)) << text;
-      EXPECT_FALSE(BELoginRecord::isRunning);
-      EXPECT_EQ("", printed(operation));
+      EXPECT_FALSE(BELoginRecord::isRunning) << text;
+      EXPECT_EQ("", printed(operation)) << text;
       EXPECT_EQ(text, textOf(kFile));
     }
   }

@@ -1,3 +1,4 @@
+// The uptime from texts of all kinds, in two locales, and from the running system.
 #include "settings/uptime.h"
 
 #include <clocale>
@@ -13,7 +14,7 @@ namespace {
 using UptimeTest = Scratch;
 
 TEST_F(UptimeTest, IsTheFirstNumberInWholeSeconds) {
-  const std::pair<const char*, int32_t> kCases[] = {
+  const std::pair<const char*, int32_t> rows[] = {
       {"12345.67 98765.43\n", 12345},
       {"99.9999996 1\n", 100},
       {"99.9999994", 99},
@@ -34,10 +35,10 @@ TEST_F(UptimeTest, IsTheFirstNumberInWholeSeconds) {
   };
   for (const char* locale : {"C", "de_DE.UTF-8"}) {  // the second where it is installed
     setlocale(LC_ALL, locale);
-    for (const auto& [text, seconds] : kCases) {
-      EXPECT_EQ(seconds, wholeSeconds(text)) << text;
+    for (const auto& [text, seconds] : rows) {
+      EXPECT_EQ(seconds, wholeSeconds(text)) << text << " in " << locale;
       putText("uptime", text);
-      EXPECT_EQ(seconds, wholeSecondsIn("uptime")) << text;
+      EXPECT_EQ(seconds, wholeSecondsIn("uptime")) << text << " in " << locale;
     }
     setlocale(LC_ALL, "C");
   }
