@@ -18,9 +18,8 @@ install(FILES ${PROJECT_BINARY_DIR}/hearth-config.cmake
               ${PROJECT_BINARY_DIR}/hearth-config-version.cmake
         DESTINATION ${hearth_package_dir} COMPONENT development)
 
-if(HEARTH_VALIDATOR STREQUAL "builtin")
-  set(hearth_private_packages libpcre2-8)
-endif()
+# It names no private packages: the library is a shared one, and pkg-config would refuse to answer
+# where the development files of PCRE2 are not installed.
 cmake_path(APPEND pc_includedir "\${prefix}" ${CMAKE_INSTALL_INCLUDEDIR})
 cmake_path(APPEND pc_libdir "\${prefix}" ${CMAKE_INSTALL_LIBDIR})
 configure_file(cmake/hearth.pc.in hearth.pc @ONLY)
