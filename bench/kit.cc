@@ -19,7 +19,7 @@ constexpr char kPath[] = "system.hostname";
 
 std::string startCheckedDatabase() {
   startDatabase();
-  const std::string schema = *hearth::databaseSchemaFile(API_WIFI);
+  std::string schema = *hearth::databaseSchemaFile(API_WIFI);
   writeFile(schema, kSchema);
   return schema;
 }

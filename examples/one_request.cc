@@ -188,7 +188,8 @@ void askForWhatIsNotThere(Story& story) {
   }
   story.check(!hearth::get<int>(*qos, "wan.limit"), "a number that is missing reads as nothing");
   story.check(hearth::getOr(*qos, "wan.limit", -1) == -1, "or as a default");
-  story.check(!hearth::get<int8_t>(*qos, "configuration.wan.upKbps"), "so does one that does not fit");
+  story.check(!hearth::get<int8_t>(*qos, "configuration.wan.upKbps"),
+              "so does one that does not fit");
   story.check(!hearth::find(*qos, "rules.[5]"), "there is no sixth rule");
   story.check(!hearth::messageRow(API_MISC, "MISC_GET_REQ"), "the misc area has no messages");
 }

@@ -15,8 +15,8 @@ namespace {
 using hearth::Change;
 using hearth::Fault;
 using hearth::Session;
-using std::chrono_literals::operator""s;
-using std::string_literals::operator""s;
+using namespace std::chrono_literals;
+using namespace std::string_literals;
 
 class KitChange : public DatabaseTest {
  protected:
@@ -26,10 +26,10 @@ class KitChange : public DatabaseTest {
     return std::move(*change);
   }
   // What the contract's reader finds in memory, and what the file holds.
-  static std::string held() {
-    TreeMapObject* const database = LocalDbCtrl::lockDbObject(API_WIFI, "", "default");
+  static std::string held(const char* key = "default") {
+    TreeMapObject* const database = LocalDbCtrl::lockDbObject(API_WIFI, "", key);
     const std::string memory = database != nullptr ? plain(*database) : "held";
-    LocalDbCtrl::unlockDbObject(API_WIFI, "default");
+    LocalDbCtrl::unlockDbObject(API_WIFI, key);
     const hearth::Result<hearth::Value> file = hearth::parseFile("wifi/wifi.ldb");
     return memory == plain(file->raw()) ? memory : memory + " but " + plain(file->raw());
   }
@@ -141,7 +141,7 @@ TEST_F(KitChange, LeavesMemoryAndFileAsTheyWereElse) {
     EXPECT_EQ(result.failure().fault, way.fault);
     EXPECT_EQ(result.failure().sentence.empty(), way.fault == Fault::kNone);
     EXPECT_EQ(folder_.contentsOf("wifi/wifi.ldb"), text);
-    EXPECT_EQ(held(), kBefore);
+    EXPECT_EQ(held("s"), kBefore);
     LocalDbCtrl::removeDB("s");
     EXPECT_TRUE(Change::begin(API_WIFI, ""));
   }

@@ -10,7 +10,7 @@
 namespace {
 
 using hearth::Fault;
-using std::string_literals::operator""s;
+using namespace std::string_literals;
 
 // '~' in a text is a NUL. The answer is the value, or "line:column" and the sentence behind that.
 std::string answerTo(const std::string& text, bool allowsDuplicates = false) {

@@ -11,7 +11,7 @@ namespace {
 
 using hearth::Fault;
 using hearth::Value;
-using std::string_literals::operator""s;
+using namespace std::string_literals;
 
 std::string sentenceOf(const hearth::Result<void>& result) {
   EXPECT_EQ(static_cast<bool>(result), result.failure().fault == Fault::kNone);

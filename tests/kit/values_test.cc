@@ -13,7 +13,7 @@ namespace {
 using hearth::Fault;
 using hearth::Value;
 using hearth::View;
-using std::string_literals::operator""s;
+using namespace std::string_literals;
 
 // The document of a text in which '~' is a NUL.
 Value documentOf(const std::string& text) {
