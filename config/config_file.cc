@@ -52,7 +52,7 @@ bool readNumber(json_object* object, const char* key, int32_t& setting) {
   }
 }
 
-// Sixty times the number, or the nearest one that fits.
+// Sixty times the number, or the nearest number that 32 bits hold.
 int32_t minutesToSeconds(int32_t minutes) {
   using Limits = std::numeric_limits<int32_t>;
   return static_cast<int32_t>(
@@ -133,16 +133,17 @@ void Configuration::read(const ConfigKey& key, std::string* text, int32_t* numbe
 
 void BEConfig::init(const char* path) {
   const hearth::NoCancellation guard;
+  // Only the first caller goes on, whatever its file turns out to be.
   if (__atomic_exchange_n(&isInit, true, __ATOMIC_ACQ_REL)) {
     HEARTH_LOG(LOG_WARNING, "%s: System configure is initialized already\n", "BEConfig::init");
     return;
   }
   hearth::JsonRef document(hearth::readJsonFile(path));
-  if (document == nullptr) {
+  if (document == nullptr) {  // no file, or no JSON in it: every default stays
     return;
   }
   if (json_object_is_type(document.get(), json_type_object) == 0) {
-    document.reset();
+    document.reset();  // exit() does not unwind this function
     printf("Configuration file %s has wrong format, exit...\n", path);
     exit(EXIT_SUCCESS);
   }

@@ -20,6 +20,7 @@
 namespace hearth {
 namespace {
 
+// Waits until the device has the file or the folder.
 bool flush(int fd) {
   while (fsync(fd) != 0) {
     if (errno != EINTR) {
@@ -54,6 +55,7 @@ bool inherit(const TemporaryFile& temporary, const struct stat& old) {
   const struct stat& made = temporary.status();
   bool ownerIsKept = made.st_uid == old.st_uid;
   bool groupIsKept = made.st_gid == old.st_gid;
+  // Changing the owner may clear mode bits, so the mode is set last.
   if (!ownerIsKept && fchown(fd, old.st_uid, old.st_gid) == 0) {
     ownerIsKept = groupIsKept = true;
   }
@@ -75,6 +77,7 @@ bool replaceRegular(const Place& place, const char* data, std::size_t size, Dura
   const bool isTidy = removeStraysIfChanged(place.folder());
   const bool isFlushed = durability == Durability::kFlushed;
   TemporaryFile temporary(place.folder());
+  // Until it has inherited the old file's rights, nobody else may open the new one.
   const bool isComplete = temporary.make(place.isNew() ? 0644 : 0600) &&
                           (place.isNew() || inherit(temporary, place.status())) &&
                           writeAll(temporary.fd(), data, size) &&

@@ -95,6 +95,8 @@ class SearchedFolders {
   };
   static constexpr unsigned kRemembered = 32;
 
+  // The entry of a folder; null when it is not remembered. A folder is told by device and inode,
+  // since its name may change hands.
   Folder* find(const struct stat& status) {
     for (Folder& known : known_) {
       if (known.device == status.st_dev && known.inode == status.st_ino) {
@@ -117,6 +119,8 @@ struct CloseFolder {
 
 }  // namespace
 
+// Removes the file while it still has its temporary name, and keeps the errno of the failure that
+// led here.
 TemporaryFile::~TemporaryFile() {
   if (file_ && name_[0] != '\0') {
     const int kept = errno;

@@ -7,9 +7,9 @@
 namespace hearth {
 namespace {
 
-template <unsigned int Count>
-constexpr LabelTable table(const char* const (&rows)[Count]) {
-  return {rows, Count};
+template <unsigned int kCount>
+constexpr LabelTable table(const char* const (&rows)[kCount]) {
+  return {rows, kCount};
 }
 
 // In the order of the area numbers.

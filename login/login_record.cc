@@ -50,6 +50,7 @@ uint32_t waitFor(const Attempts& attempts) {
 }  // namespace
 }  // namespace hearth
 
+// The messages of init and deinit go straight to standard output: the logger may not be set up yet.
 void BELoginRecord::init() {
   const hearth::NoCancellation guard;
   if (isRunning) {
@@ -66,9 +67,10 @@ void BELoginRecord::init() {
     return;
   }
   printf("%s: new record file is created\n", "init");
-  isRunning = true;
+  isRunning = true;  // last, so that no operation meets the file of an earlier run
 }
 
+// Leaves the store running if it runs: it then counts on in the empty file.
 void BELoginRecord::deinit() {
   const hearth::NoCancellation guard;
   const hearth::JsonRef array(json_object_new_array());

@@ -69,6 +69,7 @@ bool putOneMore(json_object* record) {
                     attempts < std::numeric_limits<int32_t>::max() ? attempts + 1 : attempts);
 }
 
+// Writes a block at a position of the file.
 bool writeAt(int fd, off_t offset, const char* data, std::size_t size) {
   return lseek(fd, offset, SEEK_SET) == offset && writeAll(fd, data, size);
 }
@@ -108,7 +109,7 @@ bool Records::load() {
   if (json_object_is_type(array_.get(), json_type_array) != 0) {
     return true;
   }
-  if (array_ == nullptr) {
+  if (array_ == nullptr) {  // missing, unreadable, no JSON, or JSON's null
     HEARTH_LOG(LOG_ERROR, "Cannot access Database file\n");
   } else {
     HEARTH_LOG(LOG_ERROR, "File has wrong format\n");
