@@ -1,4 +1,9 @@
-// validate and check: whether documents are what they should be.
+// validate and check: the commands that compare documents with their schemas.
+//
+// validate takes one document, and either the area and message that choose a schema or the schema
+// itself. check walks all areas of the data location: each file must be plain JSON, each document
+// conform to the schema beside it, and each schema to the rules of its draft. A problem does not
+// end the walk; all of them are reported together.
 #include <algorithm>
 #include <filesystem>
 
@@ -17,16 +22,18 @@ namespace {
 
 struct ValidateOptions {
   std::string schema;
-  std::string area, message, file;  // with a schema, the file stands in the place of the area
+  // With --schema the only word is the file, which the command line takes for the area.
+  std::string area, message, file;
   bool json = false;
 };
 
-// What a document is checked against, and what a person calls that.
+// The schema that a document is checked against: its file, and its name in messages.
 struct Rules {
   std::string file;
   std::string name;
 };
 
+// Chooses the schema. Throws a Failure when the command line has too few or too many words.
 Rules rulesOf(const ValidateOptions& options) {
   const bool isNamed = !options.schema.empty();
   if (options.message.empty() != isNamed || options.file.empty() != isNamed) {
@@ -45,6 +52,7 @@ Rules rulesOf(const ValidateOptions& options) {
   return {file, labelsOf(area)[message]};
 }
 
+// The verdict as JSON; the members about a violation only where there is one.
 void printVerdict(Context& context, const Verdict& verdict) {
   TreeMapObject object(false);
   object.set("conforms", verdict.conforms);
@@ -57,6 +65,7 @@ void printVerdict(Context& context, const Verdict& verdict) {
   context.out.line(jsonText(object.jobj, context.out));
 }
 
+// A message without a schema passes, but its document must still be JSON.
 void validate(Context& context, const ValidateOptions& options) {
   const Rules rules = rulesOf(options);
   const std::string& file = options.schema.empty() ? options.file : options.area;
@@ -75,11 +84,12 @@ void validate(Context& context, const ValidateOptions& options) {
   context.exit = verdict.conforms ? Exit::kDone : Exit::kNo;
 }
 
+// The table of all files is for --json only; a person reads the problems.
 struct CheckOptions {
   bool json = false;
 };
 
-// The walk over a data location: every file that the library may read there.
+// Walks over the files that the library may read below a data location, area by area.
 class Checker {
  public:
   void checkArea(unsigned int area);
@@ -91,7 +101,9 @@ class Checker {
   static constexpr char kSchemaEnd[] = "_SCHEMA";
 
   void checkFile(unsigned int area, const std::string& file);
-  std::string problemOf(unsigned int area, const std::string& file, const std::string& stem) const;
+  static std::string findProblem(unsigned int area, const std::string& file);
+  static void noteUnknownMessage(unsigned int area, const std::string& file,
+                                 const std::string& name);
   void add(unsigned int area, const std::string& file, const std::string& problem);
 
   Report report_{{"area", "file", "problem"}};
@@ -103,6 +115,8 @@ bool endsWith(const std::string& text, const std::string& end) {
   return text.size() >= end.size() && text.compare(text.size() - end.size(), end.size(), end) == 0;
 }
 
+// The database comes first and is checked even where it is missing; then all other .ldb files by
+// name. Hidden files are left out: no document has such a name.
 void Checker::checkArea(unsigned int area) {
   const std::filesystem::path database = databaseFile(area);
   std::vector<std::string> files = {database.string()};
@@ -120,40 +134,51 @@ void Checker::checkArea(unsigned int area) {
   }
 }
 
+// A file that cannot be read or parsed is a problem like any other.
 void Checker::checkFile(unsigned int area, const std::string& file) {
-  const std::string stem = std::filesystem::path(file).stem().string();
   std::string problem;
   try {
-    problem = problemOf(area, file, stem);
+    problem = findProblem(area, file);
   } catch (const Failure& failure) {
     problem = failure.what();
   }
   add(area, file, problem);
 }
 
-std::string Checker::problemOf(unsigned int area, const std::string& file,
-                               const std::string& stem) const {
+// Says what is wrong with a file; empty when nothing is. NAME.ldb is a document and
+// NAME_SCHEMA.ldb its schema, where NAME is a message or the area itself.
+std::string Checker::findProblem(unsigned int area, const std::string& file) {
   const std::string text = readWhole(file);
   const Handle document = parse(text, file);
-  const std::string loose = looseness(text);
-  if (!loose.empty()) {
-    return inQuotes(file) + ": more than plain JSON: " + loose;
+  const std::string whyNot = whyNotPlainJson(text);
+  if (!whyNot.empty()) {
+    return inQuotes(file) + ": more than plain JSON: " + whyNot;
   }
+  const std::string stem = std::filesystem::path(file).stem().string();
   const bool isSchema = endsWith(stem, kSchemaEnd);
   const std::string name = isSchema ? stem.substr(0, stem.size() - sizeof(kSchemaEnd) + 1) : stem;
-  const std::vector<std::string> labels = labelsOf(area);
-  if (name != API_DATA_DIR[area] && std::count(labels.begin(), labels.end(), name) == 0) {
-    Context::note(inQuotes(file) + " belongs to no message of the area" + didYouMean(name, labels));
-  }
+  noteUnknownMessage(area, file, name);
   const std::string rules =
       (std::filesystem::path(file).parent_path() / (name + kSchemaEnd + ".ldb")).string();
   if (!isSchema && !exists(rules)) {
     return "";
   }
+  // A schema is compared with its draft, a document with the schema beside it.
   const Verdict verdict = isSchema ? checkSchema(*document) : checkAgainst(*document, rules);
   return verdict.conforms ? "" : inQuotes(file) + ": " + verdict.text();
 }
 
+// A file of no message is never read by the backend. It may be there on purpose, or have a typo in
+// its name, so it gets a note and is no problem.
+void Checker::noteUnknownMessage(unsigned int area, const std::string& file,
+                                 const std::string& name) {
+  const std::vector<std::string> labels = labelsOf(area);
+  if (name != API_DATA_DIR[area] && std::count(labels.begin(), labels.end(), name) == 0) {
+    Context::note(inQuotes(file) + " belongs to no message of the area" + didYouMean(name, labels));
+  }
+}
+
+// Counts the file and reports it, without a problem when that is empty.
 void Checker::add(unsigned int area, const std::string& file, const std::string& problem) {
   ++files_;
   report_.add({API_DATA_DIR[area], file, problem.empty() ? Cell() : Cell(problem)});
@@ -162,6 +187,7 @@ void Checker::add(unsigned int area, const std::string& file, const std::string&
   }
 }
 
+// A line for each problem and one for the totals, or all files as JSON.
 void check(Context& context, const CheckOptions& options) {
   Checker checker;
   for (unsigned int area = 0; area < areaNames().size(); ++area) {

@@ -1,4 +1,9 @@
-// What every command gets, and how each group of commands joins the command line.
+// The frame of every command. A command is a struct of options and a function that runs it;
+// addCommand puts both on the command line. Each group of commands has a file of its own and one
+// function that adds the group.
+//
+// A command prints through Context::out, which writes nothing before the command has succeeded, and
+// ends with Context::exit or by throwing a Failure.
 #ifndef HEARTH_TOOLS_COMMAND_COMMAND_H
 #define HEARTH_TOOLS_COMMAND_COMMAND_H
 
@@ -13,11 +18,12 @@
 
 namespace hearth::tool {
 
+// What every command gets besides its options.
 struct Context {
   Output out;
-  Exit exit = Exit::kDone;  // what a command answers that has done its work
+  Exit exit = Exit::kDone;  // the answer of a command that has done its work
 
-  // Something the user should know about a command that goes on.
+  // Tells the user, on standard error, something about a command that goes on.
   static void note(std::string_view text) { complain("note: " + std::string(text)); }
 };
 
@@ -28,8 +34,9 @@ struct Command {
   Options& options;
 };
 
-// Adds a command that calls run(context, options). Of its description the first line is what the
-// list of commands says; the rest and the examples are printed below the command's options.
+// Adds a command that calls run(context, options) when the command line has been parsed. The first
+// line of the description stands in the list of commands; the rest and the examples are printed
+// below the command's options.
 template <typename Options>
 Command<Options> addCommand(CLI::App& app, Context& context, const std::string& name,
                             const std::string& description, const std::string& examples,

@@ -1,4 +1,11 @@
-// config and logins: what a configuration file means, and who has to wait.
+// config and logins: the commands that explain a configuration file and the login records.
+//
+// config lets the library itself read the file, as a start of the backend would. The values are
+// then in the library's settings; which of them the library found wrong shows only in the lines
+// that it prints, so these are caught and searched. Where a value comes from, and which keys of the
+// file the library does not know, is found by comparing the file with the library's table of keys.
+//
+// logins reads the file of the records and computes each wait with the library's own function.
 #include <fcntl.h>
 #include <sys/mman.h>
 #include <unistd.h>
@@ -8,6 +15,7 @@
 #include <ctime>
 
 #include "base/json_ref.h"
+#include "base/unique_fd.h"
 #include "config/config_keys.h"
 #include "hearth/be_login_record.h"
 #include "hearth/json_data.h"
@@ -29,56 +37,60 @@ struct FileOptions {
 // In the order of ConfigSection: the path of the object that holds the keys.
 constexpr const char* kSections[] = {"", "system", "system.timer"};
 
+// The path of the key in the file.
 std::string nameOf(const ConfigKey& key) {
   const std::string section = kSections[key.section];
   return section.empty() ? key.name : section + "." + key.name;
 }
 
-// What the library prints while it reads the file, which says what it makes of each key. It reads
-// the file as the backend's start does, but starts no login records: those count as running.
+// Has the library read the file into its settings, as the backend's start does. The result is what
+// it prints meanwhile, which says what it makes of each key: standard output is a file in memory
+// for that time. No login records are started, because they count as running already.
 std::string readAsTheBackendDoes(const std::string& file) {
   BELoginRecord::isRunning = true;
-  const int caught = memfd_create("hearth", MFD_CLOEXEC);
-  const int old = fcntl(STDOUT_FILENO, F_DUPFD_CLOEXEC, 0);
-  if (caught < 0 || old < 0) {
+  const UniqueFd caught(memfd_create("hearth", MFD_CLOEXEC));
+  const UniqueFd old(fcntl(STDOUT_FILENO, F_DUPFD_CLOEXEC, 0));
+  if (!caught || !old) {
     throw Failure(Exit::kIo, std::string("cannot catch messages: ") + strerror(errno));
   }
   fflush(stdout);
-  dup2(caught, STDOUT_FILENO);
+  dup2(caught.get(), STDOUT_FILENO);
   BEConfig::init(file.c_str());
   fflush(stdout);
-  dup2(old, STDOUT_FILENO);
-  close(old);
-  std::string text(static_cast<std::size_t>(lseek(caught, 0, SEEK_CUR)), '\0');
-  const ssize_t got = pread(caught, text.data(), text.size(), 0);
-  close(caught);
+  dup2(old.get(), STDOUT_FILENO);
+  std::string text(static_cast<std::size_t>(lseek(caught.get(), 0, SEEK_CUR)), '\0');
+  const ssize_t got = pread(caught.get(), text.data(), text.size(), 0);
   text.resize(got < 0 ? 0 : static_cast<std::size_t>(got));
   return text;
 }
 
-// Where the value of a key comes from.
+// Where the value of a key comes from, in words for the report.
 struct Origin {
   std::string text;
   Ink ink = Ink::kPlain;
 };
 
+// A configuration file and what the library makes of it. The constructor throws a Failure for a
+// file that cannot be explained: one that is no object, or that changes meanwhile.
 class Configuration {
  public:
   explicit Configuration(const std::string& file);
 
   void addSettings(Report& report);
   void addUnknownKeys(Report& report);
+
+  // False when a key is wrong or unknown. Known once both have been added.
   bool isRight() const { return isRight_; }
 
  private:
   json_object* section(ConfigSection section) const;
   bool isWrong(const ConfigKey& key) const;
-  Origin originOf(const ConfigKey& key);
+  Origin originOf(const ConfigKey& key) const;
   Cell valueOf(const ConfigKey& key) const;
 
   const std::string text_;
   const Handle root_;
-  std::string messages_;
+  std::string messages_;  // of the library, while it read the file
   bool isRight_ = true;
 };
 
@@ -94,16 +106,20 @@ Configuration::Configuration(const std::string& file)
   }
 }
 
+// The object that may hold the keys of a section; null when it is missing.
 json_object* Configuration::section(ConfigSection section) const {
   return JsonData::getJObj(root_->jobj, kSections[section]);
 }
 
+// True when the library has said that it goes on with the default.
 bool Configuration::isWrong(const ConfigKey& key) const {
   return messages_.find(std::string("use default value for ") + key.name + "\n") !=
          std::string::npos;
 }
 
-Origin Configuration::originOf(const ConfigKey& key) {
+// Minutes become seconds wherever the key's section is there, also when the key is missing or
+// wrong: the library multiplies the default too.
+Origin Configuration::originOf(const ConfigKey& key) const {
   const bool isPresent = json_object_object_get_ex(section(key.section), key.name, nullptr) != 0;
   const bool isScaled = key.use == KeyUse::kMinutesToSeconds && section(key.section) != nullptr;
   std::string text = "file";
@@ -112,7 +128,6 @@ Origin Configuration::originOf(const ConfigKey& key) {
     text = "default";
     ink = Ink::kFaint;
   } else if (isWrong(key)) {
-    isRight_ = false;
     text = key.use == KeyUse::kPrefixesUrlRewrite || key.text != nullptr
                ? "default: WRONG, must be a string"
                : "default: WRONG, must be an integer or a boolean";
@@ -121,6 +136,7 @@ Origin Configuration::originOf(const ConfigKey& key) {
   return {text + (isScaled ? ", minutes times 60" : ""), ink};
 }
 
+// The value that the library has in its settings now, be it from the file or the default.
 Cell Configuration::valueOf(const ConfigKey& key) const {
   if (key.text != nullptr) {
     return *key.text;
@@ -128,24 +144,28 @@ Cell Configuration::valueOf(const ConfigKey& key) const {
   if (key.number != nullptr) {
     return int64_t{*key.number};
   }
-  json_object* value = nullptr;  // the switch of the login records, on by default
-  json_object_object_get_ex(root_->jobj, key.name, &value);
+  // The key without a setting is the switch of the login records, which is on by default.
+  json_object* const value = memberOf(root_->jobj, key.name);
   return int64_t{isWrong(key) || value == nullptr ? 1 : json_object_get_int(value)};
 }
 
+// All keys in the order of the library's table, then the settings that no key can change.
 void Configuration::addSettings(Report& report) {
   for (const ConfigKey& key : kConfigKeys) {
-    Origin origin = originOf(key);
+    const Origin origin = originOf(key);
+    isRight_ = isRight_ && origin.ink != Ink::kBad;
     report.add({nameOf(key), valueOf(key), Cell(origin.text, origin.ink)});
   }
-  const auto fix = [&](const char* name, Cell value) {
+  const auto addFixed = [&](const char* name, Cell value) {
     report.add({name, std::move(value), Cell("fixed: has no key", Ink::kFaint)});
   };
-  fix("WEBSERVER_PORT", int64_t{BEConfig::WEBSERVER_PORT});
-  fix("SYSTEM_SCRIPT_DIR", BEConfig::SYSTEM_SCRIPT_DIR);
-  fix("GUEST_NETWORK_ENABLE", int64_t{BEConfig::GUEST_NETWORK_ENABLE});
+  addFixed("WEBSERVER_PORT", int64_t{BEConfig::WEBSERVER_PORT});
+  addFixed("SYSTEM_SCRIPT_DIR", BEConfig::SYSTEM_SCRIPT_DIR);
+  addFixed("GUEST_NETWORK_ENABLE", int64_t{BEConfig::GUEST_NETWORK_ENABLE});
 }
 
+// Looks through the three objects that may hold keys. Besides the keys, the names of the two inner
+// objects are known.
 void Configuration::addUnknownKeys(Report& report) {
   std::vector<std::string> known(std::begin(kSections) + 1, std::end(kSections));
   for (const ConfigKey& key : kConfigKeys) {
@@ -167,6 +187,7 @@ void Configuration::addUnknownKeys(Report& report) {
   }
 }
 
+// The exit code tells scripts whether every key of the file is right and known.
 void config(Context& context, const FileOptions& options) {
   Configuration configuration(options.file);
   Report report({"key", "value", "origin"});
@@ -176,6 +197,8 @@ void config(Context& context, const FileOptions& options) {
   context.exit = configuration.isRight() ? Exit::kDone : Exit::kNo;
 }
 
+// Seconds since the epoch as a date and time in UTC; left as they are when no calendar reaches
+// there.
 std::string timeText(const char* seconds) {
   const auto time = static_cast<time_t>(strtoull(seconds, nullptr, 10));
   struct tm parts;
@@ -187,8 +210,8 @@ std::string timeText(const char* seconds) {
   return text;
 }
 
-// Every record with an address, in the order of the file; of two for one address only the first
-// counts, so the second has no wait.
+// Adds a record that has an address; the library passes over others. `seen` are the addresses so
+// far: of two records for one address only the first counts, so the second has no wait.
 void addRecord(Report& report, json_object* record, std::vector<std::string>& seen) {
   json_object* const address = memberOf(record, "ipAddress");
   if (json_object_is_type(address, json_type_string) == 0) {
@@ -201,12 +224,13 @@ void addRecord(Report& report, json_object* record, std::vector<std::string>& se
       last == nullptr ? penaltyMinutes(attempts) : waitMinutes(attempts, last, time(nullptr));
   const bool isFirst = std::count(seen.begin(), seen.end(), name) == 0;
   seen.push_back(name);
-  const int64_t counted = isFirst ? wait : 0;
+  const int64_t minutes = isFirst ? wait : 0;
   report.add({name, int64_t{attempts},
-              counted == 0 ? Cell(counted) : Cell(std::to_string(counted), Ink::kBad),
+              minutes == 0 ? Cell(minutes) : Cell(std::to_string(minutes), Ink::kBad),
               last == nullptr ? Cell() : Cell(timeText(last))});
 }
 
+// Without any record people get no empty table; programs always get an array.
 void logins(Context& context, const FileOptions& options) {
   const Handle records = readJson(options.file);
   if (json_object_is_type(records->jobj, json_type_array) == 0) {

@@ -1,11 +1,15 @@
-// find, show, areas and labels: what there is.
+// find, show, areas and labels: the commands that list what there is.
+//
+// Finding is the library's; it answers objects, not paths. So the document is walked once more, and
+// each object among the answers gives the path of its member, in the document's order.
 #include <list>
 #include <set>
 
+#include "base/json_ref.h"
 #include "hearth/local_db_ctrl.h"
 #include "tools/command/command.h"
 #include "tools/document/area.h"
-#include "tools/document/document.h"
+#include "tools/document/loaded_file.h"
 #include "tools/document/value.h"
 #include "tools/terminal/json_text.h"
 #include "tools/terminal/report.h"
@@ -15,50 +19,52 @@ namespace hearth::tool {
 namespace {
 
 struct FindOptions {
-  std::string target, key;
+  std::string areaOrFile, key;
   ValueOptions value;
   bool json = false;
 };
 
+// One struct for show, areas and labels; each uses what its command line has.
 struct ListOptions {
   std::string name;
   bool json = false;
   bool compact = false;
 };
 
-// The objects that the library finds. It compares integers as 32-bit numbers; the exact ones stay.
-std::set<json_object*> objectsWith(const Document& document, const std::string& key,
+// The objects whose member `key` equals the probe. The library compares integers as 32-bit numbers,
+// so each of its findings is compared once more, exactly.
+std::set<json_object*> objectsWith(const LoadedFile& document, const std::string& key,
                                    json_object* probe) {
   std::list<TreeMapObject*> handles;
   document.handle().findInObject(handles, key.c_str(), probe, document.root());
   document.handle().findInArray(handles, key.c_str(), probe, document.root());
   std::set<json_object*> objects;
   for (TreeMapObject* const handle : handles) {
-    json_object* member = nullptr;
-    json_object_object_get_ex(handle->jobj, key.c_str(), &member);
-    if (json_object_equal(member, probe) != 0) {
+    if (json_object_equal(memberOf(handle->jobj, key.c_str()), probe) != 0) {
       objects.insert(handle->jobj);
     }
-    delete handle;
+    delete handle;  // the object stays in the document
   }
   return objects;
 }
 
+// Prints one path for each member found, or a row for a report in JSON. Finding
+// nothing is no message; the exit code tells it.
 void findValue(Context& context, const FindOptions& options) {
-  const Handle probe = Value(options.value).make(nullptr);
-  const Document document{Target(options.target)};
+  const Handle probe = GivenValue(options.value).make(nullptr);
+  const LoadedFile document{AreaOrFile(options.areaOrFile)};
   if (probe->jobj == nullptr) {
     throw Failure(Exit::kUsage, "null cannot be searched for");
   }
   const std::set<json_object*> objects = objectsWith(document, options.key, probe->jobj);
   Report report({"path", "pointer"});
-  bool isHidden = false;
+  bool hasPointers = false;  // among the paths
   walk(document.root(), [&](const Path& path, json_object* value) {
     if (objects.count(value) == 0) {
       return;
     }
-    const Path member = path / Token(options.key);
-    isHidden = isHidden || !member.isAddressable();
+    const Path member = path / Step(options.key);
+    hasPointers = hasPointers || !member.isAddressable();
     if (options.json) {
       report.add({member.isAddressable() ? Cell(member.text()) : Cell(), member.pointer()});
     } else {
@@ -68,7 +74,7 @@ void findValue(Context& context, const FindOptions& options) {
   if (options.json) {
     report.print(context.out, true);
   }
-  if (isHidden) {
+  if (hasPointers) {
     Context::note("where a name holds a dot no path leads; a JSON pointer stands in its place");
   }
   if (objects.empty()) {
@@ -76,13 +82,15 @@ void findValue(Context& context, const FindOptions& options) {
   }
 }
 
+// Prints the document as it was loaded, with its members in their order.
 void show(Context& context, const ListOptions& options) {
-  const Document document{Target(options.name)};
+  const LoadedFile document{AreaOrFile(options.name)};
   context.out.line(jsonText(document.root(), context.out,
                             options.compact ? Layout::kOneLine : Layout::kIndented));
 }
 
-int64_t valuesIn(json_object* root) {
+// How many values the document holds that are neither object nor array.
+int64_t countScalars(json_object* root) {
   int64_t count = 0;
   walk(root, [&](const Path&, json_object* value) {
     const json_type type = json_object_get_type(value);
@@ -91,20 +99,23 @@ int64_t valuesIn(json_object* root) {
   return count;
 }
 
+// One area's row. An area that cannot be loaded has its trouble for a state and does not end the
+// list.
 std::vector<Cell> areaRow(const std::string& name) {
-  const Target target(name);
-  if (!exists(target.file)) {
-    return {name, target.file, Cell(), Cell("missing", Ink::kBad), Cell()};
+  const AreaOrFile chosen(name);
+  if (!exists(chosen.file)) {
+    return {name, chosen.file, Cell(), Cell("missing", Ink::kBad), Cell()};
   }
   try {
-    const Document document(target);
-    return {name, target.file, static_cast<int64_t>(document.text().size()), Cell("ok", Ink::kGood),
-            valuesIn(document.root())};
+    const LoadedFile document(chosen);
+    return {name, chosen.file, static_cast<int64_t>(document.text().size()), Cell("ok", Ink::kGood),
+            countScalars(document.root())};
   } catch (const Failure& failure) {
-    return {name, target.file, Cell(), Cell(failure.what(), Ink::kBad), Cell()};
+    return {name, chosen.file, Cell(), Cell(failure.what(), Ink::kBad), Cell()};
   }
 }
 
+// Loads every area, to tell whether it can be.
 void areas(Context& context, const ListOptions& options) {
   Report report({"area", "file", "bytes", "state", "values"});
   for (const std::string& name : areaNames()) {
@@ -113,10 +124,13 @@ void areas(Context& context, const ListOptions& options) {
   report.print(context.out, options.json);
 }
 
+// One row for each message of the area.
 void addLabels(Report& report, unsigned int area) {
   int64_t message = 0;
   for (const std::string& label : labelsOf(area)) {
     const auto index = static_cast<unsigned int>(message);
+    // A name too long for the library is null: then there is no such file either. Both names stand
+    // in a buffer of their own operation, so the second does not overwrite the first.
     const char* const file = LocalDbCtrl::getFileName(area, index);
     const bool hasFile = file != nullptr && exists(file);
     const char* const schema = LocalDbCtrl::getSchemaFile(area, index);
@@ -125,6 +139,7 @@ void addLabels(Report& report, unsigned int area) {
   }
 }
 
+// The messages of one area, or of all when none is named.
 void labels(Context& context, const ListOptions& options) {
   Report report({"area", "message", "label", "document", "schema"});
   for (unsigned int area = 0; area < areaNames().size(); ++area) {
@@ -146,7 +161,7 @@ void addListingCommands(CLI::App& app, Context& context) {
       "  hearth find --string network vlan 10\n"
       "  hearth find wifi enabled false | while read -r p; do hearth set wifi \"$p\" true; done",
       findValue);
-  finding.app->add_option("AREA|FILE", finding.options.target, "an area, or a JSON file")
+  finding.app->add_option("AREA|FILE", finding.options.areaOrFile, "an area, or a JSON file")
       ->required();
   finding.app->add_option("KEY", finding.options.key, "the name of the member")->required();
   addValueOptions(*finding.app, finding.options.value, ValueUse::kSought);

@@ -1,8 +1,13 @@
-// import and export: a whole database in, a whole database out.
+// import and export: the commands that replace a whole database and write one out.
+//
+// Both check the database against AREA_SCHEMA.ldb, where the area has one, before anything is
+// written. Import does not load what is there, so it also replaces a database that is broken.
 #include "hearth/local_db_ctrl.h"
 #include "tools/command/command.h"
 #include "tools/document/area.h"
-#include "tools/document/document.h"
+#include "tools/document/folder_lock.h"
+#include "tools/document/input.h"
+#include "tools/document/loaded_file.h"
 #include "tools/document/schema_check.h"
 #include "tools/terminal/json_text.h"
 #include "tools/terminal/text.h"
@@ -16,7 +21,8 @@ struct TransferOptions {
   bool noSchema = false;
 };
 
-// Throws a Failure when the database does not conform.
+// Throws a Failure when the database does not conform to the area's schema. An area without one
+// gets a note. `name` is what messages call the database.
 void checkDatabase(unsigned int area, const std::string& name, TreeMapObject& database) {
   const std::string schema = databaseSchemaFile(area);
   if (!exists(schema)) {
@@ -31,14 +37,16 @@ void checkDatabase(unsigned int area, const std::string& name, TreeMapObject& da
   }
 }
 
+// The new database must be plain JSON, or the save would drop part of it, and an object or an
+// array.
 void importArea(Context& /*context*/, const TransferOptions& options) {
   const unsigned int area = areaOf(options.area);
   const std::string name = options.file == "-" ? "standard input" : inQuotes(options.file);
   const std::string text = readWhole(options.file);
   const Handle database = parse(text, options.file);
-  const std::string loose = looseness(text);
-  if (!loose.empty()) {
-    throw Failure(Exit::kIo, name + ": is not plain JSON: " + loose);
+  const std::string whyNot = whyNotPlainJson(text);
+  if (!whyNot.empty()) {
+    throw Failure(Exit::kIo, name + ": is not plain JSON: " + whyNot);
   }
   if (json_object_is_type(database->jobj, json_type_object) == 0 &&
       json_object_is_type(database->jobj, json_type_array) == 0) {
@@ -47,14 +55,17 @@ void importArea(Context& /*context*/, const TransferOptions& options) {
   if (!options.noSchema) {
     checkDatabase(area, name, *database);
   }
+  // Saved as a file and not as an area, which would have to be loaded first.
   const std::string file = databaseFile(area);
   const FolderLock lock(file);
   saveAs(file, *database);
 }
 
+// Goes through the library's load, so what is exported is what the backend would work with. A file
+// is saved as the library saves; standard output gets JSON for people.
 void exportArea(Context& context, const TransferOptions& options) {
   const unsigned int area = areaOf(options.area);
-  const Document document{Target(API_DATA_DIR[area])};
+  const LoadedFile document{AreaOrFile(API_DATA_DIR[area])};
   if (!options.noSchema) {
     checkDatabase(area, inQuotes(options.area), document.handle());
   }
@@ -65,6 +76,7 @@ void exportArea(Context& context, const TransferOptions& options) {
   }
 }
 
+// Both commands take the same words; only import needs the file.
 void addTransfer(const Command<TransferOptions>& command, const char* fileHelp, bool isRequired) {
   command.app->add_option("AREA", command.options.area, "the area")->required();
   command.app->add_option("FILE", command.options.file, fileHelp)->required(isRequired);

@@ -1,3 +1,6 @@
+// The names of areas and messages come from the library's own tables, so the command can never know
+// others than the backend. A word that no table has ends the command with the nearest one that
+// does.
 #include "tools/document/area.h"
 
 #include <sys/stat.h>
@@ -12,7 +15,7 @@
 namespace hearth::tool {
 namespace {
 
-// The end of an area's labels: what COMM_LABEL says past the end of a table.
+// COMM_LABEL tells no count; past the end of an area's table it answers this.
 constexpr char kNoLabel[] = "unknown";
 
 }  // namespace
@@ -36,6 +39,19 @@ unsigned int areaOf(const std::string& name) {
   return area;
 }
 
+// A word with neither dot nor slash that names no file is more likely a misspelt area than a file
+// that is missing, so the message speaks of areas. Any other word is a file, there or not.
+AreaOrFile::AreaOrFile(const std::string& text) : name(text), file(text) {
+  isArea = findArea(text, area);
+  if (isArea) {
+    file = databaseFile(area);
+  } else if (text.find_first_of("./") == std::string::npos && !exists(text)) {
+    throw Failure(Exit::kUsage, "no area and no file " + inQuotes(text) +
+                                    didYouMean(text, areaNames()) +
+                                    " ('hearth areas' lists the areas)");
+  }
+}
+
 std::string databaseFile(unsigned int area) {
   const char* const name = LocalDbCtrl::getFileName(area);
   if (name == nullptr) {
@@ -46,6 +62,7 @@ std::string databaseFile(unsigned int area) {
   return name;
 }
 
+// wifi.ldb has its schema beside it, in wifi_SCHEMA.ldb.
 std::string databaseSchemaFile(unsigned int area) {
   const std::string file = databaseFile(area);
   return file.substr(0, file.rfind('.')) + "_SCHEMA.ldb";
@@ -59,13 +76,14 @@ std::vector<std::string> labelsOf(unsigned int area) {
   return labels;
 }
 
+// Tries the labels first, then the number.
 unsigned int messageOf(unsigned int area, const std::string& text) {
   const std::vector<std::string> labels = labelsOf(area);
   const auto found = std::find(labels.begin(), labels.end(), text);
   if (found != labels.end()) {
     return static_cast<unsigned int>(found - labels.begin());
   }
-  constexpr std::size_t kMostDigits = 4;
+  constexpr std::size_t kMostDigits = 4;  // so that std::stoul cannot overflow
   if (!text.empty() && text.size() <= kMostDigits &&
       text.find_first_not_of("0123456789") == std::string::npos &&
       std::stoul(text) < labels.size()) {
@@ -76,6 +94,8 @@ unsigned int messageOf(unsigned int area, const std::string& text) {
                                   API_DATA_DIR[area] + "' lists them)");
 }
 
+// True for anything that can be reached under the name, a folder included; reading it tells the
+// rest.
 bool exists(const std::string& file) {
   struct stat status;
   return stat(file.c_str(), &status) == 0;

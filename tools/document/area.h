@@ -1,4 +1,4 @@
-// Areas and messages by name, as the command line gives them.
+// Areas, messages and files by the names that the command line gives them.
 #ifndef HEARTH_TOOLS_DOCUMENT_AREA_H
 #define HEARTH_TOOLS_DOCUMENT_AREA_H
 
@@ -11,11 +11,22 @@ namespace hearth::tool {
 
 [[nodiscard]] std::vector<std::string> areaNames();
 
-// False when no area has this name.
+// Gives the area of this name. False when there is none.
 [[nodiscard]] bool findArea(const std::string& name, unsigned int& area);
 
-// The same, throwing a Failure that suggests a name.
+// The area of this name. Throws a Failure that suggests a name when there is none.
 [[nodiscard]] unsigned int areaOf(const std::string& name);
+
+// An area's database, or else a JSON file: what the argument AREA|FILE stands for.
+struct AreaOrFile {
+  // "wifi" is the area, "./wifi" a file. Throws a Failure for text that is neither.
+  explicit AreaOrFile(const std::string& text);
+
+  std::string name;  // as given
+  std::string file;
+  unsigned int area = 0;  // only where isArea is true
+  bool isArea = false;
+};
 
 // The area's database file, and the file in which the schema of a whole database may stand. Throws
 // a Failure when the data location makes the name too long.

@@ -1,3 +1,8 @@
+// Reading and parsing are the library's own, from base/; what is added here is the message that a
+// person needs: which file, what is wrong with it, and for JSON the line and column.
+//
+// A text is parsed in one of two ways. Loosely, as the library does, to have its value; strictly to
+// learn whether the text holds anything that the value does not.
 #include "tools/document/input.h"
 
 #include <sys/stat.h>
@@ -16,18 +21,20 @@
 namespace hearth::tool {
 namespace {
 
-constexpr std::size_t kLargest = 256U << 20;
+constexpr std::size_t kMostBytes = 256U << 20;
 
+// "-" in messages is what it stands for.
 [[noreturn]] void failToRead(const std::string& file, const std::string& why) {
   throw Failure(Exit::kIo, (file == "-" ? "standard input" : inQuotes(file)) + ": " + why);
 }
 
+// Tells which of the things that are no regular files a file is.
 bool isFolder(const std::string& file) {
   struct stat status;
   return stat(file.c_str(), &status) == 0 && S_ISDIR(status.st_mode);
 }
 
-// The text that a reading gave; a failure with the file's name for every other outcome.
+// The text that was read. Throws a Failure with the file's name for every other outcome.
 std::string textOf(const FileContents& contents, FileReading reading, const std::string& file) {
   switch (reading) {
     case FileReading::kRead:
@@ -45,7 +52,8 @@ std::string textOf(const FileContents& contents, FileReading reading, const std:
   failToRead(file, strerror(errno));
 }
 
-ParsedJson parsed(const std::string& text, int flags) {
+// Where memory runs out nothing is known about the text, so that is no answer about it.
+ParsedJson parseInMemory(const std::string& text, int flags) {
   ParsedJson parsed = parseJson(text, flags);
   if (parsed.isOutOfMemory) {
     throw std::bad_alloc();
@@ -53,7 +61,8 @@ ParsedJson parsed(const std::string& text, int flags) {
   return parsed;
 }
 
-std::string placeOf(const std::string& text, std::size_t end) {
+// Names the position `end` of the text as editors do, from 1, columns in characters.
+std::string lineAndColumn(const std::string& text, std::size_t end) {
   const std::string_view before(text.data(), std::min(end, text.size()));
   const auto line = std::count(before.begin(), before.end(), '\n') + 1;
   const std::size_t start = before.rfind('\n') + 1;  // npos + 1 is 0
@@ -61,7 +70,9 @@ std::string placeOf(const std::string& text, std::size_t end) {
          std::to_string(columns(before.substr(start)) + 1);
 }
 
-std::string explained(json_tokener_error error) {
+// json-c's words serve for all but two errors: a text that ends inside a value is to json-c one
+// that may go on, and the depth is more useful with its number.
+std::string inWords(json_tokener_error error) {
   switch (error) {
     case json_tokener_continue:
       return "the text ends too early";
@@ -76,17 +87,17 @@ std::string explained(json_tokener_error error) {
 
 std::string readWhole(const std::string& file) {
   FileContents contents;
-  const FileReading reading = file == "-" ? contents.readToEnd(STDIN_FILENO, 0, kLargest)
-                                          : contents.readFile(file.c_str(), kLargest);
+  const FileReading reading = file == "-" ? contents.readToEnd(STDIN_FILENO, 0, kMostBytes)
+                                          : contents.readFile(file.c_str(), kMostBytes);
   return textOf(contents, reading, file);
 }
 
 Handle parse(const std::string& text, const std::string& name, bool mayBeNull) {
-  ParsedJson document = parsed(text, 0);
+  ParsedJson document = parseInMemory(text, 0);
   if (!document.isValid()) {
     throw Failure(Exit::kIo, (name == "-" ? "standard input" : inQuotes(name)) +
-                                 ": not JSON: " + explained(document.error) + " (" +
-                                 placeOf(text, document.end) + ")");
+                                 ": not JSON: " + inWords(document.error) + " (" +
+                                 lineAndColumn(text, document.end) + ")");
   }
   if (document.value == nullptr && !mayBeNull) {
     failToRead(name, "holds null, which is no document");
@@ -98,12 +109,12 @@ Handle readJson(const std::string& file) {
   return parse(readWhole(file), file);
 }
 
-std::string looseness(const std::string& text) {
-  const ParsedJson document = parsed(text, JSON_TOKENER_STRICT | JSON_TOKENER_VALIDATE_UTF8);
+std::string whyNotPlainJson(const std::string& text) {
+  const ParsedJson document = parseInMemory(text, JSON_TOKENER_STRICT | JSON_TOKENER_VALIDATE_UTF8);
   if (document.isValid()) {
     return "";
   }
-  return explained(document.error) + " (" + placeOf(text, document.end) + ")";
+  return inWords(document.error) + " (" + lineAndColumn(text, document.end) + ")";
 }
 
 }  // namespace hearth::tool

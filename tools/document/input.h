@@ -1,4 +1,4 @@
-// Files and standard input as they come in: read whole, and parsed with an error that says where.
+// Reads files and standard input whole, and parses JSON with errors that say where they are.
 #ifndef HEARTH_TOOLS_DOCUMENT_INPUT_H
 #define HEARTH_TOOLS_DOCUMENT_INPUT_H
 
@@ -19,12 +19,13 @@ using Handle = std::unique_ptr<TreeMapObject>;
 [[nodiscard]] Handle parse(const std::string& text, const std::string& name,
                            bool mayBeNull = false);
 
-// Both.
+// Reads and parses a file, or standard input for "-".
 [[nodiscard]] Handle readJson(const std::string& file);
 
-// What the library overlooks when it reads the text, and would drop when it saves: comments, text
-// behind the value, bytes that are no UTF-8 and the like, in a few words. Empty for plain JSON.
-[[nodiscard]] std::string looseness(const std::string& text);
+// Says in a few words what keeps the text from being plain JSON: comments, text behind the value,
+// bytes that are no UTF-8 and the like. The library overlooks these when it reads, and would drop
+// them when it saves. Empty for plain JSON.
+[[nodiscard]] std::string whyNotPlainJson(const std::string& text);
 
 }  // namespace hearth::tool
 

@@ -1,3 +1,6 @@
+// The verdict, yes or no, comes from the validation that the backend uses; the search for
+// violations is asked only afterwards, to explain a no. So the command can never contradict the
+// backend, even with a platform's validator, which explains little.
 #include "tools/document/schema_check.h"
 
 #include "hearth/json_data.h"
@@ -9,7 +12,8 @@
 namespace hearth::tool {
 namespace {
 
-bool take(void* context, const Violation& violation) {
+// Receives the violations for findViolations; false ends the search, since one is enough.
+bool keepViolation(void* context, const Violation& violation) {
   Verdict& verdict = *static_cast<Verdict*>(context);
   verdict.pointer = violation.place;
   verdict.rule = violation.rule;
@@ -18,11 +22,12 @@ bool take(void* context, const Violation& violation) {
   return false;
 }
 
-// The validation of documents says whether; the violation says why not.
+// Completes a verdict: finds the first violation when the document does not conform.
 Verdict verdictOn(bool conforms, json_object* document, json_object* schema) {
   Verdict verdict;
   verdict.conforms = conforms;
-  if (!conforms && findViolations(document, schema, 1, take, &verdict) != Conformance::kConforms) {
+  if (!conforms &&
+      findViolations(document, schema, 1, keepViolation, &verdict) != Conformance::kConforms) {
     verdict.where = pathOfPointer(document, verdict.pointer).shown();
   }
   return verdict;
@@ -44,6 +49,8 @@ Verdict checkAgainst(TreeMapObject& document, const std::string& schemaFile) {
   return verdictOn(conforms, document.jobj, schema->jobj);
 }
 
+// A schema is checked as any document is, by a schema that only refers to the metaschema. A schema
+// that names no draft is checked as draft-07, as which the library validates it.
 Verdict checkSchema(TreeMapObject& schema) {
 #if HEARTH_TOOLS_KNOW_METASCHEMAS
   const char* const named = schema.get<const char*>("$schema");

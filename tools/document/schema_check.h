@@ -1,4 +1,4 @@
-// Whether a value conforms to a schema file, and which rule it breaks first if not.
+// Checks a value against a schema file, and says which rule it breaks first.
 #ifndef HEARTH_TOOLS_DOCUMENT_SCHEMA_CHECK_H
 #define HEARTH_TOOLS_DOCUMENT_SCHEMA_CHECK_H
 
@@ -10,7 +10,8 @@ namespace hearth::tool {
 
 struct Verdict {
   bool conforms = true;
-  // Of the first violation; empty when it conforms. A platform's validator knows no rule.
+  // The first violation; all empty when the value conforms. With a platform's validator rule and
+  // keyword are always empty, for it knows neither.
   std::string where;    // path of the value at fault, "the document" for all of it
   std::string pointer;  // the same as a JSON pointer
   std::string rule;     // JSON pointer into the schema
@@ -24,8 +25,8 @@ struct Verdict {
 // Throws a Failure when the schema file cannot be read or parsed.
 [[nodiscard]] Verdict checkAgainst(TreeMapObject& document, const std::string& schemaFile);
 
-// Whether a schema is one by the rules of its own draft. A platform's validator may not know those:
-// then every schema is.
+// Checks a schema against the metaschema of its own draft. A platform's validator may not know the
+// metaschemas: then every schema conforms.
 [[nodiscard]] Verdict checkSchema(TreeMapObject& schema);
 
 }  // namespace hearth::tool

@@ -1,3 +1,9 @@
+// The type of a value is decided by the first of these that applies:
+//   --from FILE          the file is JSON, and so has types
+//   --string, --int ...  the user says it
+//   a value is replaced  its type stays
+//   otherwise            what the text looks like: a number, a word of JSON, or else a text
+// A text that does not fit its type is refused, never stored as something else.
 #include "tools/document/value.h"
 
 #include "base/utf8.h"
@@ -8,7 +14,7 @@
 namespace hearth::tool {
 namespace {
 
-// The types that a value can be told to have.
+// A type that an option gives to a value, and what messages call it.
 struct NamedType {
   ValueOptions::Type type;
   const char* option;
@@ -23,6 +29,7 @@ constexpr NamedType kTypes[] = {
     {ValueOptions::kJson, "--json", "VALUE is JSON: null, {...}, [...], \"...\"", "JSON"},
 };
 
+// The type in messages, with its article.
 const char* nameOf(ValueOptions::Type type) {
   for (const NamedType& row : kTypes) {
     if (row.type == type) {
@@ -32,6 +39,7 @@ const char* nameOf(ValueOptions::Type type) {
   return "a value";
 }
 
+// The type that an option would give to this value. Null, objects and arrays are kJson.
 ValueOptions::Type typeOf(json_object* value) {
   switch (json_object_get_type(value)) {
     case json_type_string:
@@ -47,12 +55,14 @@ ValueOptions::Type typeOf(json_object* value) {
   }
 }
 
-// Plain JSON that is null, a boolean or a number which the parser keeps as it is written.
+// True for null, a boolean or a number that the parser keeps as it is written. An integer that 64
+// bits do not hold is none: the parser makes another number of it, so it stays a text.
 bool isScalarText(const std::string& text) {
   if (text == "null" || text == "true" || text == "false") {
     return true;
   }
-  if (text.find_first_not_of("0123456789+-.eE") != std::string::npos || !looseness(text).empty()) {
+  if (text.find_first_not_of("0123456789+-.eE") != std::string::npos ||
+      !whyNotPlainJson(text).empty()) {
     return false;
   }
   const Handle value = parse(text, text);
@@ -65,7 +75,8 @@ Handle newString(const std::string& text) {
       json_object_new_string_len(text.data(), static_cast<int>(text.size())));
 }
 
-Handle inferred(const std::string& text) {
+// The value that the text looks like.
+Handle makeInferred(const std::string& text) {
   if (isScalarText(text)) {
     return parse(text, text, true);
   }
@@ -76,18 +87,21 @@ Handle inferred(const std::string& text) {
   throw Failure(Exit::kUsage, "value " + inQuotes(text) + " " + why);
 }
 
-Handle ofType(const std::string& text, ValueOptions::Type type) {
+// The value of exactly this type. Throws a Failure when the text cannot be that.
+Handle makeOfType(const std::string& text, ValueOptions::Type type) {
   if (type == ValueOptions::kString) {
     return newString(text);
   }
   if (type == ValueOptions::kJson) {
-    const std::string loose = looseness(text);
-    if (!loose.empty()) {
-      failOnType(text, "is not JSON: " + loose);
+    const std::string whyNot = whyNotPlainJson(text);
+    if (!whyNot.empty()) {
+      failOnType(text, "is not JSON: " + whyNot);
     }
     return parse(text, text, true);
   }
-  Handle value = inferred(text);
+  Handle value = makeInferred(text);
+  // A double may be written as an integer; it is kept and saved as "5.0", so that it stays a
+  // double.
   if (type == ValueOptions::kDouble && json_object_is_type(value->jobj, json_type_int) != 0) {
     return std::make_unique<TreeMapObject>(
         json_object_new_double_s(std::stod(text), (text + ".0").c_str()));
@@ -98,35 +112,39 @@ Handle ofType(const std::string& text, ValueOptions::Type type) {
   return value;
 }
 
-Handle replacing(json_object* old, const std::string& text) {
+// The value with the type of the one that it replaces. Changing a type, or replacing an object or
+// an array by a scalar, takes an option, for it is more often a mistake.
+Handle makeInPlaceOf(json_object* old, const std::string& text) {
   const ValueOptions::Type type = typeOf(old);
   const std::string present = "would replace " + described(old) + "; ";
   if (type == ValueOptions::kJson) {
     failOnType(text, present + "say --json, or which type it is, to do so");
   }
   try {
-    return ofType(text, type);
+    return makeOfType(text, type);
   } catch (const Failure&) {
     failOnType(text, present + "say which type it is (--string, --int, ...) to do so");
   }
 }
 
-Handle valueIn(const std::string& file) {
+// The value in the file of --from. It may be JSON's null, but nothing of the text may be lost.
+Handle readValue(const std::string& file) {
   const std::string text = readWhole(file);
   Handle value = parse(text, file, true);
-  const std::string loose = looseness(text);
-  if (!loose.empty()) {
-    throw Failure(Exit::kIo, inQuotes(file) + ": is not plain JSON: " + loose);
+  const std::string whyNot = whyNotPlainJson(text);
+  if (!whyNot.empty()) {
+    throw Failure(Exit::kIo, inQuotes(file) + ": is not plain JSON: " + whyNot);
   }
   return value;
 }
 
 }  // namespace
 
+// VALUE stays optional where --from may stand for it; GivenValue tells when both are missing.
 void addValueOptions(CLI::App& command, ValueOptions& options, ValueUse use) {
   CLI::Option* const value = command.add_option("VALUE", options.text, "the value");
   value->option_text(" ");
-  constexpr char kGroup[] = "The type of VALUE";
+  constexpr char kGroup[] = "The type of VALUE";  // of options, in the help
   std::vector<CLI::Option*> types;
   for (const NamedType& row : kTypes) {
     if (row.type != ValueOptions::kJson || use == ValueUse::kStored) {
@@ -144,6 +162,7 @@ void addValueOptions(CLI::App& command, ValueOptions& options, ValueUse use) {
             ->option_text("FILE")
             ->excludes(value));
   }
+  // At most one of them on a command line.
   for (CLI::Option* const type : types) {
     type->group(kGroup);
     for (CLI::Option* const other : types) {
@@ -154,27 +173,28 @@ void addValueOptions(CLI::App& command, ValueOptions& options, ValueUse use) {
   }
 }
 
-Value::Value(const ValueOptions& options) : options_(options) {
+// Reading the file comes first, before any lock is taken: standard input may take its time.
+GivenValue::GivenValue(const ValueOptions& options) : options_(options) {
   if (!options.from.empty()) {
-    read_ = valueIn(options.from);
-  } else if (!options.text) {
+    read_ = readValue(options.from);
+  } else if (!options.text.has_value()) {
     throw Failure(Exit::kUsage, "VALUE is missing (put -- before one that begins with -)");
   } else if (!isUtf8(*options.text)) {
     failOnType(*options.text, "is not UTF-8; texts in JSON are");
   }
 }
 
-Handle Value::make(json_object* replaced) const {
+Handle GivenValue::make(json_object* replaced) const {
   if (read_ != nullptr) {
     return std::make_unique<TreeMapObject>(json_object_get(read_->jobj));
   }
   if (options_.type != ValueOptions::kInferred) {
-    return ofType(*options_.text, options_.type);
+    return makeOfType(*options_.text, options_.type);
   }
   if (replaced != nullptr) {
-    return replacing(replaced, *options_.text);
+    return makeInPlaceOf(replaced, *options_.text);
   }
-  return inferred(*options_.text);
+  return makeInferred(*options_.text);
 }
 
 }  // namespace hearth::tool

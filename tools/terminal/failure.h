@@ -16,7 +16,8 @@ enum class Exit : int {
   kConflict = 4,  // somebody else is changing the file
 };
 
-// The text says what is wrong, where, and what to do; whoever prints it adds the rest of the line.
+// Ends a command. The text says what is wrong, where, and what to do; main puts "hearth: " in
+// front. An empty text ends it without a line.
 class Failure : public std::runtime_error {
  public:
   Failure(Exit exit, const std::string& text) : std::runtime_error(text), exit_(exit) {}

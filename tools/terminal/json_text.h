@@ -13,14 +13,15 @@ namespace hearth::tool {
 
 enum class Layout { kIndented, kOneLine };
 
-// The value must be as shallow as a parser reads it.
+// The value as JSON, coloured where `out` has colours, without a line feed at the end. Requires a
+// value nested no deeper than the parser reads.
 [[nodiscard]] std::string jsonText(json_object* value, const Output& out,
                                    Layout layout = Layout::kIndented);
 
 // A word for the value's type, with its article: "an object", "a string", "null".
 [[nodiscard]] const char* typeName(json_object* value);
 
-// The same with its extent: "an array of 2 elements".
+// The type with its extent: "an array of 2 elements".
 [[nodiscard]] std::string described(json_object* value);
 
 }  // namespace hearth::tool

@@ -1,3 +1,5 @@
+// A table's columns are as wide as their widest cell, in characters, two blanks apart; the last one
+// is not filled up. Widths are of the text alone: the codes for colours take no room on a terminal.
 #include "tools/terminal/report.h"
 
 #include <algorithm>
@@ -9,23 +11,25 @@
 namespace hearth::tool {
 namespace {
 
-// One line of the table, always: a value from a file may hold anything.
+// The cell in a table. Escaped, so that a value from a file, which may hold anything, neither
+// breaks the line nor drives the terminal.
 std::string shown(const Cell& cell) {
-  if (const auto* const yes = std::get_if<bool>(&cell.value)) {
+  if (const auto* const yes = std::get_if<bool>(&cell.value); yes != nullptr) {
     return *yes ? "yes" : "-";
   }
-  if (const auto* const number = std::get_if<int64_t>(&cell.value)) {
+  if (const auto* const number = std::get_if<int64_t>(&cell.value); number != nullptr) {
     return std::to_string(*number);
   }
   const auto* const text = std::get_if<std::string>(&cell.value);
   return text == nullptr ? "-" : escaped(*text, Escapes::kTerminal);
 }
 
+// The cell in JSON, for the caller to own. No value is null there.
 json_object* jsonOf(const Cell& cell) {
-  if (const auto* const yes = std::get_if<bool>(&cell.value)) {
+  if (const auto* const yes = std::get_if<bool>(&cell.value); yes != nullptr) {
     return json_object_new_boolean(*yes ? 1 : 0);
   }
-  if (const auto* const number = std::get_if<int64_t>(&cell.value)) {
+  if (const auto* const number = std::get_if<int64_t>(&cell.value); number != nullptr) {
     return json_object_new_int64(*number);
   }
   const auto* const text = std::get_if<std::string>(&cell.value);
@@ -43,6 +47,7 @@ void Report::print(Output& out, bool asJson) const {
   }
 }
 
+// Two passes over the rows: the first measures the columns, the second prints.
 void Report::printTable(Output& out) const {
   std::vector<std::size_t> widths;
   for (std::size_t i = 0; i < names_.size(); ++i) {
@@ -52,6 +57,7 @@ void Report::printTable(Output& out) const {
     }
     widths.push_back(width);
   }
+  // Names and rows are printed alike: both are texts and inks by column.
   const auto line = [&](const auto& textAt, const auto& inkAt) {
     std::string text;
     for (std::size_t i = 0; i < names_.size(); ++i) {
@@ -70,6 +76,7 @@ void Report::printTable(Output& out) const {
   }
 }
 
+// The array takes each object over, and an object each value.
 void Report::printJson(Output& out) const {
   TreeMapObject array(true);
   for (const std::vector<Cell>& row : rows_) {

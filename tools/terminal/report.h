@@ -1,4 +1,4 @@
-// Rows that a person reads as a table and a program as a JSON array of objects.
+// A report: rows that a person reads as a table and a program as a JSON array of objects.
 #ifndef HEARTH_TOOLS_TERMINAL_REPORT_H
 #define HEARTH_TOOLS_TERMINAL_REPORT_H
 
@@ -11,7 +11,8 @@
 
 namespace hearth::tool {
 
-// No value, a switch, a number or a text; and how the table shows it.
+// One value of a row: none, a switch, a number or a text; and the ink that the table shows it in.
+// The constructors convert without a word, so that a row is written as a plain list of values.
 struct Cell {
   Cell() = default;
   Cell(bool yes) : value(yes) {}                              // NOLINT(*-explicit-*)
@@ -27,10 +28,11 @@ class Report {
  public:
   explicit Report(std::vector<const char*> columnNames) : names_(std::move(columnNames)) {}
 
-  // As many cells as there are columns.
+  // Adds a row of as many cells as there are columns.
   void add(std::vector<Cell> row) { rows_.push_back(std::move(row)); }
   bool isEmpty() const { return rows_.empty(); }
 
+  // Prints a table with a line of names on top, or JSON with the names as member names.
   void print(Output& out, bool asJson) const;
 
  private:

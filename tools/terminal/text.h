@@ -1,4 +1,4 @@
-// Text from files and arguments: any bytes, which must do no harm on a terminal.
+// Makes text from files and arguments, which may be any bytes, fit for messages and terminals.
 #ifndef HEARTH_TOOLS_TERMINAL_TEXT_H
 #define HEARTH_TOOLS_TERMINAL_TEXT_H
 
@@ -9,8 +9,8 @@
 
 namespace hearth::tool {
 
-// What is written in place of a character that a terminal would obey instead of show (control
-// characters, also those that turn the direction of writing) and of a byte that is no UTF-8.
+// How to write a character that a terminal would obey instead of show (control characters, also
+// those that turn the direction of writing), and a byte that is no UTF-8.
 enum class Escapes {
   kTerminal,  // "\n", "\x1b", "\u202e": for people
   kJson,      // "\u001b": stays the same JSON text; a byte that is no UTF-8 is left as it is
