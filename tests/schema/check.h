@@ -11,8 +11,7 @@
 #include "base/json_ref.h"
 #include "schema/validate.h"
 
-namespace hearth {
-namespace schema {
+namespace hearth::schema {
 
 // Parses also what is nested deeper than a file may be. The text "null" gives null.
 inline JsonRef parsed(const std::string& text) {
@@ -61,7 +60,7 @@ inline void checkEach(const Case& row, const char* instances, bool expected) {
   const JsonRef list = parsed(instances);
   for (const char* digit = row.drafts; *digit; ++digit) {
     const auto draft = static_cast<Draft>(std::string(kDigits).find(*digit));
-    for (size_t i = 0; i < json_object_array_length(list.get()); ++i) {
+    for (std::size_t i = 0; i < json_object_array_length(list.get()); ++i) {
       json_object* const instance = json_object_array_get_idx(list.get(), i);
       Violation violation;
       EXPECT_EQ(validate(instance, schema.get(), &violation, draft), expected)
@@ -81,7 +80,6 @@ inline void check(std::initializer_list<Case> rows) {
   }
 }
 
-}  // namespace schema
-}  // namespace hearth
+}  // namespace hearth::schema
 
 #endif

@@ -2,8 +2,7 @@
 // their neighbours, anchors, and what counts as looked at.
 #include "check.h"
 
-namespace hearth {
-namespace schema {
+namespace hearth::schema {
 namespace {
 
 TEST(Drafts, VoidTheNeighboursOfAReferenceOrNot) {
@@ -113,5 +112,4 @@ TEST(Drafts, HaveKeywordsOf2019) {
 }
 
 }  // namespace
-}  // namespace schema
-}  // namespace hearth
+}  // namespace hearth::schema

@@ -11,8 +11,7 @@
 
 #include "check.h"
 
-namespace hearth {
-namespace schema {
+namespace hearth::schema {
 namespace {
 
 namespace fs = std::filesystem;
@@ -78,7 +77,7 @@ Draft draftToTest(const std::string& file, json_object* schema, Draft draft) {
 void runGroup(const std::string& file, json_object* group, Draft folder, Score* score) {
   const Draft draft = draftToTest(file, member(group, "schema"), folder);
   json_object* const tests = member(group, "tests");
-  for (size_t i = 0; i < json_object_array_length(tests); ++i) {
+  for (std::size_t i = 0; i < json_object_array_length(tests); ++i) {
     json_object* const test = json_object_array_get_idx(tests, i);
     if (isLeftOut(draft, file, text(group, "description"), text(test, "description"))) {
       continue;
@@ -114,7 +113,7 @@ TEST_P(SuiteTest, Passes) {
       const std::string file = fs::relative(entry.path(), folder).string();
       const JsonRef groups(json_object_from_file(entry.path().c_str()));
       ASSERT_TRUE(groups) << entry.path();
-      for (size_t i = 0; i < json_object_array_length(groups.get()); ++i) {
+      for (std::size_t i = 0; i < json_object_array_length(groups.get()); ++i) {
         runGroup(file, json_object_array_get_idx(groups.get(), i), GetParam().draft,
                  file.find("optional/") == 0 ? &optional : &required);
       }
@@ -131,5 +130,4 @@ INSTANTIATE_TEST_SUITE_P(Drafts, SuiteTest,
                                          Folder{"draft2020-12", Draft::k2020}));
 
 }  // namespace
-}  // namespace schema
-}  // namespace hearth
+}  // namespace hearth::schema

@@ -2,8 +2,7 @@
 #include "check.h"
 #include "schema/format/punycode.h"
 
-namespace hearth {
-namespace schema {
+namespace hearth::schema {
 namespace {
 
 #define D4 R"("$schema":"http://json-schema.org/draft-04/schema#",)"
@@ -266,19 +265,18 @@ TEST(Validate, KnowsPunycode) {
   };
   for (const auto& [ascii, text] : rows) {
     std::string encoded, decoded;
-    EXPECT_TRUE(encodePunycode(text, &encoded) && encoded == ascii) << encoded;
-    EXPECT_TRUE(decodePunycode(ascii, &decoded) && decoded == text) << decoded;
+    EXPECT_TRUE(encodePunycode(text, encoded) && encoded == ascii) << encoded;
+    EXPECT_TRUE(decodePunycode(ascii, decoded) && decoded == text) << decoded;
   }
   const std::string tooLong(64, 'a');
   std::string out;
   for (const char* const bad :
        {"a-b", "é", "99999999999", "ihqwcrb4cv8a8dqg056pqjy.", tooLong.c_str(), "en32g"}) {
-    EXPECT_FALSE(decodePunycode(bad, &out)) << bad;
+    EXPECT_FALSE(decodePunycode(bad, out)) << bad;
   }
-  EXPECT_FALSE(encodePunycode(tooLong + "ä", &out));
-  EXPECT_FALSE(encodePunycode("\xC0\xAF", &out));
+  EXPECT_FALSE(encodePunycode(tooLong + "ä", out));
+  EXPECT_FALSE(encodePunycode("\xC0\xAF", out));
 }
 
 }  // namespace
-}  // namespace schema
-}  // namespace hearth
+}  // namespace hearth::schema

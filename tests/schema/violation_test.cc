@@ -4,8 +4,7 @@
 #include "check.h"
 #include "tests/support/scratch.h"
 
-namespace hearth {
-namespace schema {
+namespace hearth::schema {
 namespace {
 
 struct Told {
@@ -189,5 +188,4 @@ TEST(Violation, EndsSoonOnASmallStack) {
 }
 
 }  // namespace
-}  // namespace schema
-}  // namespace hearth
+}  // namespace hearth::schema

@@ -16,7 +16,7 @@ using schema::repeated;
 struct Told {
   std::vector<std::string> violations;
   std::string sentence;
-  size_t wanted = SIZE_MAX;
+  std::size_t wanted = SIZE_MAX;
 };
 
 bool take(void* context, const Violation& violation) {
@@ -97,7 +97,7 @@ TEST(Violations, TellsEachAtItsPlace) {
     Told told;
     EXPECT_EQ(find(row.instance, row.schema, &told), Conformance::kViolates) << row.schema;
     EXPECT_EQ(told.violations, row.violations) << row.schema;
-    for (size_t limit = 0; limit <= row.violations.size(); ++limit) {
+    for (std::size_t limit = 0; limit <= row.violations.size(); ++limit) {
       Told fewer;
       EXPECT_EQ(find(row.instance, row.schema, &fewer, static_cast<unsigned>(limit)),
                 Conformance::kViolates);
