@@ -1,5 +1,6 @@
-// What the drafts say differently or only the newer ones have, where schemas meet: references and
-// their neighbours, anchors, and what counts as looked at.
+// Cases in which the drafts differ, or that only the newer ones have, where schemas meet:
+// references and their neighbours, anchors, and the members and elements that count as looked at.
+// check.h says how to read a row.
 #include "check.h"
 
 namespace hearth::schema {
