@@ -55,7 +55,8 @@ TEST(Utf8, CutsBetweenCharacters) {
   };
   for (const Row& row :
        {Row{"", 3, "", 0}, Row{"abc", 3, "abc", 3}, Row{"aäb", 2, "a", 3}, Row{"aäb", 3, "aä", 3},
-        Row{"\U0001f600", 3, "", 1}, Row{"\x80\x80\x80\x80\x80\x80", 5, "\x80", 0}}) {
+        Row{"\U0001f600", 3, "", 1}, Row{"\x80\x80\x80\x80\x80\x80", 5, "\x80", 0},
+        Row{"\x80\x80\x80", 2, "", 0}}) {
     EXPECT_EQ(startOf(row.text, row.most), row.start) << row.text;
     EXPECT_EQ(countCharacters(row.text), row.characters) << row.text;
   }
