@@ -20,12 +20,14 @@
 namespace hearth::schema {
 namespace {
 
+// In bytes, of a text that a sentence quotes.
 constexpr std::size_t kLongestShown = 60;
 
 // In the order of json_type. The article belongs to the name.
 constexpr char kTypes[][11] = {"null",      "a boolean", "a number", "an integer",
                                "an object", "an array",  "a string"};
 
+// Sentences go on behind the place of the instance: "/a must be a string, but is null".
 struct FailureRow {
   Id keyword;
   const char* sentence;
@@ -59,6 +61,7 @@ constexpr FailureRow kFailures[] = {
     {Id::kNone, "does not satisfy %k"},
 };
 
+// These stand behind "cannot be checked: ".
 struct TroubleRow {
   Trouble trouble;
   char sentence[51];
@@ -130,6 +133,7 @@ class Sentence {
     return *this;
   }
 
+  // A name is quoted whole: whoever reads the sentence must be able to find the member.
   Sentence& addName(const char* name) {
     addText(name, std::string_view::npos);
     return *this;
@@ -169,7 +173,8 @@ class Sentence {
     }
   }
 
-  // json-c's own rendering would write into the value, which others may be reading.
+  // Scalars as JSON has them, containers by their size. json-c's own rendering would write into the
+  // value, which others may be reading.
   void addValue(json_object* value) {
     switch (json_object_get_type(value)) {
       case json_type_boolean:
@@ -194,10 +199,12 @@ class Sentence {
     }
   }
 
+  // "an object".
   void addType(json_object* value) { out_ += kTypes[json_object_get_type(value)]; }
 
   void addNumber(uint64_t number) { out_ += decimal(number); }
 
+  // As few digits as mean the number, whatever the locale.
   void addNumber(const Number& number) {
     if (number.isDouble) {
       char text[32];
@@ -216,6 +223,7 @@ class Sentence {
     out_ += start.size() < text.size() ? "...\"" : "\"";
   }
 
+  // "an array of 2 elements": its contents may be as long as the document.
   void addContainer(json_object* container, const char* noun) {
     const std::size_t size = sizeOf(container);
     addType(container);
@@ -288,6 +296,7 @@ std::string describeFailure(json_object* instance, Id keyword, json_object* valu
   return std::move(sentence.add(failureOf(boundOf(keyword, schema, draft))).text());
 }
 
+// A list in "dependencies" does not say which member it is for: the walk is at the list itself.
 std::string describeMissing(const char* name, Id keyword, const char* needer) {
   Sentence sentence(0, keyword, nullptr);
   sentence.add("must have the member ").addName(name);

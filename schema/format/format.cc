@@ -24,6 +24,7 @@ bool ofName(std::string_view text, Patterns& patterns) {
   return check(text, international, patterns);
 }
 
+// A pattern that would take too much work to match is a pattern all the same.
 bool isRegex(std::string_view text, Patterns& patterns) {
   return patterns.isPattern(text);
 }

@@ -99,6 +99,7 @@ class NameChecker {
     if (name.size() > 4 * kLongestName) {
       return false;
     }
+    // Ends at the last label. Empty ones, also before or behind all others, are no labels.
     for (;;) {
       std::size_t separator = 0;
       const std::size_t end = findSeparator(name, separator);
@@ -128,6 +129,7 @@ class NameChecker {
     return end;
   }
 
+  // One label of the name, in either form. Adds to its size, and to what is known of its direction.
   bool isLabel(std::string_view label) {
     if (label.size() > 4 * kLongestLabel) {
       return false;
@@ -221,6 +223,7 @@ bool isHostname(std::string_view text, bool international, Patterns& patterns) {
   return NameChecker(international, patterns).isName(text);
 }
 
+// The last '@' ends the local part, since one may stand in quotes before it.
 bool isEmail(std::string_view text, bool international, Patterns& patterns) {
   const std::size_t at = text.rfind('@');
   constexpr std::size_t kLongestLocal = 64;

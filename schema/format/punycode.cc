@@ -65,6 +65,7 @@ class Bias {
   bool isFirst_ = true;
 };
 
+// Digits are letters first, in either case, then 0 to 9 for 26 to 35.
 int digitValue(char c) {
   return isDigit(c) ? c - '0' + 26 : isLetter(c) ? (c | 0x20) - 'a' : -1;
 }
@@ -108,6 +109,7 @@ void writeNumber(const Bias& bias, uint32_t number, std::string& text) {
 
 }  // namespace
 
+// The last '-' stands between the ASCII characters and the numbers.
 bool decodePunycode(std::string_view text, std::string& utf8) {
   if (text.size() > kLongestLabel) {
     return false;
@@ -145,6 +147,8 @@ bool decodePunycode(std::string_view text, std::string& utf8) {
   return true;
 }
 
+// Goes through the code points from the lowest beyond ASCII; for each, all places in the text are
+// passed, and those that hold it are written down.
 bool encodePunycode(std::string_view utf8, std::string& text) {
   Points points;
   while (!utf8.empty()) {
@@ -157,6 +161,7 @@ bool encodePunycode(std::string_view utf8, std::string& text) {
       text += static_cast<char>(code);
     }
   }
+  // How many characters are written.
   auto done = static_cast<uint32_t>(text.size());
   if (done > 0) {
     text += '-';
@@ -165,6 +170,7 @@ bool encodePunycode(std::string_view utf8, std::string& text) {
   uint32_t delta = 0;
   for (uint32_t point = 128; done < points.size(); ++point, ++delta) {
     uint32_t next = UINT32_MAX;
+    // The lowest code point that is not written yet.
     for (const uint32_t code : points) {
       next = code >= point ? std::min(next, code) : next;
     }

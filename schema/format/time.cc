@@ -11,6 +11,7 @@ bool isBetween(int value, int least, int most) {
   return value >= least && value <= most;
 }
 
+// Requires a month from 1 to 12.
 int daysIn(int month, int year) {
   static constexpr signed char kDays[] = {31, 28, 31, 30, 31, 30, 31, 31, 30, 31, 30, 31};
   const bool leap = (year % 4 == 0 && year % 100 != 0) || year % 400 == 0;

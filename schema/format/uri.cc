@@ -181,6 +181,7 @@ bool isUri(std::string_view text, bool international) {
   return scheme > 0 && UriChecker(international).isRest(text.substr(scheme));
 }
 
+// A URI, or the rest of one without a scheme.
 bool isUriReference(std::string_view text, bool international) {
   if (isUri(text, international)) {
     return true;
@@ -190,6 +191,7 @@ bool isUriReference(std::string_view text, bool international) {
   return (colon == kNone || text[colon] != ':') && UriChecker(international).isRest(text);
 }
 
+// Expressions in braces, %XX, and characters that stand for themselves.
 bool isUriTemplate(std::string_view text) {
   Reader in(text);
   while (!in.atEnd()) {

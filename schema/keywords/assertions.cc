@@ -64,6 +64,7 @@ bool isOneOfTypes(json_object* instance, json_object* types, Draft draft, Effort
   return false;
 }
 
+// The keyword "enum".
 bool isListed(json_object* instance, json_object* values, Effort& effort) {
   const std::size_t count = json_object_array_length(values);
   for (std::size_t i = 0; i < count && !effort.isStopped(); ++i) {
@@ -74,6 +75,7 @@ bool isListed(json_object* instance, json_object* values, Effort& effort) {
   return false;
 }
 
+// The keyword "multipleOf". A step must be more than 0.
 bool isDivisible(json_object* instance, json_object* step, Effort& effort) {
   const Number number = numberOf(step);
   if (compare(number, Number{false, false, 0, 0}) != Order::kGreater) {
@@ -88,6 +90,7 @@ bool isWithin(json_object* instance, json_object* bound, Order side, bool exclus
   return order == side || (order == Order::kEqual && !exclusive);
 }
 
+// A bound of a size must be a count, be it written as 3 or 3.0.
 bool isAtMost(std::size_t size, json_object* bound, Effort& effort) {
   uint64_t count = 0;
   return isCount(bound, count) ? size <= count : effort.stop(Trouble::kBadValue);
@@ -105,7 +108,7 @@ std::size_t memberCount(json_object* object) {
 // The keyword "required", and each list of "dependentRequired".
 bool hasMembers(json_object* instance, json_object* names, Effort& effort) {
   const std::size_t count = json_object_array_length(names);
-  OrderedLookup members(instance, effort);
+  OrderedLookup members(instance, effort);  // required names often stand in the members' order
   if (!effort.spend(count)) {
     return false;
   }
@@ -150,6 +153,7 @@ bool isShortEnough(json_object* text, json_object* bound, Effort& effort) {
          (effort.spend(bytes / 64) && isAtMost(countCharacters(textOf(text)), bound, effort));
 }
 
+// The keyword "uniqueItems", which asks for nothing when it is false.
 bool hasNoEqualElements(json_object* instance, json_object* wanted, Effort& effort) {
   return !json_object_get_boolean(wanted) ||
          (!findEqualElements(instance, effort).found && !effort.isStopped());
@@ -174,6 +178,7 @@ bool isExclusive(json_object* schema, const char* name, Draft draft) {
          json_object_get_type(flag) == json_type_boolean && json_object_get_boolean(flag);
 }
 
+// The keywords that are not here say something about the schema, or lead to other schemas.
 bool satisfies(json_object* instance, const Keyword& keyword, json_object* value,
                json_object* schema, Draft draft, Workshop& workshop) {
   Effort& effort = workshop.effort;

@@ -62,6 +62,7 @@ bool isEncoded(std::string_view text, std::string_view encoding, Effort& effort)
   return encoding != "base64" || (effort.spend(text.size() / 4) && decodeBase64(text, decoded));
 }
 
+// A text that says it is base64 is decoded first.
 bool isOfMediaType(std::string_view text, std::string_view type, json_object* schema,
                    Effort& effort) {
   if (type != "application/json") {

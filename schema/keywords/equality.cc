@@ -33,7 +33,7 @@ class Comparison {
   explicit Comparison(Effort& effort) : effort_(effort) {}
 
   bool equal(json_object* left, json_object* right, unsigned depth) {
-    if (left == right) {
+    if (left == right) {  // one value, or two nulls
       return true;
     }
     const json_type type = json_object_get_type(left);
@@ -83,6 +83,7 @@ class Comparison {
  private:
   bool fits(unsigned depth) { return depth < kMaxDepth || effort_.stop(Trouble::kTooDeep); }
 
+  // Element by element.
   bool equalArrays(json_object* left, json_object* right, unsigned depth) {
     const std::size_t length = json_object_array_length(left);
     if (length != json_object_array_length(right)) {
@@ -97,6 +98,7 @@ class Comparison {
     return true;
   }
 
+  // With as many members on both sides, each one on the left needs an equal one on the right.
   bool equalObjects(json_object* left, json_object* right, unsigned depth) {
     if (json_object_object_length(left) != json_object_object_length(right)) {
       return false;
@@ -180,6 +182,7 @@ EqualPair findByHash(json_object* array, std::size_t length, Effort& effort) {
     uint32_t hash;
     uint32_t element;  // its index + 1; 0 means empty
   };
+  // A power of two, so that a hash is cut to a bucket by a mask.
   std::size_t size = 64;
   while (size < 2 * length) {
     size *= 2;
@@ -211,6 +214,7 @@ bool isEqual(json_object* left, json_object* right, Effort& effort) {
   return Comparison(effort).equal(left, right, 0);
 }
 
+// Up to a dozen elements, the pairs take less than the table.
 EqualPair findEqualElements(json_object* array, Effort& effort) {
   constexpr std::size_t kFew = 12;
   const std::size_t length = json_object_array_length(array);

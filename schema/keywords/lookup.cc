@@ -117,6 +117,7 @@ const Keyword* findKeyword(const char* name, Draft draft) {
              : findInList(name, second, draftBit(draft), kTable.next[i]);
 }
 
+// Only for sentences and pointers about failures: no need to be fast.
 const char* nameOf(Id id) {
   for (const Keyword& keyword : kKeywords) {
     if (keyword.id == id) {

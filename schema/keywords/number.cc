@@ -28,6 +28,7 @@ struct Parts {
   bool fraction;   // something is left behind the whole part
 };
 
+// Requires a finite double below 2^64 in magnitude.
 Parts partsOf(double real) {
   const double magnitude = std::fabs(real);
   const double whole = std::floor(magnitude);
@@ -110,6 +111,7 @@ uint64_t addModulo(uint64_t a, uint64_t b, uint64_t modulus) {
   return a >= modulus - b ? a - (modulus - b) : a + b;
 }
 
+// 10 a = 8 a + 2 a, doubled three times.
 uint64_t timesTenModulo(uint64_t a, uint64_t modulus) {
   const uint64_t two = addModulo(a, a, modulus);
   const uint64_t four = addModulo(two, two, modulus);
@@ -162,6 +164,7 @@ bool isIntegral(const Number& number) {
 }
 
 bool isMultiple(const Number& value, const Number& step) {
+  // json-c reads NaN and Infinity, which are a multiple of nothing and no step.
   if ((value.isDouble && !std::isfinite(value.real)) ||
       (step.isDouble && !std::isfinite(step.real))) {
     return false;

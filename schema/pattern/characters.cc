@@ -66,6 +66,7 @@ bool Translator::takeProperty() {
       break;
     }
   }
+  // ";letter=" is found in the table whatever the case and signs of the name were.
   std::string normal = ";";
   for (const char c : name) {
     if (isLetter(c)) {
@@ -89,6 +90,7 @@ bool Translator::takeProperty() {
   return copy(1);
 }
 
+// Reads so many hexadecimal digits, `from` so far ahead, without going on behind them.
 bool Translator::readHex(std::size_t from, std::size_t digits, uint32_t& code) const {
   code = 0;
   for (std::size_t i = 0; i < digits; ++i) {
@@ -193,6 +195,7 @@ bool Translator::takeSpaces(bool inClass) {
   return true;
 }
 
+// [...] and [^...]. The members are taken one by one; "[]" is a class without any.
 bool Translator::takeClass() {
   copy(peek(1) == '^' ? 2 : 1);
   while (peek() != ']') {
@@ -229,6 +232,7 @@ bool Translator::takeClassItem() {
   if (from > to) {
     return false;
   }
+  // The ends move out of the surrogates; a range of nothing else disappears.
   from = isSurrogate(from) ? 0xE000 : from;
   to = isSurrogate(to) ? 0xD7FF : to;
   if (from <= to) {
@@ -250,7 +254,7 @@ bool Translator::readClassAtom(uint32_t& code, bool& isSingle) {
   if (c == 's' || c == 'S') {
     return takeSpaces(true);
   }
-  if (c == 'b') {
+  if (c == 'b') {  // a backspace here, a word's boundary elsewhere
     code = '\b';
     isSingle = true;
     at_ += 2;

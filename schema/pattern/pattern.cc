@@ -114,6 +114,8 @@ bool Patterns::matches(std::string_view pattern, std::string_view text) {
   return search(entry, text);
 }
 
+// A pattern of our own is trusted, so only the match is paid for. When this PCRE2 is too old for
+// it, the text is given the benefit of the doubt.
 bool Patterns::matchesOwn(const char* pattern, std::string_view text) {
   Compiled& entry = entryOf(pattern);
   if (entry.name != pattern) {
@@ -129,6 +131,7 @@ bool Patterns::matchesOwn(const char* pattern, std::string_view text) {
   return search(entry, text);
 }
 
+// Compiled and thrown away: no text is matched with it.
 bool Patterns::isPattern(std::string_view pattern) {
   std::string translated;
   Compiled entry;
@@ -152,6 +155,7 @@ std::size_t Patterns::costOf(const Compiled& entry, std::size_t size, uint32_t l
   return static_cast<std::size_t>(std::min<uint64_t>(cost + size / 16, SIZE_MAX));
 }
 
+// Matches with one limit after the other until one suffices.
 bool Patterns::search(const Compiled& entry, std::string_view text) {
   for (const uint32_t limit : kMatchLimits) {
     if (!effort_.spend(costOf(entry, text.size(), limit))) {
@@ -163,6 +167,7 @@ bool Patterns::search(const Compiled& entry, std::string_view text) {
     if (found == PCRE2_ERROR_NOMEMORY) {
       return effort_.stop(Trouble::kNoMemory);
     }
+    // A higher limit on points would not help against these two.
     if (found == PCRE2_ERROR_HEAPLIMIT || found == PCRE2_ERROR_DEPTHLIMIT) {
       break;
     }

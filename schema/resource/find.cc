@@ -55,12 +55,14 @@ const Resources::Entry* Resources::find(uint32_t hash, Kind kind, Matches matche
 }
 
 Referent Resources::byUri(const std::string& uri) {
+  // Only the hash is kept, so the base of each candidate is made anew and compared.
   const Entry* const entry = find(hashText(uri), Kind::kUri, [&](const Entry& candidate) {
     return effort_.spend(uri.size() / 16) && baseOf(candidate.resource) == uri;
   });
   return entry != nullptr ? Referent{entry->schema, entry->resource} : Referent{};
 }
 
+// An anchor is looked for in its own resource only.
 Referent Resources::anchor(Kind kind, ResourceIndex resource, std::string_view name) {
   if (!ensureIndex()) {
     return {};
@@ -95,6 +97,7 @@ ResourceIndex Resources::of(json_object* schema, ResourceIndex around) {
 // it, the outermost first: kept for all, it could take the square of the schema's size. It is not
 // whole when the effort stops.
 std::string Resources::baseOf(ResourceIndex index) const {
+  // The resources around, from the inside out.
   ResourceIndex chain[kDeepestSchema + 2];
   std::size_t length = 0;
   for (;; index = resources_[index].parent) {
@@ -111,6 +114,8 @@ std::string Resources::baseOf(ResourceIndex index) const {
   return base;
 }
 
+// A fragment is a pointer when it begins with '/', and else the name of an anchor. An empty one is
+// the resource itself.
 Referent Resources::byFragment(Referent from, std::string_view fragment) {
   if (fragment.empty()) {
     return from;
@@ -146,6 +151,7 @@ Referent Resources::follow(std::string_view reference, ResourceIndex from) {
     return {};
   }
   const std::string uri = resolveUri(baseOf(from), reference);
+  // What the document itself holds comes before a built-in metaschema of that name.
   Referent referent = byUri(uri);
   if (referent.schema == nullptr && loadBuiltIn(uri)) {
     referent = byUri(uri);
@@ -168,6 +174,7 @@ Referent Resources::resolve(json_object* reference, ResourceIndex from) {
   return followed.referent;
 }
 
+// Goes up to the resource that is its own parent, the top of a document.
 std::string Resources::documentOf(ResourceIndex resource, json_object*& top) const {
   while (resources_[resource].parent != resource) {
     resource = resources_[resource].parent;

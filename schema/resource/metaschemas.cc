@@ -35,6 +35,7 @@ enum class Part : uint8_t {
   kNone,
 };
 
+// Sets of parts, a bit for each.
 constexpr unsigned setOf(Part part) {
   return 1U << static_cast<unsigned>(part);
 }
@@ -42,8 +43,9 @@ constexpr unsigned kAllKeywords = setOf(Part::kApplicatorDefinitions) - 1;
 constexpr unsigned kAllDefinitions =
     setOf(Part::kApplicatorDefinitions) | setOf(Part::kValidationDefinitions);
 
+// Kinds of values that keywords take.
 enum class Kind : uint8_t {
-  kNone,
+  kNone,  // where a kind has no other one inside
   kAnything,
   kBoolean,
   kNumber,

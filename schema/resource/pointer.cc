@@ -9,11 +9,14 @@
 namespace hearth::schema {
 namespace {
 
+// Deeper rules are told without their place: the search must not take more stack than the walk
+// left.
 constexpr unsigned kDeepestLocated = 64;
 
 bool locateWithin(json_object* top, json_object* wanted, unsigned depth, Effort& effort,
                   std::string& pointer) {
   const std::size_t size = pointer.size();
+  // Goes one step down. Only containers can have the value behind them.
   const auto isBehind = [&](const char* step, json_object* value) {
     const json_type type = json_object_get_type(value);
     if (value != wanted && type != json_type_object && type != json_type_array) {

@@ -130,6 +130,7 @@ void Resources::scan(json_object* schema, ResourceIndex resource, const std::str
   }
   const Draft draft = draftOf(schema, resources_[resource].draft);
   const std::string_view id = idOf(schema, draft);
+  // An identifier that is only a fragment is an anchor.
   if (schema != resources_[resource].top && !withoutFragment(id).empty()) {
     scanResource(schema, resource, base, id, depth);
     return;
@@ -191,6 +192,7 @@ void Resources::scanBelow(json_object* schema, ResourceIndex resource, const std
     }
     const bool manyBelow =
         keyword->below == Below::kMap || keyword->below == Below::kMapOfSchemaOrNames;
+    // A list may also hold names, as in "dependencies".
     if (json_object_get_type(value) == json_type_array) {
       for (std::size_t i = 0; i < json_object_array_length(value); ++i) {
         scan(json_object_array_get_idx(value, i), resource, base, depth + 1);
@@ -235,6 +237,7 @@ bool Resources::loadBuiltIn(std::string_view uri) {
   if (document == nullptr) {
     return effort_.stop(Trouble::kNoMemory);
   }
+  // It is a document of its own, with itself as its parent.
   builtIns_[static_cast<std::size_t>(draft)] = document;
   const auto index = static_cast<ResourceIndex>(resources_.size());
   resources_.push_back({document, index, draft, kAllVocabularies});

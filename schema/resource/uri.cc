@@ -18,6 +18,8 @@ struct Uri {
   std::string_view query;  // with its '?'
 };
 
+// Cuts a reference into its parts, by what begins each of them. A ':' ends a scheme only before any
+// '/' or '?'.
 Uri split(std::string_view text) {
   Uri uri;
   text = withoutFragment(text);
@@ -70,6 +72,8 @@ std::string merged(const Uri& base, std::string_view path) {
 
 }  // namespace
 
+// The rules of RFC 3986, section 5.2.2: from the first part that the reference has, it counts, and
+// everything before that is the base's.
 std::string resolveUri(std::string_view base, std::string_view reference) {
   const Uri b = split(base);
   const Uri r = split(reference);

@@ -1,4 +1,7 @@
 // The walk into arrays: the schemas of their elements, and how many match "contains".
+//
+// An element counts as looked at when it has a schema of its own, or when there is one for the
+// rest; in 2020-12 also when it matches "contains".
 #include "schema/keywords/number.h"
 #include "schema/walk/questions.h"
 
@@ -11,9 +14,9 @@ bool elementConforms(Walker& walker, const Frame& frame, json_object* schema, st
   return walker.conforms(next, nullptr);
 }
 
-// The first elements have schemas of their own, the rest share one. The keywords for it changed:
-// what was a list in `items`, with `additionalItems` for the rest, became `prefixItems` and
-// `items`.
+// The first elements have schemas of their own, the rest share one. The keywords changed names: up
+// to 2019-09 a list in `items` is for the first and `additionalItems` for the rest, later
+// `prefixItems` and `items`.
 bool elementsConform(Walker& walker, const Frame& frame, const Pending& pending, Marks* marks) {
   const bool isTuple = json_object_get_type(pending[Turn::kItems]) == json_type_array;
   json_object* const first = isTuple ? pending[Turn::kItems] : pending[Turn::kPrefixItems];
@@ -29,6 +32,7 @@ bool elementsConform(Walker& walker, const Frame& frame, const Pending& pending,
       marks->mark(i);
     }
   }
+  // Without a schema for the rest, any element may stand there, and stays without a mark.
   if (!pending.has(rest)) {
     return true;
   }
@@ -56,6 +60,7 @@ bool containsEnough(Walker& walker, const Frame& frame, const Pending& pending, 
   const bool isMarking = marks != nullptr && walker.draftAt(frame) == Draft::k2020;
   const std::size_t length = json_object_array_length(frame.instance);
   std::size_t found = 0;
+  // Each element is on trial: it may fail as long as enough others match.
   walker.report().beginTrial();
   for (std::size_t i = 0; i < length && !walker.effort().isStopped(); ++i) {
     if (elementConforms(walker, frame, pending[Turn::kContains], i, Id::kContains)) {
@@ -72,6 +77,7 @@ bool containsEnough(Walker& walker, const Frame& frame, const Pending& pending, 
   if (walker.effort().isStopped()) {
     return false;
   }
+  // The bound at fault is told; without "minContains" it is the 1 that "contains" means by itself.
   if (found < least) {
     const bool isNamed = pending.has(Turn::kMinContains);
     return walker.report().failCount(frame, isNamed ? Id::kMinContains : Id::kContains,

@@ -10,6 +10,8 @@
 namespace hearth::schema {
 namespace {
 
+// Tries a schema with marks of its own, which join the others when it holds. They may be many, so
+// making them is paid for.
 bool conformsOnTrialMarking(Walker& walker, const Frame& frame, json_object* schema, Id via,
                             Marks& marks) {
   if (!walker.effort().spend(marks.wordCount())) {
@@ -63,6 +65,7 @@ bool failAlternatives(Walker& walker, const Frame& frame, Id keyword, json_objec
                      decimal(count), " alternatives, but matches none", closest}));
 }
 
+// Ends at the first failure behind which nobody wants to hear more; a told one counts as none.
 bool conformsToAll(Walker& walker, const Frame& frame, json_object* schemas, Marks* marks) {
   const std::size_t count = json_object_array_length(schemas);
   for (std::size_t i = 0; i < count; ++i) {
@@ -108,6 +111,8 @@ bool conformsToNot(Walker& walker, const Frame& frame, json_object* schema) {
          (!matched || walker.report().fail(frame, Id::kNot, schema));
 }
 
+// "if" decides which of "then" and "else" has to hold; one that is missing holds. Without "if" the
+// two mean nothing, so this is not asked.
 bool conformsToBranch(Walker& walker, const Frame& frame, const Pending& pending, Marks* marks) {
   const bool matched = conformsOnTrial(walker, frame, pending[Turn::kIf], Id::kIf, marks);
   const Turn branch = matched ? Turn::kThen : Turn::kElse;

@@ -31,6 +31,8 @@ bool patternsAllow(Walker& walker, const Frame& frame, json_object* patterns, lh
   return true;
 }
 
+// Goes through the instance's members, and for each one through the keywords that may know it. The
+// schema's properties are expected in about the same order, which OrderedLookup makes cheap.
 bool membersConform(Walker& walker, const Frame& frame, const Pending& pending, Marks* marks) {
   Effort& effort = walker.effort();
   OrderedLookup properties(pending[Turn::kProperties], effort);
@@ -44,6 +46,7 @@ bool membersConform(Walker& walker, const Frame& frame, const Pending& pending, 
        entry = lh_entry_next(entry), ++position) {
     lh_entry* const property = properties.find(nameOfMember(entry));
     bool isKnown = property != nullptr;
+    // A look-up that could not be paid for is no answer.
     if (!isKnown && effort.isStopped()) {
       return walker.report().fail(frame, Id::kProperties, nullptr);
     }
@@ -103,6 +106,7 @@ bool dependencyHolds(Walker& walker, const Frame& frame, json_object* demand, Id
          walker.report().fail(frame, via, demand);
 }
 
+// Only the demands of members that the object has count.
 bool dependenciesHold(Walker& walker, const Frame& frame, json_object* dependencies, Id via,
                       Marks* marks) {
   json_object_object_foreach(dependencies, name, demand) {

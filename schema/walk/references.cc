@@ -18,6 +18,7 @@ bool hasTrueMember(json_object* schema, const char* name) {
          json_object_get_type(flag) == json_type_boolean && json_object_get_boolean(flag);
 }
 
+// Goes on in the resource of the schema that was found.
 bool conformsToReferent(Walker& walker, const Frame& frame, const Referent& referent,
                         json_object* reference, Id via, Marks* marks) {
   if (referent.schema == nullptr) {

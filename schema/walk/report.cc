@@ -29,6 +29,7 @@ std::string instancePointer(const Frame& frame) {
   return pointer;
 }
 
+// How many steps down in the instance the frame is; most frames are at the value of the one around.
 unsigned instanceDepth(const Frame& frame) {
   unsigned depth = 0;
   for (const Frame* on = &frame; on != nullptr; on = on->outer) {
@@ -76,6 +77,7 @@ bool Report::failCount(const Frame& frame, Id keyword, json_object* value, std::
   return isWanted() && failSaying(frame, keyword, value, describeCount(count, keyword, value));
 }
 
+// The reason is told even on trial, where a mere failure would not be.
 bool Report::stop(const Frame& frame, Id keyword, json_object* value, Trouble trouble) {
   effort_.stop(trouble);
   if (audience_.limit > 0 && !isFinal_) {
@@ -125,6 +127,8 @@ bool Report::failMissingOf(const Frame& frame, Id keyword, json_object* names, c
 
 bool Report::failSaying(const Frame& frame, Id keyword, json_object* value, std::string message,
                         const char* member) {
+  // These three are all that is wanted of an alternative; the place in the schema has to be
+  // searched.
   violation_.instanceLocation = instancePointer(frame);
   violation_.keyword = nameOf(keyword);
   violation_.message = std::move(message);

@@ -30,6 +30,7 @@ bool mayMoveSchema(Id id) {
   return id == Id::kId || id == Id::kSchema;
 }
 
+// An address in the current frame of the stack, which grows downwards.
 uintptr_t stackNow() {
   return reinterpret_cast<uintptr_t>(__builtin_frame_address(0));
 }
@@ -95,6 +96,8 @@ bool Walker::conformsTo(const Frame& frame, json_object* schema, Id via, Marks* 
   return conforms(next, marks);
 }
 
+// Reads the members, and once more if the schema turns out to belong elsewhere. The first reading
+// has told nothing then: refuse() asks where the schema belongs before it tells.
 bool Walker::readSchema(Frame& frame, Pending& pending) {
   Reading reading = readMembers(frame, pending, false);
   if (reading == Reading::kAgain) {
@@ -131,12 +134,14 @@ Walker::Reading Walker::readMembers(Frame& frame, Pending& pending, bool isSettl
     const bool isUsable = (keyword->valueTypes & typeBit(value)) != 0;
     const bool applies = (keyword->appliesTo & instanceBit) != 0;
     if (keyword->turn == Turn::kNever) {
+      // Says nothing about the instance, but perhaps where the schema belongs.
       if (!isSettled && isUsable && mayMoveSchema(keyword->id) && movesElsewhere(frame)) {
         return Reading::kAgain;
       }
     } else if (!isUsable) {
       return refuse(frame, *keyword, value, isSettled);
     } else if (keyword->turn == Turn::kNow) {
+      // After a failure that was told the reading goes on.
       if (applies && !satisfiesNow(frame, *keyword, value, draft)) {
         const Reading refused = refuse(frame, *keyword, value, isSettled);
         if (refused != Reading::kDone) {
@@ -205,6 +210,7 @@ json_object* Walker::soleReference(const Frame& frame) const {
   return isSole ? reference : nullptr;
 }
 
+// Turns to what waits: references first, then combinations, then what is inside the instance.
 bool Walker::conformsToPending(const Frame& frame, const Pending& pending, Marks* marks) {
   if (pending.has(Turn::kRef) && !conformsToReference(*this, frame, pending[Turn::kRef], marks)) {
     return false;
