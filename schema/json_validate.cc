@@ -1,4 +1,6 @@
-// The two functions that the rest of the library knows.
+// The entries of the validator: the two functions of the seam, which answer yes or no, and under
+// them the two that also tell why. All make one walk; memory that runs out inside it, the only
+// thing that can throw, ends here.
 #include "schema/json_validate.h"
 
 #include <exception>
@@ -9,16 +11,15 @@
 #include "schema/validate.h"
 #include "schema/walk/walker.h"
 
-namespace hearth {
-namespace schema {
-
+namespace hearth::schema {
 namespace {
 
-// Told in place of the violation for which there was no memory. The audience may find none either.
+// Tells that memory ran out, in place of the violation that it was to be for. The audience may find
+// none either.
 void tellOfMemory(const Audience& audience) {
   try {
     Violation violation;
-    violation.message = "memory ran out";  // short enough to need none
+    violation.message = "memory ran out";  // short enough to need no memory
     audience.found(audience.context, violation);
   } catch (const std::exception&) {
   }
@@ -32,7 +33,7 @@ bool validate(json_object* instance, json_object* schema, Violation* violation,
     *static_cast<Violation*>(taken) = std::move(told);
     return false;
   };
-  const Audience audience = {take, violation, violation ? size_t{1} : 0};
+  const Audience audience = {take, violation, violation != nullptr ? std::size_t{1} : 0};
   return tellViolations(instance, schema, audience, unnamed) == Conformance::kConforms;
 }
 
@@ -50,7 +51,8 @@ Conformance tellViolations(json_object* instance, json_object* schema, Audience 
 
 namespace {
 
-// A JSON document from a file; its value may be JSON's null, so success is told apart from it.
+// Reads a JSON document from a file. A file that cannot be read counts as a document that is cut
+// short; JSON's null is a document too.
 ParsedJson readDocument(const char* path) {
   FileContents contents;
   if (contents.readFile(path) != FileReading::kRead) {
@@ -62,8 +64,7 @@ ParsedJson readDocument(const char* path) {
 }
 
 }  // namespace
-}  // namespace schema
-}  // namespace hearth
+}  // namespace hearth::schema
 
 int json_validate_instance(json_object* instance, json_object* schema) {
   return hearth::schema::validate(instance, schema);

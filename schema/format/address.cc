@@ -1,18 +1,19 @@
-// Formats of numbered things and of pointers: addresses, UUIDs, JSON pointers.
+// Formats of numbered things and of pointers: IP addresses (RFC 2673 and 4291), UUIDs (RFC 4122),
+// and JSON pointers (RFC 6901) with the relative ones.
 #include "schema/format/format.h"
 #include "schema/format/reader.h"
 
-namespace hearth {
-namespace schema {
+namespace hearth::schema {
 namespace {
 
+// Reads 0 to 255, without zeros before it: some would read those as octal.
 bool readOctet(Reader& in) {
   const std::string_view start = in.rest();
-  const size_t digits = in.skipDigits();
+  const std::size_t digits = in.skipDigits();
   if (digits == 0 || digits > 3 || (digits > 1 && start[0] == '0')) {
     return false;
   }
-  return Reader(start).number(digits) <= 255;
+  return Reader(start).readNumber(digits) <= 255;
 }
 
 // One group of an IPv6 address: up to four hexadecimal digits.
@@ -29,7 +30,7 @@ bool isGroup(std::string_view text) {
 int countGroups(std::string_view text, bool atEnd) {
   int count = 0;
   while (!text.empty()) {
-    const size_t colon = text.find(':');
+    const std::size_t colon = text.find(':');
     const std::string_view group = text.substr(0, colon);
     const bool last = colon == std::string_view::npos;
     if (last && atEnd && isIpv4(group)) {
@@ -52,8 +53,9 @@ bool isIpv4(std::string_view text) {
          in.skip('.') && readOctet(in) && in.atEnd();
 }
 
+// Eight groups, or fewer with one "::" that stands for at least one group of zeros.
 bool isIpv6(std::string_view text) {
-  const size_t gap = text.find("::");
+  const std::size_t gap = text.find("::");
   if (gap == std::string_view::npos) {
     return countGroups(text, true) == 8;
   }
@@ -66,7 +68,7 @@ bool isUuid(std::string_view text) {
   if (text.size() != 36) {
     return false;
   }
-  for (size_t i = 0; i < text.size(); ++i) {
+  for (std::size_t i = 0; i < text.size(); ++i) {
     const bool dash = i == 8 || i == 13 || i == 18 || i == 23;
     if (dash ? text[i] != '-' : hexValue(text[i]) < 0) {
       return false;
@@ -75,11 +77,12 @@ bool isUuid(std::string_view text) {
   return true;
 }
 
+// Empty, or steps that begin with a '/'; a '~' is only for "~0" and "~1".
 bool isJsonPointer(std::string_view text) {
   if (!text.empty() && text[0] != '/') {
     return false;
   }
-  for (size_t i = 0; i < text.size(); ++i) {
+  for (std::size_t i = 0; i < text.size(); ++i) {
     if (text[i] == '~' && (i + 1 == text.size() || (text[i + 1] != '0' && text[i + 1] != '1'))) {
       return false;
     }
@@ -87,12 +90,12 @@ bool isJsonPointer(std::string_view text) {
   return true;
 }
 
+// How many levels up, and then "#" for the name found there or a pointer down from there.
 bool isRelativeJsonPointer(std::string_view text) {
   Reader in(text);
-  const size_t digits = in.skipDigits();
+  const std::size_t digits = in.skipDigits();
   return digits > 0 && (text[0] != '0' || digits == 1) &&
          (in.rest() == "#" || isJsonPointer(in.rest()));
 }
 
-}  // namespace schema
-}  // namespace hearth
+}  // namespace hearth::schema

@@ -1,28 +1,30 @@
+// The table of formats: a name and the question behind it. The questions differ in what they need
+// to know, so three templates bring them to one signature.
 #include "schema/format/format.h"
 
 #include "schema/pattern/pattern.h"
 
-namespace hearth {
-namespace schema {
+namespace hearth::schema {
 namespace {
 
 using Check = bool (*)(std::string_view text, Patterns& patterns);
 
 template <bool (*check)(std::string_view)>
-bool plain(std::string_view text, Patterns&) {
+bool ofText(std::string_view text, Patterns&) {
   return check(text);
 }
 
 template <bool (*check)(std::string_view, bool), bool international>
-bool uri(std::string_view text, Patterns&) {
+bool ofUri(std::string_view text, Patterns&) {
   return check(text, international);
 }
 
 template <bool (*check)(std::string_view, bool, Patterns&), bool international>
-bool name(std::string_view text, Patterns& patterns) {
+bool ofName(std::string_view text, Patterns& patterns) {
   return check(text, international, patterns);
 }
 
+// A pattern that would take too much work to match is a pattern all the same.
 bool isRegex(std::string_view text, Patterns& patterns) {
   return patterns.isPattern(text);
 }
@@ -33,24 +35,24 @@ struct Format {
 };
 
 constexpr Format kFormats[] = {
-    {"date-time", plain<isDateTime>},
-    {"date", plain<isDate>},
-    {"time", plain<isTime>},
-    {"duration", plain<isDuration>},
-    {"email", name<isEmail, false>},
-    {"idn-email", name<isEmail, true>},
-    {"hostname", name<isHostname, false>},
-    {"idn-hostname", name<isHostname, true>},
-    {"ipv4", plain<isIpv4>},
-    {"ipv6", plain<isIpv6>},
-    {"uri", uri<isUri, false>},
-    {"uri-reference", uri<isUriReference, false>},
-    {"iri", uri<isUri, true>},
-    {"iri-reference", uri<isUriReference, true>},
-    {"uri-template", plain<isUriTemplate>},
-    {"uuid", plain<isUuid>},
-    {"json-pointer", plain<isJsonPointer>},
-    {"relative-json-pointer", plain<isRelativeJsonPointer>},
+    {"date-time", ofText<isDateTime>},
+    {"date", ofText<isDate>},
+    {"time", ofText<isTime>},
+    {"duration", ofText<isDuration>},
+    {"email", ofName<isEmail, false>},
+    {"idn-email", ofName<isEmail, true>},
+    {"hostname", ofName<isHostname, false>},
+    {"idn-hostname", ofName<isHostname, true>},
+    {"ipv4", ofText<isIpv4>},
+    {"ipv6", ofText<isIpv6>},
+    {"uri", ofUri<isUri, false>},
+    {"uri-reference", ofUri<isUriReference, false>},
+    {"iri", ofUri<isUri, true>},
+    {"iri-reference", ofUri<isUriReference, true>},
+    {"uri-template", ofText<isUriTemplate>},
+    {"uuid", ofText<isUuid>},
+    {"json-pointer", ofText<isJsonPointer>},
+    {"relative-json-pointer", ofText<isRelativeJsonPointer>},
     {"regex", isRegex},
 };
 
@@ -65,5 +67,4 @@ bool hasFormat(std::string_view text, std::string_view format, Workshop& worksho
   return true;
 }
 
-}  // namespace schema
-}  // namespace hearth
+}  // namespace hearth::schema

@@ -1,4 +1,4 @@
-// The keyword `format`.
+// The keyword `format`: every format is one question about a text.
 #ifndef HEARTH_SCHEMA_FORMAT_FORMAT_H
 #define HEARTH_SCHEMA_FORMAT_FORMAT_H
 
@@ -6,13 +6,13 @@
 
 #include "schema/keywords/assertions.h"
 
-namespace hearth {
-namespace schema {
+namespace hearth::schema {
 
-// Whether the text is of the format; of an unknown format is every text.
+// True when the text is of the format. An unknown format accepts every text.
 [[nodiscard]] bool hasFormat(std::string_view text, std::string_view format, Workshop& workshop);
 
-// The formats, each with what else it needs to know.
+// The formats by what they are about. Each costs in proportion to the text; hasFormat() has spent
+// effort for it.
 bool isDate(std::string_view text);
 bool isTime(std::string_view text);
 bool isDateTime(std::string_view text);
@@ -25,7 +25,7 @@ bool isUuid(std::string_view text);
 bool isJsonPointer(std::string_view text);
 bool isRelativeJsonPointer(std::string_view text);
 
-// International ones allow characters beyond ASCII.
+// The international ones allow characters beyond ASCII.
 bool isUri(std::string_view text, bool international);
 bool isUriReference(std::string_view text, bool international);
 bool isUriTemplate(std::string_view text);
@@ -33,7 +33,6 @@ bool isUriTemplate(std::string_view text);
 bool isHostname(std::string_view text, bool international, Patterns& patterns);
 bool isEmail(std::string_view text, bool international, Patterns& patterns);
 
-}  // namespace schema
-}  // namespace hearth
+}  // namespace hearth::schema
 
 #endif

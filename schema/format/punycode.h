@@ -5,16 +5,15 @@
 #include <string>
 #include <string_view>
 
-namespace hearth {
-namespace schema {
+namespace hearth::schema {
 
-// What follows "xn--", as UTF-8; false when it is no punycode.
-[[nodiscard]] bool decodePunycode(std::string_view text, std::string* utf8);
+// Appends to `utf8` what stands behind "xn--". False when it is no punycode.
+[[nodiscard]] bool decodePunycode(std::string_view text, std::string& utf8);
 
-// The reverse; false when the text is not UTF-8 or too long for a label.
-[[nodiscard]] bool encodePunycode(std::string_view utf8, std::string* text);
+// The reverse: appends to `text`, which must be empty. False when the characters are not UTF-8 or
+// too many for a label.
+[[nodiscard]] bool encodePunycode(std::string_view utf8, std::string& text);
 
-}  // namespace schema
-}  // namespace hearth
+}  // namespace hearth::schema
 
 #endif

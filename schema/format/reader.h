@@ -1,25 +1,14 @@
-// A text read from its start, piece by piece: what the checkers of formats are written in.
+// Reads a text from its start, piece by piece. Most formats are checked with it: each piece is
+// skipped or read, and a format is met when nothing is left.
 #ifndef HEARTH_SCHEMA_FORMAT_READER_H
 #define HEARTH_SCHEMA_FORMAT_READER_H
 
 #include <cstddef>
 #include <string_view>
 
-namespace hearth {
-namespace schema {
+#include "base/ascii.h"
 
-inline bool isDigit(char c) {
-  return c >= '0' && c <= '9';
-}
-inline bool isLetter(char c) {
-  return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z');
-}
-
-// The value of a hexadecimal digit, or -1.
-inline int hexValue(char c) {
-  const char lower = static_cast<char>(c | 0x20);
-  return isDigit(c) ? c - '0' : lower >= 'a' && lower <= 'f' ? lower - 'a' + 10 : -1;
-}
+namespace hearth::schema {
 
 class Reader {
  public:
@@ -30,7 +19,7 @@ class Reader {
   // The next character; NUL at the end.
   [[nodiscard]] char peek() const { return rest_.empty() ? '\0' : rest_.front(); }
 
-  // Skips the character if it is the next one.
+  // Skips the character if it is the next one. False when another one is, or none.
   bool skip(char c) {
     if (rest_.empty() || rest_.front() != c) {
       return false;
@@ -43,8 +32,8 @@ class Reader {
   bool skipLetter(char small) { return skip(small) || skip(static_cast<char>(small & ~0x20)); }
 
   // Skips all digits and tells how many there were.
-  size_t skipDigits() {
-    size_t count = 0;
+  std::size_t skipDigits() {
+    std::size_t count = 0;
     while (isDigit(peek())) {
       rest_.remove_prefix(1);
       ++count;
@@ -52,10 +41,11 @@ class Reader {
     return count;
   }
 
-  // A number of exactly this many decimal digits, or -1.
-  int number(size_t digits) {
+  // Reads a number of exactly this many decimal digits, few enough for an int; -1 when there are
+  // fewer.
+  int readNumber(std::size_t digits) {
     int value = 0;
-    for (size_t i = 0; i < digits; ++i) {
+    for (std::size_t i = 0; i < digits; ++i) {
       if (!isDigit(peek())) {
         return -1;
       }
@@ -69,7 +59,6 @@ class Reader {
   std::string_view rest_;
 };
 
-}  // namespace schema
-}  // namespace hearth
+}  // namespace hearth::schema
 
 #endif

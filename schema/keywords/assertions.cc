@@ -1,3 +1,10 @@
+// Keywords that look at one value and at nothing below it: each is one small question here, and
+// satisfies() picks the one of the keyword. The walk asks it for every keyword whose turn is "now",
+// and keeps values away to which a keyword does not apply ("maxLength" of a number).
+//
+// A question whose cost grows with the document spends effort first. The value of a keyword may be
+// of the right type and still be unusable (a negative "maxLength", a type that is none); the effort
+// is then stopped, which ends the whole validation.
 #include "schema/keywords/assertions.h"
 
 #include <cstring>
@@ -10,11 +17,10 @@
 #include "schema/keywords/number.h"
 #include "schema/text.h"
 
-namespace hearth {
-namespace schema {
+namespace hearth::schema {
 namespace {
 
-// The types that the name means, as bits of json_type; 0 for no name of a type.
+// The set of types that the name means, a bit per json_type; 0 for no name of a type.
 unsigned typesNamed(json_object* name) {
   struct Row {
     char name[8];
@@ -37,7 +43,7 @@ unsigned typesNamed(json_object* name) {
   return 0;
 }
 
-// 1.0 is an integer, though draft-04 would not have it.
+// From draft-06 on, 1.0 is an integer too. Asked after the instance's own type did not match.
 bool isIntegerAfterAll(json_object* instance, unsigned types, Draft draft) {
   return types == 1U << json_type_int && draft != Draft::k4 &&
          json_object_get_type(instance) == json_type_double && isIntegral(numberOf(instance));
@@ -45,8 +51,8 @@ bool isIntegerAfterAll(json_object* instance, unsigned types, Draft draft) {
 
 bool isOneOfTypes(json_object* instance, json_object* types, Draft draft, Effort& effort) {
   const bool isList = json_object_get_type(types) == json_type_array;
-  const size_t count = isList ? json_object_array_length(types) : 1;
-  for (size_t i = 0; i < count && effort.spend(1); ++i) {
+  const std::size_t count = isList ? json_object_array_length(types) : 1;
+  for (std::size_t i = 0; i < count && effort.spend(1); ++i) {
     const unsigned named = typesNamed(isList ? json_object_array_get_idx(types, i) : types);
     if (named & typeBit(instance) || isIntegerAfterAll(instance, named, draft)) {
       return true;
@@ -58,9 +64,10 @@ bool isOneOfTypes(json_object* instance, json_object* types, Draft draft, Effort
   return false;
 }
 
+// The keyword "enum".
 bool isListed(json_object* instance, json_object* values, Effort& effort) {
-  const size_t count = json_object_array_length(values);
-  for (size_t i = 0; i < count && !effort.stopped(); ++i) {
+  const std::size_t count = json_object_array_length(values);
+  for (std::size_t i = 0; i < count && !effort.isStopped(); ++i) {
     if (isEqual(instance, json_object_array_get_idx(values, i), effort)) {
       return true;
     }
@@ -68,6 +75,7 @@ bool isListed(json_object* instance, json_object* values, Effort& effort) {
   return false;
 }
 
+// The keyword "multipleOf". A step must be more than 0.
 bool isDivisible(json_object* instance, json_object* step, Effort& effort) {
   const Number number = numberOf(step);
   if (compare(number, Number{false, false, 0, 0}) != Order::kGreater) {
@@ -76,44 +84,47 @@ bool isDivisible(json_object* instance, json_object* step, Effort& effort) {
   return isMultiple(numberOf(instance), number);
 }
 
-// Whether the instance lies on the allowed side of the bound; on it only where that is allowed.
+// True on the allowed side of the bound, and on the bound itself unless it is exclusive.
 bool isWithin(json_object* instance, json_object* bound, Order side, bool exclusive) {
   const Order order = compare(instance, bound);
   return order == side || (order == Order::kEqual && !exclusive);
 }
 
-bool isAtMost(size_t size, json_object* bound, Effort& effort) {
+// A bound of a size must be a count, be it written as 3 or 3.0.
+bool isAtMost(std::size_t size, json_object* bound, Effort& effort) {
   uint64_t count = 0;
-  return isCount(bound, &count) ? size <= count : effort.stop(Trouble::kBadValue);
+  return isCount(bound, count) ? size <= count : effort.stop(Trouble::kBadValue);
 }
 
-bool isAtLeast(size_t size, json_object* bound, Effort& effort) {
+bool isAtLeast(std::size_t size, json_object* bound, Effort& effort) {
   uint64_t count = 0;
-  return isCount(bound, &count) ? size >= count : effort.stop(Trouble::kBadValue);
+  return isCount(bound, count) ? size >= count : effort.stop(Trouble::kBadValue);
 }
 
-size_t memberCount(json_object* object) {
-  return static_cast<size_t>(json_object_object_length(object));
+std::size_t memberCount(json_object* object) {
+  return static_cast<std::size_t>(json_object_object_length(object));
 }
 
+// The keyword "required", and each list of "dependentRequired".
 bool hasMembers(json_object* instance, json_object* names, Effort& effort) {
-  const size_t count = json_object_array_length(names);
-  OrderedLookup members(instance, effort);
+  const std::size_t count = json_object_array_length(names);
+  OrderedLookup members(instance, effort);  // required names often stand in the members' order
   if (!effort.spend(count)) {
     return false;
   }
-  for (size_t i = 0; i < count; ++i) {
+  for (std::size_t i = 0; i < count; ++i) {
     json_object* const name = json_object_array_get_idx(names, i);
     if (json_object_get_type(name) != json_type_string) {
       return effort.stop(Trouble::kBadValue);
     }
-    if (!members.find(json_object_get_string(name))) {
+    if (members.find(json_object_get_string(name)) == nullptr) {
       return false;
     }
   }
   return true;
 }
 
+// The keyword "dependentRequired": lists of names, by the member that needs them.
 bool hasDependents(json_object* instance, json_object* dependents, Effort& effort) {
   json_object_object_foreach(dependents, name, names) {
     if (json_object_get_type(names) != json_type_array) {
@@ -128,27 +139,31 @@ bool hasDependents(json_object* instance, json_object* dependents, Effort& effor
   return true;
 }
 
-// A character has one to four bytes, so most texts need no counting.
+// Lengths count characters. A character has one to four bytes, so the number of bytes decides for
+// most texts, and only what is near the bound is counted.
 bool isLongEnough(json_object* text, json_object* bound, Effort& effort) {
-  const auto bytes = static_cast<size_t>(json_object_get_string_len(text));
+  const auto bytes = static_cast<std::size_t>(json_object_get_string_len(text));
   return isAtLeast((bytes + 3) / 4, bound, effort) ||
          (effort.spend(bytes / 64) && isAtLeast(countCharacters(textOf(text)), bound, effort));
 }
 
 bool isShortEnough(json_object* text, json_object* bound, Effort& effort) {
-  const auto bytes = static_cast<size_t>(json_object_get_string_len(text));
+  const auto bytes = static_cast<std::size_t>(json_object_get_string_len(text));
   return isAtMost(bytes, bound, effort) ||
          (effort.spend(bytes / 64) && isAtMost(countCharacters(textOf(text)), bound, effort));
 }
 
+// The keyword "uniqueItems", which asks for nothing when it is false.
 bool hasNoEqualElements(json_object* instance, json_object* wanted, Effort& effort) {
   return !json_object_get_boolean(wanted) ||
-         (!findEqualElements(instance, effort).found && !effort.stopped());
+         (!findEqualElements(instance, effort).found && !effort.isStopped());
 }
 
 }  // namespace
 
-// Most schemas name one type, and most instances have it.
+// The first test is for the common case: one type named, and the instance has it. Its table is in
+// the order of json_type. Everything else, a list or a 1.0 that is an integer, is decided behind
+// it.
 bool isOfTypes(json_object* instance, json_object* types, Draft draft, Effort& effort) {
   static constexpr char kNames[][8] = {"null",   "boolean", "number", "integer",
                                        "object", "array",   "string"};
@@ -163,6 +178,7 @@ bool isExclusive(json_object* schema, const char* name, Draft draft) {
          json_object_get_type(flag) == json_type_boolean && json_object_get_boolean(flag);
 }
 
+// The keywords that are not here say something about the schema, or lead to other schemas.
 bool satisfies(json_object* instance, const Keyword& keyword, json_object* value,
                json_object* schema, Draft draft, Workshop& workshop) {
   Effort& effort = workshop.effort;
@@ -216,5 +232,4 @@ bool satisfies(json_object* instance, const Keyword& keyword, json_object* value
   }
 }
 
-}  // namespace schema
-}  // namespace hearth
+}  // namespace hearth::schema

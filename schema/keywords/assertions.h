@@ -8,30 +8,29 @@
 
 struct json_object;
 
-namespace hearth {
-namespace schema {
+namespace hearth::schema {
 
-// What an assertion may use besides its arguments.
+// What assertions work with besides their arguments, one for a whole validation.
 struct Workshop {
   Effort effort;
   Patterns patterns{effort};
 };
 
-// Whether the instance is of the type, or of one of the types, that the keyword `type` names.
+// True when the instance is of the type, or of one of the types, that the keyword `type` names. A
+// name of no type stops the effort.
 [[nodiscard]] bool isOfTypes(json_object* instance, json_object* types, Draft draft,
                              Effort& effort);
 
-// Whether the bound `maximum` or `minimum` of the schema is exclusive by the boolean of that name,
-// as draft-04 has it.
-bool isExclusive(json_object* schema, const char* name, Draft draft);
+// Draft-04 makes the bound `maximum` or `minimum` of a schema exclusive by a boolean beside it, of
+// this name. False in later drafts, where the name is a bound of its own.
+[[nodiscard]] bool isExclusive(json_object* schema, const char* name, Draft draft);
 
-// Whether the instance satisfies the keyword, which has `value` in `schema`. Requires that the
+// True when the instance satisfies the keyword, which has `value` in `schema`. Requires that the
 // keyword applies to the instance and that the value's type is one of the keyword's. A value that
-// cannot be used stops the effort.
+// cannot be used stops the effort. A keyword that asserts nothing by itself is satisfied.
 [[nodiscard]] bool satisfies(json_object* instance, const Keyword& keyword, json_object* value,
                              json_object* schema, Draft draft, Workshop& workshop);
 
-}  // namespace schema
-}  // namespace hearth
+}  // namespace hearth::schema
 
 #endif

@@ -1,3 +1,6 @@
+// Texts that hold an encoded document: decodes base64 and parses JSON to see if they are what the
+// schema says. Nothing is kept of either. Both cost in proportion to the text, so effort is spent
+// before they start.
 #include "schema/keywords/content.h"
 
 #include <climits>
@@ -6,19 +9,20 @@
 
 #include "base/json_parser.h"
 
-namespace hearth {
-namespace schema {
+namespace hearth::schema {
 namespace {
 
+// The six bits that a character of base64 stands for; -1 for any other character.
 int sextet(char c) {
   static constexpr char kAlphabet[] =
       "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
-  const char* const found = c ? strchr(kAlphabet, c) : nullptr;
-  return found ? static_cast<int>(found - kAlphabet) : -1;
+  const char* const found = c != '\0' ? strchr(kAlphabet, c) : nullptr;
+  return found != nullptr ? static_cast<int>(found - kAlphabet) : -1;
 }
 
-// Base64 as RFC 4648 has it: whole groups of four, the last one padded.
-bool decodeBase64(std::string_view text, std::string* decoded) {
+// Base64 as RFC 4648 has it: whole groups of four, the last one padded. Each character brings six
+// bits, and whenever eight or more are held, the eldest eight leave as a byte.
+bool decodeBase64(std::string_view text, std::string& decoded) {
   if (text.size() % 4 != 0) {
     return false;
   }
@@ -36,7 +40,7 @@ bool decodeBase64(std::string_view text, std::string* decoded) {
     held += 6;
     if (held >= 8) {
       held -= 8;
-      *decoded += static_cast<char>(bits >> held & 0xFF);
+      decoded += static_cast<char>(bits >> held & 0xFF);
     }
   }
   return true;
@@ -47,6 +51,7 @@ bool isJson(std::string_view text) {
     return false;
   }
   const ParsedJson parsed = parseJson(text, JSON_TOKENER_STRICT);
+  // Text behind the value would make the document no JSON; the parser only passes it over.
   return parsed.isValid() && parsed.end >= text.size();
 }
 
@@ -54,9 +59,10 @@ bool isJson(std::string_view text) {
 
 bool isEncoded(std::string_view text, std::string_view encoding, Effort& effort) {
   std::string decoded;
-  return encoding != "base64" || (effort.spend(text.size() / 4) && decodeBase64(text, &decoded));
+  return encoding != "base64" || (effort.spend(text.size() / 4) && decodeBase64(text, decoded));
 }
 
+// A text that says it is base64 is decoded first.
 bool isOfMediaType(std::string_view text, std::string_view type, json_object* schema,
                    Effort& effort) {
   if (type != "application/json") {
@@ -72,8 +78,7 @@ bool isOfMediaType(std::string_view text, std::string_view type, json_object* sc
     return isJson(text);
   }
   std::string decoded;
-  return !decodeBase64(text, &decoded) || isJson(decoded);
+  return !decodeBase64(text, decoded) || isJson(decoded);
 }
 
-}  // namespace schema
-}  // namespace hearth
+}  // namespace hearth::schema

@@ -8,17 +8,18 @@
 
 struct json_object;
 
-namespace hearth {
-namespace schema {
+namespace hearth::schema {
 
-// Whether the text is base64, if that is the encoding.
+// True when the text is in the encoding. Only base64 is known; any other encoding accepts every
+// text.
 [[nodiscard]] bool isEncoded(std::string_view text, std::string_view encoding, Effort& effort);
 
-// Whether the text, decoded as the schema's contentEncoding says, is JSON, if that is the type.
+// True when the text, decoded as the schema's contentEncoding says, is of the media type. Only
+// application/json is known; any other type accepts every text, and so does a text that cannot be
+// decoded, which contentEncoding refuses.
 [[nodiscard]] bool isOfMediaType(std::string_view text, std::string_view type, json_object* schema,
                                  Effort& effort);
 
-}  // namespace schema
-}  // namespace hearth
+}  // namespace hearth::schema
 
 #endif

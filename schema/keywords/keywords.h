@@ -1,6 +1,6 @@
-// What the language's keywords are, as a table: in which drafts a keyword exists, to which values
-// it applies, what its own value may be, where schemas stand below it, and when the walk turns to
-// it. The walk, the index of identifiers and the built-in metaschemas all read this one table.
+// The keywords of the schema language. For each one a table (table.h) says in which drafts it
+// exists, to which values it applies, what its own value may be, where schemas stand below it, and
+// when the walk turns to it. The walk and the search for identifiers both read this one table.
 #ifndef HEARTH_SCHEMA_KEYWORDS_KEYWORDS_H
 #define HEARTH_SCHEMA_KEYWORDS_KEYWORDS_H
 
@@ -10,8 +10,7 @@
 
 #include "schema/validate.h"
 
-namespace hearth {
-namespace schema {
+namespace hearth::schema {
 
 enum class Id : uint8_t {
   kNone,
@@ -67,9 +66,9 @@ enum class Id : uint8_t {
 };
 
 // When the walk turns to a keyword: at once while it reads the schema's members, or later, when it
-// has seen them all. What waits is kept in one slot each; the slots of objects and of arrays
+// has seen them all. What waits is kept in one slot each; the pending of objects and of arrays
 // overlap, an instance being one or the other.
-enum class Slot : uint8_t {
+enum class Turn : uint8_t {
   kRef,
   kDynamicRef,
   kAllOf,
@@ -114,17 +113,14 @@ enum Vocabulary : uint8_t {
 struct Keyword {
   char name[22];
   Id id;
-  uint8_t drafts;      // a bit per Draft
+  uint8_t drafts;      // a bit per Draft, see draft_sets.h
   uint8_t appliesTo;   // a bit per json_type of the instance
   uint8_t valueTypes;  // a bit per json_type of the keyword's value
-  Slot slot;
+  Turn turn;
   Below below;
   uint8_t vocabulary;
 };
 
-constexpr unsigned draftBit(Draft draft) {
-  return 1U << static_cast<unsigned>(draft);
-}
 inline unsigned typeBit(json_object* value) {
   return 1U << json_object_get_type(value);
 }
@@ -135,7 +131,6 @@ const Keyword* findKeyword(const char* name, Draft draft);
 // The name of a keyword, for people.
 const char* nameOf(Id id);
 
-}  // namespace schema
-}  // namespace hearth
+}  // namespace hearth::schema
 
 #endif

@@ -8,8 +8,7 @@
 
 struct json_object;
 
-namespace hearth {
-namespace schema {
+namespace hearth::schema {
 
 struct Number {
   bool isDouble;
@@ -26,18 +25,17 @@ enum class Order { kLess, kEqual, kGreater, kNone };  // kNone: one of them is n
 Order compare(const Number& left, const Number& right);
 Order compare(json_object* left, json_object* right);
 
-// Whether it has no fraction, be it written as an integer or not.
-bool isIntegral(const Number& number);
+// True without a fraction, be the number written as an integer or not.
+[[nodiscard]] bool isIntegral(const Number& number);
 
-// Whether value is an integer times step, both taken as the shortest decimals that mean them: 19.99
-// is a multiple of 0.01. Requires a step above 0.
-bool isMultiple(const Number& value, const Number& step);
+// True when value is an integer times step, both taken as the shortest decimals that mean
+// them: 19.99 is a multiple of 0.01. Requires a step above 0.
+[[nodiscard]] bool isMultiple(const Number& value, const Number& step);
 
-// The count that a keyword such as maxLength gives, in *count; false when it is no integer or
-// negative. What is beyond 63 bits counts as that much.
-bool isCount(json_object* value, uint64_t* count);
+// Gives the count that a keyword such as maxLength has for its value. False when that is no integer
+// or negative. An integer beyond 63 bits counts as the largest of these, which no size reaches.
+[[nodiscard]] bool isCount(json_object* value, uint64_t& count);
 
-}  // namespace schema
-}  // namespace hearth
+}  // namespace hearth::schema
 
 #endif

@@ -12,13 +12,12 @@
 
 #include "schema/effort.h"
 
-namespace hearth {
-namespace schema {
+namespace hearth::schema {
 
-// The pattern in PCRE2's words, in *translated; false when it is no ECMA-262 pattern. *repeats
-// tells whether it holds a quantifier.
-[[nodiscard]] bool translatePattern(std::string_view pattern, std::string* translated,
-                                    bool* repeats);
+// Gives the pattern in PCRE2's words, and if it holds a quantifier. False when it is no ECMA-262
+// pattern.
+[[nodiscard]] bool translatePattern(std::string_view pattern, std::string& translated,
+                                    bool& repeats);
 
 class Patterns {
  public:
@@ -27,7 +26,7 @@ class Patterns {
   Patterns(const Patterns&) = delete;
   Patterns& operator=(const Patterns&) = delete;
 
-  // Whether the text holds a match of the pattern. The address of the pattern's text names it: it
+  // True when the text holds a match of the pattern. The address of the pattern's text names it: it
   // must stay as it is while the validation lasts. A pattern that cannot be used stops the effort.
   [[nodiscard]] bool matches(std::string_view pattern, std::string_view text);
 
@@ -35,7 +34,7 @@ class Patterns {
   // something that it needs.
   [[nodiscard]] bool matchesOwn(const char* pattern, std::string_view text);
 
-  // Whether it is a usable ECMA-262 pattern, stopping nothing.
+  // True for a usable ECMA-262 pattern. Any other one stops nothing.
   [[nodiscard]] bool isPattern(std::string_view pattern);
 
  private:
@@ -43,17 +42,18 @@ class Patterns {
     const char* name = nullptr;  // the text that it was made from
     pcre2_code* code = nullptr;
     pcre2_match_data* data = nullptr;
-    bool anchored = false;
+    bool isAnchored = false;
     bool repeats = false;
+    bool isBeyondPcre2 = false;  // not compiled, though ECMA-262 knows it
   };
-  static constexpr size_t kCached = 32;
+  static constexpr std::size_t kCached = 32;
 
   bool prepare();
-  bool compile(std::string_view source, bool repeats, Compiled* entry);
+  bool compile(std::string_view source, bool repeats, Compiled& entry);
   Compiled& entryOf(const char* name);
-  static void release(Compiled* entry);
+  static void release(Compiled& entry);
   bool search(const Compiled& entry, std::string_view text);
-  size_t costOf(const Compiled& entry, size_t size, uint32_t limit) const;
+  [[nodiscard]] static std::size_t costOf(const Compiled& entry, std::size_t size, uint32_t limit);
 
   Effort& effort_;
   pcre2_compile_context* compileContext_ = nullptr;
@@ -61,7 +61,6 @@ class Patterns {
   Compiled cache_[kCached];
 };
 
-}  // namespace schema
-}  // namespace hearth
+}  // namespace hearth::schema
 
 #endif

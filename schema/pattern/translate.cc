@@ -1,44 +1,45 @@
-// From ECMA-262's regular expressions (with Unicode on) to PCRE2's. Most of both is the same. What
-// differs is rewritten, and what PCRE2 would read as something of its own is refused: inline
-// options, atomic groups, possessive quantifiers, verbs, and escapes such as \A or \Q. This file
-// has the frame of a pattern (groups, quantifiers, references); the characters and the sets of
-// characters in it are in pattern_characters.cc.
+// Translates ECMA-262's regular expressions (with Unicode on) to PCRE2's. Most of both is the same
+// and copied. What differs is rewritten, and what PCRE2 would read as something of its own is
+// refused: inline options, atomic groups, possessive quantifiers, verbs, and escapes such as \A or
+// \Q. Whether groups are closed and quantifiers have something to repeat is left to PCRE2, which
+// reads the result anyway. This file has the frame of a pattern (groups, quantifiers, references);
+// the characters in it and the sets of them are in characters.cc.
 #include <cstring>
 
-#include "schema/format/reader.h"
+#include "base/ascii.h"
 #include "schema/pattern/pattern.h"
 #include "schema/pattern/translator.h"
 
-namespace hearth {
-namespace schema {
+namespace hearth::schema {
 
-char Translator::peek(size_t ahead) const {
+char Translator::peek(std::size_t ahead) const {
   return at_ + ahead < in_.size() ? in_[at_ + ahead] : '\0';
 }
 
-bool Translator::copy(size_t size) {
+bool Translator::copy(std::size_t size) {
   out_ += in_.substr(at_, size);
   at_ += size;
   return true;
 }
 
-bool Translator::run() {
+bool Translator::translate() {
   while (at_ < in_.size()) {
-    if (!item()) {
+    if (!takeItem()) {
       return false;
     }
   }
   return true;
 }
 
-bool Translator::item() {
+// A dot means any character but a line's end, and ECMA-262 knows two more of these than PCRE2.
+bool Translator::takeItem() {
   switch (peek()) {
     case '\\':
-      return escape();
+      return takeEscape();
     case '[':
-      return characterClass();
+      return takeClass();
     case '(':
-      return group();
+      return takeGroup();
     case '.':
       out_ += R"([^\n\r\x{2028}\x{2029}])";
       ++at_;
@@ -46,16 +47,16 @@ bool Translator::item() {
     case '*':
     case '+':
     case '?':
-      return quantifier(1);
+      return takeQuantifier(1);
     case '{':
-      return brace();
+      return takeBrace();
     default:
       return copy(1);
   }
 }
 
 // A quantifier of that many bytes, perhaps lazy, never possessive.
-bool Translator::quantifier(size_t size) {
+bool Translator::takeQuantifier(std::size_t size) {
   repeats_ = true;
   copy(size);
   if (peek() == '?') {
@@ -64,45 +65,47 @@ bool Translator::quantifier(size_t size) {
   return peek() != '+' && peek() != '*' && peek() != '?';
 }
 
-// {n}, {n,} and {n,m} are quantifiers; any other brace is itself.
-bool Translator::brace() {
-  size_t size = 1;
+// {n}, {n,} and {n,m} are quantifiers; any other brace stands for itself.
+bool Translator::takeBrace() {
+  std::size_t size = 1;
   while (isDigit(peek(size))) {
     ++size;
   }
-  bool counts = size > 1;
-  if (counts && peek(size) == ',') {
+  bool isCount = size > 1;
+  if (isCount && peek(size) == ',') {
     do {
       ++size;
     } while (isDigit(peek(size)));
   }
-  counts = counts && peek(size) == '}';
-  if (counts) {
-    return quantifier(size + 1);
+  isCount = isCount && peek(size) == '}';
+  if (isCount) {
+    return takeQuantifier(size + 1);
   }
   out_ += "\\{";
   ++at_;
   return true;
 }
 
-// (?: (?= (?! (?<= (?<! and (?<name> are all that follows "(?".
-bool Translator::group() {
+// (?: (?= (?! (?<= (?<! and (?<name> are all that ECMA-262 knows behind "(?"; "(*" begins a verb of
+// PCRE2's.
+bool Translator::takeGroup() {
   if (peek(1) == '*') {
     return false;
   }
   if (peek(1) != '?') {
     return copy(1);
   }
-  const bool plain = strchr(":=!", peek(2)) != nullptr && peek(2) != '\0';
-  const bool behind = peek(2) == '<' && (peek(3) == '=' || peek(3) == '!');
-  const bool named = peek(2) == '<' && (isLetter(peek(3)) || peek(3) == '_');
-  return (plain || behind || named) && copy(behind ? 4 : 3);
+  const bool isPlain = strchr(":=!", peek(2)) != nullptr && peek(2) != '\0';
+  const bool looksBehind = peek(2) == '<' && (peek(3) == '=' || peek(3) == '!');
+  const bool isNamed = peek(2) == '<' && (isLetter(peek(3)) || peek(3) == '_');
+  return (isPlain || looksBehind || isNamed) && copy(looksBehind ? 4 : 3);
 }
 
-bool Translator::escape() {
+// The escapes that mean something only outside a class; the others are takeCommonEscape's.
+bool Translator::takeEscape() {
   const char c = peek(1);
   if (c == 's' || c == 'S') {
-    return spaces(false);
+    return takeSpaces(false);
   }
   if (c == 'b' || c == 'B') {
     return copy(2);
@@ -111,12 +114,13 @@ bool Translator::escape() {
     return peek(2) == '<' && copy(3);
   }
   if (c >= '1' && c <= '9') {
-    return backReference();
+    return takeBackReference();
   }
-  return commonEscape(false);
+  return takeCommonEscape(false);
 }
 
-bool Translator::backReference() {
+// \12 is written as \g{12}, so that digits behind it do not join in.
+bool Translator::takeBackReference() {
   out_ += "\\g{";
   for (++at_; isDigit(peek()); ++at_) {
     out_ += peek();
@@ -125,14 +129,11 @@ bool Translator::backReference() {
   return true;
 }
 
-bool translatePattern(std::string_view pattern, std::string* translated, bool* repeats) {
+bool translatePattern(std::string_view pattern, std::string& translated, bool& repeats) {
   Translator translator(pattern, translated);
-  if (!translator.run()) {
-    return false;
-  }
-  *repeats = translator.repeats();
-  return true;
+  const bool isPattern = translator.translate();
+  repeats = translator.repeats();
+  return isPattern;
 }
 
-}  // namespace schema
-}  // namespace hearth
+}  // namespace hearth::schema

@@ -1,5 +1,5 @@
-// How a schema says which draft it is of and what it is called, and the hashes that such names are
-// found by.
+// How a schema says which draft it is of and what it is called, and the hashes by which such names
+// are found.
 #ifndef HEARTH_SCHEMA_RESOURCE_IDENTIFIERS_H
 #define HEARTH_SCHEMA_RESOURCE_IDENTIFIERS_H
 
@@ -12,8 +12,7 @@
 #include "schema/resource/metaschemas.h"
 #include "schema/text.h"
 
-namespace hearth {
-namespace schema {
+namespace hearth::schema {
 
 inline uint32_t hashAddress(const void* address) {
   const auto bits = reinterpret_cast<uintptr_t>(address);
@@ -34,20 +33,22 @@ inline bool isObject(json_object* value) {
   return json_object_get_type(value) == json_type_object;
 }
 
+// The draft that the schema names by a known metaschema, else that of the resource around it.
 inline Draft draftOf(json_object* schema, Draft around) {
   Draft draft = around;
   const std::string_view uri = textMember(schema, "$schema");
-  return uri.data() && isMetaschema(uri, &draft) ? draft : around;
+  return uri.data() != nullptr && isMetaschema(uri, draft) ? draft : around;
 }
 
-// The identifier of a schema. Up to draft-07 one beside a reference does not count.
+// The identifier of a schema; no data() when it has none. Up to draft-07 one beside a reference
+// does not count.
 inline std::string_view idOf(json_object* schema, Draft draft) {
   const std::string_view id = textMember(schema, draft == Draft::k4 ? "id" : "$id");
-  return id.data() && draft <= Draft::k7 && textMember(schema, "$ref").data() ? std::string_view()
-                                                                              : id;
+  const bool isVoid =
+      id.data() != nullptr && draft <= Draft::k7 && textMember(schema, "$ref").data() != nullptr;
+  return isVoid ? std::string_view() : id;
 }
 
-}  // namespace schema
-}  // namespace hearth
+}  // namespace hearth::schema
 
 #endif

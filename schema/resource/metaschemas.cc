@@ -1,7 +1,12 @@
+// The built-in metaschemas, written as JSON when a reference leads to one.
+//
 // A metaschema says for each keyword which values it may have, and there are few kinds of values.
-// So the five metaschemas are one table, "keyword=kind" for the drafts and the part (the
-// vocabulary) that it belongs to, and are written out as JSON when a reference leads to one. What
-// they say beyond that, such as titles, is left out: it constrains nothing.
+// So the five metaschemas are two tables: which keyword takes which kind of value, by drafts and by
+// the part that it belongs to, and what each kind is as a schema. What the drafts' own texts say
+// beyond that, such as titles, is left out: it constrains nothing.
+//
+// A part is a vocabulary. Up to draft-07 a metaschema is one schema with the keywords of all parts;
+// later ones embed a schema for each part in "$defs" and are their "allOf".
 #include "schema/resource/metaschemas.h"
 
 #include <json-c/json.h>
@@ -10,118 +15,218 @@
 #include <string>
 #include <string_view>
 
+#include "schema/keywords/draft_sets.h"
 #include "schema/text.h"
 
-namespace hearth {
-namespace schema {
+namespace hearth::schema {
 namespace {
 
-constexpr uint8_t k4 = 1, k6 = 2, k7 = 4, k19 = 8, k20 = 16;
-constexpr uint8_t kAll = 31, kFrom6 = k6 | k7 | k19 | k20, kFrom7 = k7 | k19 | k20;
-constexpr uint8_t kTo7 = k4 | k6 | k7, kFrom19 = k19 | k20;
+enum class Part : uint8_t {
+  kCore,
+  kApplicator,
+  kUnevaluated,
+  kValidation,
+  kMetaData,
+  kFormat,
+  kContent,
+  kWhole,  // keywords of the metaschema itself, in no part of it
+  kApplicatorDefinitions,
+  kValidationDefinitions,
+  kNone,
+};
 
-// A part of a metaschema by a letter: Core, Applicator, Unevaluated, Validation, Meta-data, Format,
-// cOntent, and Root for what no part holds. A capital means the part's definitions.
+// Sets of parts, a bit for each.
+constexpr unsigned setOf(Part part) {
+  return 1U << static_cast<unsigned>(part);
+}
+constexpr unsigned kAllKeywords = setOf(Part::kApplicatorDefinitions) - 1;
+constexpr unsigned kAllDefinitions =
+    setOf(Part::kApplicatorDefinitions) | setOf(Part::kValidationDefinitions);
+
+// Kinds of values that keywords take.
+enum class Kind : uint8_t {
+  kNone,  // where a kind has no other one inside
+  kAnything,
+  kBoolean,
+  kNumber,
+  kPositiveNumber,
+  kCount,
+  kText,
+  kUri,
+  kUriReference,
+  kIdentifier,
+  kAnchor,
+  kRegex,
+  kTypeName,
+  kTypes,
+  kNameList,
+  kList,
+  kSet,
+  kSchema,
+  kBooleanOrSchema,
+  kSchemaList,
+  kSchemaOrList,
+  kSchemaMap,
+  kSchemaMapByPattern,
+  kNameListMap,
+  kDependencyMap,
+  kVocabularyMap,
+};
+
+// Keywords that take one kind of value, with blanks between them.
 struct Row {
   uint8_t drafts;
-  char part;
-  const char* keywords;
+  Part part;
+  Kind kind;
+  const char* names;
 };
 
 constexpr Row kRows[] = {
-    {k4, 'c', "id=T,$schema=T,"},
-    {k6 | k7, 'c', "$id=R,$schema=U,$ref=R,"},
-    {kFrom7, 'c', "$comment=T,"},
-    {kFrom19, 'c', "$id=W,$schema=U,$ref=R,$anchor=K,$vocabulary=V,$defs=M,"},
-    {k19, 'c', "$recursiveRef=R,$recursiveAnchor=B,"},
-    {k20, 'c', "$dynamicRef=R,$dynamicAnchor=K,"},
-    {kAll, 'A', "schemaArray=A,"},
-    {kAll, 'a', "properties=M,allOf=A,anyOf=A,oneOf=A,not=S,"},
-    {k4, 'a', "additionalItems=H,additionalProperties=H,"},
-    {kFrom6, 'a', "additionalProperties=S,contains=S,propertyNames=S,"},
-    {kFrom7, 'a', "if=S,then=S,else=S,"},
-    {kTo7 | k19, 'a', "items=I,"},
-    {k6 | k7 | k19, 'a', "additionalItems=S,"},
-    {k20, 'a', "items=S,prefixItems=A,"},
-    {k4 | k6, 'a', "patternProperties=M,"},
-    {kFrom7, 'a', "patternProperties=F,"},
-    {kFrom19, 'a', "dependentSchemas=M,"},
-    {k19, 'a', "unevaluatedItems=S,unevaluatedProperties=S,"},
-    {k20, 'u', "unevaluatedItems=S,unevaluatedProperties=S,"},
-    {k4, 'V', "positiveInteger=L,positiveIntegerDefault0=L,"},
-    {kFrom6, 'V', "nonNegativeInteger=L,nonNegativeIntegerDefault0=L,"},
-    {kAll, 'V', "simpleTypes=Y,stringArray=X,"},
-    {kAll, 'v',
-     "multipleOf=P,maximum=N,minimum=N,maxLength=L,minLength=L,pattern=G,maxItems=L,minItems=L,"
-     "uniqueItems=B,maxProperties=L,minProperties=L,required=X,type=C,"},
-    {k4, 'v', "exclusiveMaximum=B,exclusiveMinimum=B,"},
-    {kFrom6, 'v', "exclusiveMaximum=N,exclusiveMinimum=N,const=J,"},
-    {k4 | k6, 'v', "enum=E,"},
-    {kFrom7, 'v', "enum=Z,"},
-    {kFrom19, 'v', "minContains=L,maxContains=L,dependentRequired=Q,"},
-    {kAll, 'm', "title=T,description=T,default=J,"},
-    {kFrom6, 'm', "examples=Z,"},
-    {kFrom7, 'm', "readOnly=B,writeOnly=B,"},
-    {kFrom19, 'm', "deprecated=B,"},
-    {kAll, 'f', "format=T,"},
-    {kFrom7, 'o', "contentMediaType=T,contentEncoding=T,"},
-    {kFrom19, 'o', "contentSchema=S,"},
-    {kAll, 'r', "definitions=M,dependencies=D,"},
+    {k4, Part::kCore, Kind::kText, "id $schema"},
+    {k6 | k7, Part::kCore, Kind::kUriReference, "$id $ref"},
+    {kFrom6, Part::kCore, Kind::kUri, "$schema"},
+    {kFrom7, Part::kCore, Kind::kText, "$comment"},
+    {kFrom19, Part::kCore, Kind::kIdentifier, "$id"},
+    {kFrom19, Part::kCore, Kind::kUriReference, "$ref"},
+    {kFrom19, Part::kCore, Kind::kAnchor, "$anchor"},
+    {kFrom19, Part::kCore, Kind::kVocabularyMap, "$vocabulary"},
+    {kFrom19, Part::kCore, Kind::kSchemaMap, "$defs"},
+    {k19, Part::kCore, Kind::kUriReference, "$recursiveRef"},
+    {k19, Part::kCore, Kind::kBoolean, "$recursiveAnchor"},
+    {k20, Part::kCore, Kind::kUriReference, "$dynamicRef"},
+    {k20, Part::kCore, Kind::kAnchor, "$dynamicAnchor"},
+
+    {kAll, Part::kApplicatorDefinitions, Kind::kSchemaList, "schemaArray"},
+    {kAll, Part::kApplicator, Kind::kSchemaMap, "properties"},
+    {kAll, Part::kApplicator, Kind::kSchemaList, "allOf anyOf oneOf"},
+    {kAll, Part::kApplicator, Kind::kSchema, "not"},
+    {k4, Part::kApplicator, Kind::kBooleanOrSchema, "additionalItems additionalProperties"},
+    {kFrom6, Part::kApplicator, Kind::kSchema, "additionalProperties contains propertyNames"},
+    {kFrom7, Part::kApplicator, Kind::kSchema, "if then else"},
+    {kTo19, Part::kApplicator, Kind::kSchemaOrList, "items"},
+    {kTo19 & ~k4, Part::kApplicator, Kind::kSchema, "additionalItems"},
+    {k20, Part::kApplicator, Kind::kSchema, "items"},
+    {k20, Part::kApplicator, Kind::kSchemaList, "prefixItems"},
+    {k4 | k6, Part::kApplicator, Kind::kSchemaMap, "patternProperties"},
+    {kFrom7, Part::kApplicator, Kind::kSchemaMapByPattern, "patternProperties"},
+    {kFrom19, Part::kApplicator, Kind::kSchemaMap, "dependentSchemas"},
+    {k19, Part::kApplicator, Kind::kSchema, "unevaluatedItems unevaluatedProperties"},
+    {k20, Part::kUnevaluated, Kind::kSchema, "unevaluatedItems unevaluatedProperties"},
+
+    {k4, Part::kValidationDefinitions, Kind::kCount, "positiveInteger positiveIntegerDefault0"},
+    {kFrom6, Part::kValidationDefinitions, Kind::kCount,
+     "nonNegativeInteger nonNegativeIntegerDefault0"},
+    {kAll, Part::kValidationDefinitions, Kind::kTypeName, "simpleTypes"},
+    {kAll, Part::kValidationDefinitions, Kind::kNameList, "stringArray"},
+    {kAll, Part::kValidation, Kind::kPositiveNumber, "multipleOf"},
+    {kAll, Part::kValidation, Kind::kNumber, "maximum minimum"},
+    {kAll, Part::kValidation, Kind::kCount,
+     "maxLength minLength maxItems minItems maxProperties minProperties"},
+    {kAll, Part::kValidation, Kind::kRegex, "pattern"},
+    {kAll, Part::kValidation, Kind::kBoolean, "uniqueItems"},
+    {kAll, Part::kValidation, Kind::kNameList, "required"},
+    {kAll, Part::kValidation, Kind::kTypes, "type"},
+    {k4, Part::kValidation, Kind::kBoolean, "exclusiveMaximum exclusiveMinimum"},
+    {kFrom6, Part::kValidation, Kind::kNumber, "exclusiveMaximum exclusiveMinimum"},
+    {kFrom6, Part::kValidation, Kind::kAnything, "const"},
+    {k4 | k6, Part::kValidation, Kind::kSet, "enum"},
+    {kFrom7, Part::kValidation, Kind::kList, "enum"},
+    {kFrom19, Part::kValidation, Kind::kCount, "minContains maxContains"},
+    {kFrom19, Part::kValidation, Kind::kNameListMap, "dependentRequired"},
+
+    {kAll, Part::kMetaData, Kind::kText, "title description"},
+    {kAll, Part::kMetaData, Kind::kAnything, "default"},
+    {kFrom6, Part::kMetaData, Kind::kList, "examples"},
+    {kFrom7, Part::kMetaData, Kind::kBoolean, "readOnly writeOnly"},
+    {kFrom19, Part::kMetaData, Kind::kBoolean, "deprecated"},
+    {kAll, Part::kFormat, Kind::kText, "format"},
+    {kFrom7, Part::kContent, Kind::kText, "contentMediaType contentEncoding"},
+    {kFrom19, Part::kContent, Kind::kSchema, "contentSchema"},
+    {kAll, Part::kWhole, Kind::kSchemaMap, "definitions"},
+    {kAll, Part::kWhole, Kind::kDependencyMap, "dependencies"},
 };
 
-// What each kind is, %K standing for the kind K. The first row that fits the draft counts.
-struct Kind {
-  char letter;
+// A kind as a schema; each '%' in it stands for the next kind of `inner`. The first row of a kind
+// that fits the draft counts.
+struct KindRow {
+  Kind kind;
   uint8_t drafts;
+  Kind inner[2];
   const char* schema;
 };
 
-constexpr Kind kKinds[] = {
-    {'S', kTo7, R"({"$ref":"#"})"},
-    {'S', k19, R"({"$recursiveRef":"#"})"},
-    {'S', k20, R"({"$dynamicRef":"#meta"})"},
-    {'A', kAll, R"({"type":"array","minItems":1,"items":%S})"},
-    {'M', kAll, R"({"type":"object","additionalProperties":%S})"},
-    {'F', kAll,
-     R"({"type":"object","additionalProperties":%S,"propertyNames":{"format":"regex"}})"},
-    {'I', kAll, R"({"anyOf":[%S,%A]})"},
-    {'D', kAll, R"({"type":"object","additionalProperties":{"anyOf":[%S,%X]}})"},
-    {'Q', kAll, R"({"type":"object","additionalProperties":%X})"},
-    {'H', kAll, R"({"anyOf":[%B,%S]})"},
-    {'N', kAll, R"({"type":"number"})"},
-    {'P', k4, R"({"type":"number","minimum":0,"exclusiveMinimum":true})"},
-    {'P', kFrom6, R"({"type":"number","exclusiveMinimum":0})"},
-    {'L', kAll, R"({"type":"integer","minimum":0})"},
-    {'B', kAll, R"({"type":"boolean"})"},
-    {'T', kAll, R"({"type":"string"})"},
-    {'U', kAll, R"({"type":"string","format":"uri"})"},
-    {'R', kAll, R"({"type":"string","format":"uri-reference"})"},
-    {'W', kAll, R"({"type":"string","format":"uri-reference","pattern":"^[^#]*#?$"})"},
-    {'G', kAll, R"({"type":"string","format":"regex"})"},
-    {'K', k19, R"({"type":"string","pattern":"^[A-Za-z][-A-Za-z0-9.:_]*$"})"},
-    {'K', k20, R"({"type":"string","pattern":"^[A-Za-z_][-A-Za-z0-9._]*$"})"},
-    {'V', kAll,
-     R"({"type":"object","propertyNames":{"type":"string","format":"uri"},)"
-     R"("additionalProperties":%B})"},
-    {'X', k4, R"({"type":"array","minItems":1,"items":%T,"uniqueItems":true})"},
-    {'X', kFrom6, R"({"type":"array","items":%T,"uniqueItems":true})"},
-    {'E', kAll, R"({"type":"array","minItems":1,"uniqueItems":true})"},
-    {'Z', kAll, R"({"type":"array"})"},
-    {'J', kAll, "{}"},
-    {'Y', kAll, R"({"enum":["array","boolean","integer","null","number","object","string"]})"},
-    {'C', kAll, R"({"anyOf":[%Y,{"type":"array","items":%Y,"minItems":1,"uniqueItems":true}]})"},
+constexpr KindRow kKinds[] = {
+    {Kind::kAnything, kAll, {}, "{}"},
+    {Kind::kBoolean, kAll, {}, R"({"type":"boolean"})"},
+    {Kind::kNumber, kAll, {}, R"({"type":"number"})"},
+    {Kind::kPositiveNumber, k4, {}, R"({"type":"number","minimum":0,"exclusiveMinimum":true})"},
+    {Kind::kPositiveNumber, kFrom6, {}, R"({"type":"number","exclusiveMinimum":0})"},
+    {Kind::kCount, kAll, {}, R"({"type":"integer","minimum":0})"},
+    {Kind::kText, kAll, {}, R"({"type":"string"})"},
+    {Kind::kUri, kAll, {}, R"({"type":"string","format":"uri"})"},
+    {Kind::kUriReference, kAll, {}, R"({"type":"string","format":"uri-reference"})"},
+    {Kind::kIdentifier,
+     kAll,
+     {},
+     R"({"type":"string","format":"uri-reference","pattern":"^[^#]*#?$"})"},
+    {Kind::kAnchor, k19, {}, R"({"type":"string","pattern":"^[A-Za-z][-A-Za-z0-9.:_]*$"})"},
+    {Kind::kAnchor, k20, {}, R"({"type":"string","pattern":"^[A-Za-z_][-A-Za-z0-9._]*$"})"},
+    {Kind::kRegex, kAll, {}, R"({"type":"string","format":"regex"})"},
+    {Kind::kTypeName,
+     kAll,
+     {},
+     R"({"enum":["array","boolean","integer","null","number","object","string"]})"},
+    {Kind::kTypes,
+     kAll,
+     {Kind::kTypeName, Kind::kTypeName},
+     R"({"anyOf":[%,{"type":"array","items":%,"minItems":1,"uniqueItems":true}]})"},
+    {Kind::kNameList,
+     k4,
+     {Kind::kText},
+     R"({"type":"array","minItems":1,"items":%,"uniqueItems":true})"},
+    {Kind::kNameList, kFrom6, {Kind::kText}, R"({"type":"array","items":%,"uniqueItems":true})"},
+    {Kind::kList, kAll, {}, R"({"type":"array"})"},
+    {Kind::kSet, kAll, {}, R"({"type":"array","minItems":1,"uniqueItems":true})"},
+
+    {Kind::kSchema, kTo7, {}, R"({"$ref":"#"})"},
+    {Kind::kSchema, k19, {}, R"({"$recursiveRef":"#"})"},
+    {Kind::kSchema, k20, {}, R"({"$dynamicRef":"#meta"})"},
+    {Kind::kBooleanOrSchema, kAll, {Kind::kBoolean, Kind::kSchema}, R"({"anyOf":[%,%]})"},
+    {Kind::kSchemaList, kAll, {Kind::kSchema}, R"({"type":"array","minItems":1,"items":%})"},
+    {Kind::kSchemaOrList, kAll, {Kind::kSchema, Kind::kSchemaList}, R"({"anyOf":[%,%]})"},
+    {Kind::kSchemaMap, kAll, {Kind::kSchema}, R"({"type":"object","additionalProperties":%})"},
+    {Kind::kSchemaMapByPattern,
+     kAll,
+     {Kind::kSchema},
+     R"({"type":"object","additionalProperties":%,"propertyNames":{"format":"regex"}})"},
+    {Kind::kNameListMap, kAll, {Kind::kNameList}, R"({"type":"object","additionalProperties":%})"},
+    {Kind::kDependencyMap,
+     kAll,
+     {Kind::kSchema, Kind::kNameList},
+     R"({"type":"object","additionalProperties":{"anyOf":[%,%]}})"},
+    {Kind::kVocabularyMap,
+     kAll,
+     {Kind::kUri, Kind::kBoolean},
+     R"({"type":"object","propertyNames":%,"additionalProperties":%})"},
 };
 
-struct Part {
+// The parts that are schemas of their own, under meta/ in the metaschema's URI.
+struct PartRow {
   uint8_t drafts;
-  char letter;
+  Part keywords;
+  Part definitions;
   char name[18];
 };
 
-constexpr Part kParts[] = {
-    {kFrom19, 'c', "core"},          {kFrom19, 'a', "applicator"}, {k20, 'u', "unevaluated"},
-    {kFrom19, 'v', "validation"},    {kFrom19, 'm', "meta-data"},  {k19, 'f', "format"},
-    {k20, 'f', "format-annotation"}, {kFrom19, 'o', "content"},
+constexpr PartRow kParts[] = {
+    {kFrom19, Part::kCore, Part::kNone, "core"},
+    {kFrom19, Part::kApplicator, Part::kApplicatorDefinitions, "applicator"},
+    {k20, Part::kUnevaluated, Part::kNone, "unevaluated"},
+    {kFrom19, Part::kValidation, Part::kValidationDefinitions, "validation"},
+    {kFrom19, Part::kMetaData, Part::kNone, "meta-data"},
+    {k19, Part::kFormat, Part::kNone, "format"},
+    {k20, Part::kFormat, Part::kNone, "format-annotation"},
+    {kFrom19, Part::kContent, Part::kNone, "content"},
 };
 
 struct Name {
@@ -137,20 +242,22 @@ constexpr Name kNames[] = {
     {"json-schema.org/draft/2020-12/", Draft::k2020},
 };
 
+// Writes one metaschema. Every member and element is written with a comma behind it; whoever closes
+// the container around them takes the last one away.
 class Writer {
  public:
   explicit Writer(Draft draft) : draft_(draft), bit_(draftBit(draft)) {}
 
   std::string text() {
-    const bool parted = draft_ >= Draft::k2019;
+    const bool hasParts = draft_ >= Draft::k2019;
     out_ = "{";
-    head("", parted ? "schema" : "");
-    if (parted) {
-      allParts();
-      table("properties", "r");
+    addHead("", hasParts ? "schema" : "");
+    if (hasParts) {
+      addAllParts();
+      addTable("properties", setOf(Part::kWhole));
     } else {
-      table("definitions", "AV");
-      table("properties", "cavmfor");
+      addTable("definitions", kAllDefinitions);
+      addTable("properties", kAllKeywords);
       out_ += draft_ == Draft::k4 ? R"("dependencies":{"exclusiveMaximum":["maximum"],)"
                                     R"("exclusiveMinimum":["minimum"]},)"
                                   : "";
@@ -160,64 +267,70 @@ class Writer {
 
  private:
   // Identifier, dialect and type, as every metaschema and part of one begins.
-  void head(std::string_view folder, std::string_view name) {
-    const bool parted = draft_ >= Draft::k2019;
-    const char* const scheme = parted ? "https://" : "http://";
-    const char* const uri = kNames[static_cast<size_t>(draft_)].uri;
-    append(&out_,
-           {R"("$schema":")", scheme, uri, parted ? "schema" : "#", R"(",")",
-            draft_ == Draft::k4 ? "id" : "$id", R"(":")", scheme, uri, parted ? folder : "#", name,
-            R"(","type":)", draft_ == Draft::k4 ? R"("object",)" : R"(["object","boolean"],)",
+  void addHead(std::string_view folder, std::string_view name) {
+    const bool hasParts = draft_ >= Draft::k2019;
+    const char* const scheme = hasParts ? "https://" : "http://";
+    const char* const uri = kNames[static_cast<std::size_t>(draft_)].uri;
+    append({R"("$schema":")", scheme, uri, hasParts ? "schema" : "#", R"(",")",
+            draft_ == Draft::k4 ? "id" : "$id", R"(":")", scheme, uri, hasParts ? folder : "#",
+            name, R"(","type":)", draft_ == Draft::k4 ? R"("object",)" : R"(["object","boolean"],)",
             draft_ == Draft::k2019   ? R"("$recursiveAnchor":true,)"
             : draft_ == Draft::k2020 ? R"("$dynamicAnchor":"meta",)"
-                                     : ""});
+                                     : ""},
+           out_);
   }
 
   // The parts stand in "$defs", and the whole is all of them.
-  void allParts() {
+  void addAllParts() {
     out_ += R"("allOf":[)";
-    for (const Part& part : kParts) {
+    for (const PartRow& part : kParts) {
       if (part.drafts & bit_) {
-        append(&out_, {R"({"$ref":"meta/)", part.name, R"("},)"});
+        append({R"({"$ref":"meta/)", part.name, R"("},)"}, out_);
       }
     }
     out_.back() = ']';
     out_ += R"(,"$defs":{)";
-    for (const Part& part : kParts) {
+    for (const PartRow& part : kParts) {
       if (part.drafts & bit_) {
-        const char own[] = {part.letter, '\0'};
-        const char definitions[] = {static_cast<char>(part.letter & ~0x20), '\0'};
-        append(&out_, {"\"", part.name, "\":{"});
-        head("meta/", part.name);
-        table("properties", own);
-        table("$defs", definitions);
+        append({"\"", part.name, "\":{"}, out_);
+        addHead("meta/", part.name);
+        addTable("properties", setOf(part.keywords));
+        addTable("$defs", setOf(part.definitions));
         close() += ',';
       }
     }
     close() += ',';
   }
 
-  // An object of all rows of these parts.
-  void table(const char* name, const char* parts) {
-    append(&out_, {"\"", name, "\":{"});
+  // An object with the names of these parts, each with its kind.
+  void addTable(const char* name, unsigned parts) {
+    append({"\"", name, "\":{"}, out_);
     for (const Row& row : kRows) {
-      for (const char* at = row.keywords; (row.drafts & bit_) && strchr(parts, row.part) && *at;) {
-        const char* const equals = strchr(at, '=');
-        append(&out_, {"\"", {at, static_cast<size_t>(equals - at)}, "\":"});
-        kind(equals[1]);
-        out_ += ',';
-        at = equals + 3;
+      if ((row.drafts & bit_) && (setOf(row.part) & parts)) {
+        addNames(row);
       }
     }
     close() += ',';
   }
 
-  void kind(char letter) {
-    for (const Kind& row : kKinds) {
-      if (row.letter == letter && (row.drafts & bit_)) {
+  void addNames(const Row& row) {
+    for (std::string_view rest = row.names; !rest.empty();) {
+      const std::string_view name = rest.substr(0, rest.find(' '));
+      append({"\"", name, "\":"}, out_);
+      addKind(row.kind);
+      out_ += ',';
+      rest.remove_prefix(name.size() == rest.size() ? name.size() : name.size() + 1);
+    }
+  }
+
+  // Goes no deeper than kinds stand in each other: three levels.
+  void addKind(Kind kind) {
+    for (const KindRow& row : kKinds) {
+      if (row.kind == kind && (row.drafts & bit_)) {
+        const Kind* inner = row.inner;
         for (const char* at = row.schema; *at; ++at) {
           if (*at == '%') {
-            kind(*++at);
+            addKind(*inner++);
           } else {
             out_ += *at;
           }
@@ -244,8 +357,8 @@ class Writer {
 
 }  // namespace
 
-bool isMetaschema(std::string_view uri, Draft* draft) {
-  const size_t scheme = uri.find("://");
+bool isMetaschema(std::string_view uri, Draft& draft) {
+  const std::size_t scheme = uri.find("://");
   if (scheme == std::string_view::npos) {
     return false;
   }
@@ -254,9 +367,9 @@ bool isMetaschema(std::string_view uri, Draft* draft) {
     uri.remove_suffix(1);
   }
   for (const Name& name : kNames) {
-    const size_t size = strlen(name.uri);
+    const std::size_t size = strlen(name.uri);
     if (uri.substr(0, size) == name.uri && (name.draft >= Draft::k2019 || uri.size() == size)) {
-      *draft = name.draft;
+      draft = name.draft;
       return true;
     }
   }
@@ -267,5 +380,4 @@ json_object* makeMetaschema(Draft draft) {
   return json_tokener_parse(Writer(draft).text().c_str());
 }
 
-}  // namespace schema
-}  // namespace hearth
+}  // namespace hearth::schema

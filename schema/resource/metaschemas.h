@@ -6,18 +6,16 @@
 
 #include "schema/keywords/keywords.h"
 
-namespace hearth {
-namespace schema {
+namespace hearth::schema {
 
-// The draft whose metaschema (or a part of it) has this URI, with or without an empty fragment;
-// false when it is none of them.
-[[nodiscard]] bool isMetaschema(std::string_view uri, Draft* draft);
+// Gives the draft whose metaschema, or a part of it, has this URI, with or without an empty
+// fragment. False when it is none of them.
+[[nodiscard]] bool isMetaschema(std::string_view uri, Draft& draft);
 
 // The metaschema of a draft with all its parts embedded, as a value that the caller owns; null when
 // memory runs out.
 [[nodiscard]] json_object* makeMetaschema(Draft draft);
 
-}  // namespace schema
-}  // namespace hearth
+}  // namespace hearth::schema
 
 #endif

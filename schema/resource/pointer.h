@@ -1,4 +1,4 @@
-// JSON pointers, written.
+// JSON pointers as text (RFC 6901): writing them, and finding the one of a value.
 #ifndef HEARTH_SCHEMA_RESOURCE_POINTER_H
 #define HEARTH_SCHEMA_RESOURCE_POINTER_H
 
@@ -8,18 +8,16 @@
 
 struct json_object;
 
-namespace hearth {
-namespace schema {
+namespace hearth::schema {
 
-// The JSON pointer to a value, found by its identity, below top; false when it is not there, or
-// when the effort is stopped.
+// Appends the pointer from `top` to a value below it, found by its identity. False when the value
+// is not there, or when the effort is stopped.
 [[nodiscard]] bool locate(json_object* top, json_object* wanted, Effort& effort,
-                          std::string* pointer);
+                          std::string& pointer);
 
-// Appends one step to a JSON pointer.
-void addToPointer(std::string* pointer, const char* token);
+// Appends one step, a member's name or an element's index.
+void addToPointer(const char* step, std::string& pointer);
 
-}  // namespace schema
-}  // namespace hearth
+}  // namespace hearth::schema
 
 #endif

@@ -14,8 +14,7 @@
 #include "schema/effort.h"
 #include "schema/keywords/keywords.h"
 
-namespace hearth {
-namespace schema {
+namespace hearth::schema {
 
 using ResourceIndex = uint32_t;
 
@@ -29,8 +28,9 @@ struct Resource {
   uint8_t vocabularies;
 };
 
-struct Target {
-  json_object* schema = nullptr;  // null: the reference leads nowhere
+// What a reference leads to.
+struct Referent {
+  json_object* schema = nullptr;  // null: it leads nowhere
   ResourceIndex resource = 0;
 };
 
@@ -48,15 +48,18 @@ class Resources {
   [[nodiscard]] ResourceIndex of(json_object* schema, ResourceIndex around);
 
   // Where a reference met in resource `from` leads.
-  [[nodiscard]] Target resolve(json_object* reference, ResourceIndex from);
+  [[nodiscard]] Referent resolve(json_object* reference, ResourceIndex from);
 
   // The schema with this dynamic anchor in this resource.
-  [[nodiscard]] Target dynamicAnchor(ResourceIndex resource, std::string_view name);
+  [[nodiscard]] Referent dynamicAnchor(ResourceIndex resource, std::string_view name);
 
-  // The document that the resource is in, as the URI of a built-in one; "" for the schema given.
-  [[nodiscard]] std::string documentOf(ResourceIndex resource, json_object** top) const;
+  // The document that the resource is in: gives its top, and answers the URI of a built-in one or
+  // "" for the schema given.
+  [[nodiscard]] std::string documentOf(ResourceIndex resource, json_object*& top) const;
 
  private:
+  // What a document's search has found, by a hash of what it is looked up by: a resource by its URI
+  // or by the address of its top, an anchor by its resource and name.
   enum class Kind : uint8_t { kUri, kTop, kAnchor, kDynamicAnchor };
   struct Entry {
     uint32_t hash;
@@ -65,17 +68,18 @@ class Resources {
     json_object* schema;
     const char* name;  // of an anchor; it ends at a NUL
   };
+  // A reference that was followed lately.
   struct Followed {
     std::string_view reference;
     ResourceIndex from;
-    Target target;
+    Referent referent;
   };
-  static constexpr size_t kFollowed = 32;
+  static constexpr std::size_t kFollowed = 32;
 
   void identify(ResourceIndex index);
   void readVocabularies(ResourceIndex index, json_object* metaschema);
   std::string baseOf(ResourceIndex index) const;
-  bool indexed();
+  bool ensureIndex();
   void scan(json_object* schema, ResourceIndex resource, const std::string& base, unsigned depth);
   void scanBelow(json_object* schema, ResourceIndex resource, const std::string& base,
                  unsigned depth);
@@ -89,11 +93,11 @@ class Resources {
 
   template <typename Matches>
   const Entry* find(uint32_t hash, Kind kind, Matches matches) const;
-  Target anchor(Kind kind, ResourceIndex resource, std::string_view name);
-  Target byUri(const std::string& uri);
-  Target byFragment(Target from, std::string_view fragment);
-  Target byPointer(Target from, std::string_view pointer);
-  Target follow(std::string_view reference, ResourceIndex from);
+  Referent anchor(Kind kind, ResourceIndex resource, std::string_view name);
+  Referent byUri(const std::string& uri);
+  Referent byFragment(Referent from, std::string_view fragment);
+  Referent byPointer(Referent from, std::string_view pointer);
+  Referent follow(std::string_view reference, ResourceIndex from);
 
   Effort& effort_;
   Draft unnamed_;
@@ -104,7 +108,6 @@ class Resources {
   Followed followed_[kFollowed] = {};
 };
 
-}  // namespace schema
-}  // namespace hearth
+}  // namespace hearth::schema
 
 #endif

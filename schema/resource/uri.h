@@ -5,23 +5,21 @@
 #include <string>
 #include <string_view>
 
-namespace hearth {
-namespace schema {
+namespace hearth::schema {
 
 // Longer identifiers and references are not resolved.
-constexpr size_t kLongestUri = 2048;
+constexpr std::size_t kLongestUri = 2048;
 
-// The reference seen from the base, without its fragment.
+// What the reference means where `base` is the base URI, without its fragment.
 std::string resolveUri(std::string_view base, std::string_view reference);
 
-// What follows the '#', and what precedes it.
+// What stands behind the '#', and what before it.
 std::string_view fragmentOf(std::string_view reference);
 std::string_view withoutFragment(std::string_view reference);
 
 // %41 becomes A; other text stays.
 std::string percentDecoded(std::string_view text);
 
-}  // namespace schema
-}  // namespace hearth
+}  // namespace hearth::schema
 
 #endif

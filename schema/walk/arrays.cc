@@ -1,97 +1,112 @@
-// The walk into arrays.
+// The walk into arrays: the schemas of their elements, and how many match "contains".
+//
+// An element counts as looked at when it has a schema of its own, or when there is one for the
+// rest; in 2020-12 also when it matches "contains".
 #include "schema/keywords/number.h"
-#include "schema/walk/walker.h"
+#include "schema/walk/questions.h"
 
-namespace hearth {
-namespace schema {
+namespace hearth::schema {
+namespace {
 
-bool Walker::followArray(const Place& place, const Slots& slots, Marks* marks) {
-  if (slots.any(Slot::kItems, Slot::kAdditionalItems) && !items(place, slots, marks)) {
-    return false;
-  }
-  return !slots.has(Slot::kContains) || contains(place, slots, marks);
+bool elementConforms(Walker& walker, const Frame& frame, json_object* schema, std::size_t i,
+                     Id via) {
+  Frame next = frame.forElement(schema, i, via);
+  return walker.conforms(next, nullptr);
 }
 
-// The first elements have schemas of their own, the rest share one. Where they stand has changed: a
-// list in `items` and `additionalItems` became `prefixItems` and `items`.
-bool Walker::items(const Place& place, const Slots& slots, Marks* marks) {
-  const bool tuple = json_object_get_type(slots[Slot::kItems]) == json_type_array;
-  json_object* const first = tuple ? slots[Slot::kItems] : slots[Slot::kPrefixItems];
-  const Slot restSlot = tuple ? Slot::kAdditionalItems : Slot::kItems;
-  const size_t length = json_object_array_length(place.instance);
-  const size_t own = first ? json_object_array_length(first) : 0;
-  for (size_t i = 0; i < own && i < length; ++i) {
-    if (!elementConforms(place, json_object_array_get_idx(first, i), i,
-                         tuple ? Id::kItems : Id::kPrefixItems)) {
+// The first elements have schemas of their own, the rest share one. The keywords changed names: up
+// to 2019-09 a list in `items` is for the first and `additionalItems` for the rest, later
+// `prefixItems` and `items`.
+bool elementsConform(Walker& walker, const Frame& frame, const Pending& pending, Marks* marks) {
+  const bool isTuple = json_object_get_type(pending[Turn::kItems]) == json_type_array;
+  json_object* const first = isTuple ? pending[Turn::kItems] : pending[Turn::kPrefixItems];
+  const Turn rest = isTuple ? Turn::kAdditionalItems : Turn::kItems;
+  const std::size_t length = json_object_array_length(frame.instance);
+  const std::size_t own = first != nullptr ? json_object_array_length(first) : 0;
+  for (std::size_t i = 0; i < own && i < length; ++i) {
+    if (!elementConforms(walker, frame, json_object_array_get_idx(first, i), i,
+                         isTuple ? Id::kItems : Id::kPrefixItems)) {
       return false;
     }
-    if (marks) {
+    if (marks != nullptr) {
       marks->mark(i);
     }
   }
-  if (!slots.has(restSlot)) {
+  // Without a schema for the rest, any element may stand there, and stays without a mark.
+  if (!pending.has(rest)) {
     return true;
   }
-  for (size_t i = own; i < length; ++i) {
-    if (!elementConforms(place, slots[restSlot], i, tuple ? Id::kAdditionalItems : Id::kItems)) {
+  for (std::size_t i = own; i < length; ++i) {
+    if (!elementConforms(walker, frame, pending[rest], i,
+                         isTuple ? Id::kAdditionalItems : Id::kItems)) {
       return false;
     }
   }
-  if (marks) {
+  if (marks != nullptr) {
     marks->markAll();
   }
   return true;
 }
 
-bool Walker::elementConforms(const Place& place, json_object* schema, size_t i, Id via) {
-  Place next = place.elementPlace(schema, i, via);
-  return conforms(next, nullptr);
-}
-
-// From 2020-12 on, elements found by contains count as looked at.
-bool Walker::contains(const Place& place, const Slots& slots, Marks* marks) {
+// Without a `maxContains` the search ends at the last match that is needed, except where each match
+// counts as looked at, from 2020-12 on.
+bool containsEnough(Walker& walker, const Frame& frame, const Pending& pending, Marks* marks) {
   uint64_t least = 1;
   uint64_t most = UINT64_MAX;
-  if ((slots.has(Slot::kMinContains) && !isCount(slots[Slot::kMinContains], &least)) ||
-      (slots.has(Slot::kMaxContains) && !isCount(slots[Slot::kMaxContains], &most))) {
-    return stop(place, Id::kContains, slots[Slot::kContains], Trouble::kBadValue);
+  if ((pending.has(Turn::kMinContains) && !isCount(pending[Turn::kMinContains], least)) ||
+      (pending.has(Turn::kMaxContains) && !isCount(pending[Turn::kMaxContains], most))) {
+    return walker.report().stop(frame, Id::kContains, pending[Turn::kContains], Trouble::kBadValue);
   }
-  const bool marking = marks && draftAt(place) == Draft::k2020;
-  const size_t length = json_object_array_length(place.instance);
-  size_t found = 0;
-  ++quiet_;
-  for (size_t i = 0; i < length && !effort().stopped(); ++i) {
-    if (elementConforms(place, slots[Slot::kContains], i, Id::kContains)) {
+  const bool isMarking = marks != nullptr && walker.draftAt(frame) == Draft::k2020;
+  const std::size_t length = json_object_array_length(frame.instance);
+  std::size_t found = 0;
+  // Each element is on trial: it may fail as long as enough others match.
+  walker.report().beginTrial();
+  for (std::size_t i = 0; i < length && !walker.effort().isStopped(); ++i) {
+    if (elementConforms(walker, frame, pending[Turn::kContains], i, Id::kContains)) {
       ++found;
-      if (marking) {
+      if (isMarking) {
         marks->mark(i);
       }
     }
-    if (!marking && found >= least && most == UINT64_MAX) {
+    if (!isMarking && found >= least && most == UINT64_MAX) {
       break;
     }
   }
-  --quiet_;
-  if (effort().stopped()) {
+  walker.report().endTrial();
+  if (walker.effort().isStopped()) {
     return false;
   }
+  // The bound at fault is told; without "minContains" it is the 1 that "contains" means by itself.
   if (found < least) {
-    const bool named = slots.has(Slot::kMinContains);
-    return failCount(place, named ? Id::kMinContains : Id::kContains,
-                     slots[named ? Slot::kMinContains : Slot::kContains], found);
+    const bool isNamed = pending.has(Turn::kMinContains);
+    return walker.report().failCount(frame, isNamed ? Id::kMinContains : Id::kContains,
+                                     pending[isNamed ? Turn::kMinContains : Turn::kContains],
+                                     found);
   }
-  return found <= most || failCount(place, Id::kMaxContains, slots[Slot::kMaxContains], found);
+  return found <= most ||
+         walker.report().failCount(frame, Id::kMaxContains, pending[Turn::kMaxContains], found);
 }
 
-bool Walker::unevaluatedElements(const Place& place, json_object* schema, const Marks& marks) {
-  const size_t length = json_object_array_length(place.instance);
-  for (size_t i = 0; i < length; ++i) {
-    if (!marks.has(i) && !elementConforms(place, schema, i, Id::kUnevaluatedItems)) {
+}  // namespace
+
+bool conformsAsArray(Walker& walker, const Frame& frame, const Pending& pending, Marks* marks) {
+  if (pending.hasAny(Turn::kItems, Turn::kAdditionalItems) &&
+      !elementsConform(walker, frame, pending, marks)) {
+    return false;
+  }
+  return !pending.has(Turn::kContains) || containsEnough(walker, frame, pending, marks);
+}
+
+bool unmarkedElementsConform(Walker& walker, const Frame& frame, json_object* schema,
+                             const Marks& marks) {
+  const std::size_t length = json_object_array_length(frame.instance);
+  for (std::size_t i = 0; i < length; ++i) {
+    if (!marks.has(i) && !elementConforms(walker, frame, schema, i, Id::kUnevaluatedItems)) {
       return false;
     }
   }
   return true;
 }
 
-}  // namespace schema
-}  // namespace hearth
+}  // namespace hearth::schema

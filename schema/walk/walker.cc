@@ -1,7 +1,16 @@
+// The walk's own steps: entering a schema, reading its members, and turning to those that wait.
+//
+// The difficulty is in the reading. The members of a schema come in any order, but three of them
+// change what the others mean: $id and $schema start a resource of its own, perhaps in another
+// draft, and up to draft-07 a $ref makes everything beside it void. Looking for these three in
+// every schema would cost as much as the walk, so the members are read as if there were none. Only
+// when one of them turns up, or a rule fails that one of them might make void, are they looked for;
+// if one was there, the schema is read once more, in the place where it belongs.
 #include "schema/walk/walker.h"
 
-namespace hearth {
-namespace schema {
+#include "schema/walk/questions.h"
+
+namespace hearth::schema {
 namespace {
 
 bool isDraft7OrOlder(Draft draft) {
@@ -11,160 +20,179 @@ bool isDraft7OrOlder(Draft draft) {
 // The vocabularies whose keywords say nothing in this resource. From 2020-12 on, a format is a
 // remark unless the vocabularies say that it is a rule.
 unsigned silentIn(const Resource& resource) {
-  const bool remark =
+  const bool isRemark =
       resource.draft == Draft::k2020 && (resource.vocabularies & kFormatAssertion) == 0;
-  return ~unsigned{resource.vocabularies} | (remark ? unsigned{kFormatVocabulary} : 0U);
+  return ~unsigned{resource.vocabularies} | (isRemark ? unsigned{kFormatVocabulary} : 0U);
 }
 
-// Whether a keyword may tell that its schema belongs to another resource.
-bool movesSchema(Id id) {
+// These keywords may say that their schema is a resource of its own.
+bool mayMoveSchema(Id id) {
   return id == Id::kId || id == Id::kSchema;
 }
 
+// An address in the current frame of the stack, which grows downwards.
 uintptr_t stackNow() {
   return reinterpret_cast<uintptr_t>(__builtin_frame_address(0));
 }
 
-size_t sizeOf(json_object* container) {
+std::size_t sizeOf(json_object* container) {
   return json_object_get_type(container) == json_type_object
-             ? static_cast<size_t>(json_object_object_length(container))
+             ? static_cast<std::size_t>(json_object_object_length(container))
              : json_object_array_length(container);
 }
 
 }  // namespace
 
 Conformance Walker::run(json_object* instance) {
-  Place root{nullptr, resources_.at(0).top, instance, nullptr, Place::kNoElement, 0, 0, Id::kNone};
+  Frame root{nullptr, resources_.at(0).top, instance, nullptr, Frame::kNoElement, 0, 0, Id::kNone};
   stack_ = stackNow();
-  const bool holds = effort().stopped() ? stop(root, Id::kSchema, nullptr, effort().trouble())
-                                        : conforms(root, nullptr);
-  if (effort().stopped()) {
+  // Reading the schema's identifiers may have stopped the effort before the walk begins.
+  const bool conform = effort().isStopped()
+                           ? report_.stop(root, Id::kSchema, nullptr, effort().trouble())
+                           : conforms(root, nullptr);
+  if (effort().isStopped()) {
     return isOfSchema(effort().trouble()) ? Conformance::kUnusable : Conformance::kExhausted;
   }
-  return holds && !violates_ ? Conformance::kConforms : Conformance::kViolates;
+  return conform && !report_.hasViolations() ? Conformance::kConforms : Conformance::kViolates;
 }
 
-bool Walker::enter(const Place& place) {
-  if (place.depth < kMaxDepth && stack_ - stackNow() < kMaxStack) {
-    return effort().spend(1) || fail(place, Id::kNone, nullptr);
+bool Walker::mayEnter(const Frame& frame) {
+  if (frame.depth < kMaxDepth && stack_ - stackNow() < kMaxStack) {
+    return effort().spend(1) || report_.fail(frame, Id::kNone, nullptr);
   }
   // Too deep, or going round in a circle: the same schema for the same value, on the way here.
-  for (const Place* outer = place.outer; outer; outer = outer->outer) {
-    if (outer->schema == place.schema && outer->instance == place.instance) {
-      return stop(place, place.via, nullptr, Trouble::kEndless);
+  for (const Frame* outer = frame.outer; outer != nullptr; outer = outer->outer) {
+    if (outer->schema == frame.schema && outer->instance == frame.instance) {
+      return report_.stop(frame, frame.via, nullptr, Trouble::kEndless);
     }
   }
-  return stop(place, place.via, nullptr, Trouble::kTooDeep);
+  return report_.stop(frame, frame.via, nullptr, Trouble::kTooDeep);
 }
 
-bool Walker::conforms(Place& place, Marks* marks) {
-  if (!enter(place)) {
+bool Walker::conforms(Frame& frame, Marks* marks) {
+  if (!mayEnter(frame)) {
     return false;
   }
-  const json_type type = json_object_get_type(place.schema);
+  const json_type type = json_object_get_type(frame.schema);
   if (type == json_type_boolean) {
-    return json_object_get_boolean(place.schema) || fail(place, place.via, place.schema);
+    return json_object_get_boolean(frame.schema) || report_.fail(frame, frame.via, frame.schema);
   }
   if (type != json_type_object) {
-    return stop(place, place.via, place.schema, Trouble::kBadSchema);
+    return report_.stop(frame, frame.via, frame.schema, Trouble::kBadSchema);
   }
-  Slots slots;
-  if (!read(place, slots)) {
+  Pending pending;
+  if (!readSchema(frame, pending)) {
     return false;
   }
-  if (slots.empty()) {
+  if (pending.isEmpty()) {
     return true;
   }
-  return slots.has(Slot::kUnevaluated) ? followMarking(place, slots, marks)
-                                       : followAll(place, slots, marks);
+  return pending.has(Turn::kUnevaluated) ? conformsToUnevaluated(frame, pending, marks)
+                                         : conformsToPending(frame, pending, marks);
 }
 
-// The members come in any order, so one that changes what the others mean ($ref, $id, $schema) may
-// come after a rule that it would have made void. Only a rule that fails makes that matter: then
-// these three are looked for, and the schema read once more if one was missed.
-bool Walker::read(Place& place, Slots& slots) {
-  Reading reading = readOnce(place, slots, false);
+bool Walker::conformsTo(const Frame& frame, json_object* schema, Id via, Marks* marks) {
+  Frame next = frame.forSchema(schema, via);
+  return conforms(next, marks);
+}
+
+// Reads the members, and once more if the schema turns out to belong elsewhere. The first reading
+// has told nothing then: refuse() asks where the schema belongs before it tells.
+bool Walker::readSchema(Frame& frame, Pending& pending) {
+  Reading reading = readMembers(frame, pending, false);
   if (reading == Reading::kAgain) {
-    slots.clear();
-    reading = readOnce(place, slots, true);
+    pending.clear();
+    reading = readMembers(frame, pending, true);
   }
-  return reading == Reading::kHolds;
+  return reading == Reading::kDone;
 }
 
-Walker::Reading Walker::readOnce(Place& place, Slots& slots, bool settled) {
-  if (settled && settle(place, slots)) {
-    return Reading::kHolds;
+// Reads the members of the frame's schema once: checks what concerns the instance alone, and keeps
+// what waits. Once it is settled which resource the schema belongs to, it is not asked again.
+Walker::Reading Walker::readMembers(Frame& frame, Pending& pending, bool isSettled) {
+  if (isSettled) {
+    frame.resource = resources_.of(frame.schema, frame.resource);
+    if (json_object* const reference = soleReference(frame); reference != nullptr) {
+      pending.add(Turn::kRef, reference);
+      return Reading::kDone;
+    }
   }
-  const Draft draft = draftAt(place);
-  const unsigned silent = silentIn(resources_.at(place.resource));
-  const unsigned instanceBit = typeBit(place.instance);
-  lh_table* const members = json_object_get_object(place.schema);
-  if (!effort().spend(static_cast<size_t>(lh_table_length(members)))) {
-    fail(place, Id::kNone, nullptr);
-    return Reading::kFails;
+  const Draft draft = draftAt(frame);
+  const unsigned silent = silentIn(resources_.at(frame.resource));
+  const unsigned instanceBit = typeBit(frame.instance);
+  lh_table* const members = json_object_get_object(frame.schema);
+  if (!effort().spend(static_cast<std::size_t>(lh_table_length(members)))) {
+    (void)report_.fail(frame, Id::kNone, nullptr);
+    return Reading::kFailed;
   }
-  for (lh_entry* entry = lh_table_head(members); entry; entry = lh_entry_next(entry)) {
-    const Keyword* const keyword = findKeyword(static_cast<const char*>(lh_entry_k(entry)), draft);
-    if (!keyword || (keyword->vocabulary & silent)) {
+  for (lh_entry* entry = lh_table_head(members); entry != nullptr; entry = lh_entry_next(entry)) {
+    const Keyword* const keyword = findKeyword(nameOfMember(entry), draft);
+    if (keyword == nullptr || (keyword->vocabulary & silent)) {
       continue;
     }
-    json_object* const value = static_cast<json_object*>(lh_entry_v(entry));
-    const bool usable = (keyword->valueTypes & typeBit(value)) != 0;
+    json_object* const value = valueOfMember(entry);
+    const bool isUsable = (keyword->valueTypes & typeBit(value)) != 0;
     const bool applies = (keyword->appliesTo & instanceBit) != 0;
-    if (keyword->slot == Slot::kNever) {
-      if (!settled && usable && movesSchema(keyword->id) && belongsElsewhere(place)) {
+    if (keyword->turn == Turn::kNever) {
+      // Says nothing about the instance, but perhaps where the schema belongs.
+      if (!isSettled && isUsable && mayMoveSchema(keyword->id) && movesElsewhere(frame)) {
         return Reading::kAgain;
       }
-    } else if (!usable) {
-      return refuse(place, *keyword, value, settled);
-    } else if (keyword->slot == Slot::kNow) {
-      if (applies && !holdsNow(place, *keyword, value, draft)) {
-        const Reading refused = refuse(place, *keyword, value, settled);
-        if (refused != Reading::kHolds) {
+    } else if (!isUsable) {
+      return refuse(frame, *keyword, value, isSettled);
+    } else if (keyword->turn == Turn::kNow) {
+      // After a failure that was told the reading goes on.
+      if (applies && !satisfiesNow(frame, *keyword, value, draft)) {
+        const Reading refused = refuse(frame, *keyword, value, isSettled);
+        if (refused != Reading::kDone) {
           return refused;
         }
       }
     } else if (keyword->id == Id::kRef && isDraft7OrOlder(draft)) {
-      slots.clear();
-      slots.fill(Slot::kRef, value);
-      return Reading::kHolds;
+      // All that stands beside it is void.
+      pending.clear();
+      pending.add(Turn::kRef, value);
+      return Reading::kDone;
     } else if (applies) {
-      slots.fill(keyword->slot, value);
+      pending.add(keyword->turn, value);
     }
   }
-  return Reading::kHolds;
+  return Reading::kDone;
 }
 
-// The most frequent keyword without the way through all others.
-bool Walker::holdsNow(const Place& place, const Keyword& keyword, json_object* value, Draft draft) {
+// Takes the most frequent keyword past the switch over all of them.
+bool Walker::satisfiesNow(const Frame& frame, const Keyword& keyword, json_object* value,
+                          Draft draft) {
   return keyword.id == Id::kType
-             ? isOfTypes(place.instance, value, draft, effort())
-             : satisfies(place.instance, keyword, value, place.schema, draft, workshop_);
+             ? isOfTypes(frame.instance, value, draft, effort())
+             : satisfies(frame.instance, keyword, value, frame.schema, draft, workshop_);
 }
 
-Walker::Reading Walker::refuse(const Place& place, const Keyword& keyword, json_object* value,
-                               bool settled) {
-  if (!settled && belongsElsewhere(place)) {
+// A rule failed, or the keyword's value cannot be used. Answers how the reading goes on.
+Walker::Reading Walker::refuse(const Frame& frame, const Keyword& keyword, json_object* value,
+                               bool isSettled) {
+  if (!isSettled && movesElsewhere(frame)) {
     return Reading::kAgain;
   }
   const bool goesOn = (keyword.valueTypes & typeBit(value)) != 0
-                          ? fail(place, keyword.id, value)
-                          : stop(place, keyword.id, value, Trouble::kBadValue);
-  return goesOn ? Reading::kHolds : Reading::kFails;
+                          ? report_.fail(frame, keyword.id, value)
+                          : report_.stop(frame, keyword.id, value, Trouble::kBadValue);
+  return goesOn ? Reading::kDone : Reading::kFailed;
 }
 
-// Whether the schema starts a resource of its own, or a reference makes its other members void.
-// What they said before, even that they are unusable, does not count then.
-bool Walker::belongsElsewhere(const Place& place) {
+// True when the schema starts a resource of its own, or a reference makes its other members void.
+// What they said before does not count then, not even that a value or a pattern is unusable: that
+// stop is taken back. Any other one stays.
+bool Walker::movesElsewhere(const Frame& frame) {
   const Trouble trouble = effort().trouble();
   if (trouble != Trouble::kNone && trouble != Trouble::kBadValue &&
       trouble != Trouble::kBadPattern) {
     return false;
   }
   effort().forget();
-  if (resources_.of(place.schema, place.resource) != place.resource ||
-      (isDraft7OrOlder(draftAt(place)) &&
-       json_object_object_get_ex(place.schema, "$ref", nullptr))) {
+  if (resources_.of(frame.schema, frame.resource) != frame.resource ||
+      (isDraft7OrOlder(draftAt(frame)) &&
+       json_object_object_get_ex(frame.schema, "$ref", nullptr))) {
     return true;
   }
   if (trouble != Trouble::kNone) {
@@ -173,51 +201,52 @@ bool Walker::belongsElsewhere(const Place& place) {
   return false;
 }
 
-// Enters the resource that the schema starts. True when a reference is all that counts in it.
-bool Walker::settle(Place& place, Slots& slots) {
-  place.resource = resources_.of(place.schema, place.resource);
+// The reference that is all that counts in the frame's schema, or null.
+json_object* Walker::soleReference(const Frame& frame) const {
   json_object* reference = nullptr;
-  if (isDraft7OrOlder(draftAt(place)) &&
-      json_object_object_get_ex(place.schema, "$ref", &reference) &&
-      json_object_get_type(reference) == json_type_string) {
-    slots.fill(Slot::kRef, reference);
-    return true;
-  }
-  return false;
+  const bool isSole = isDraft7OrOlder(draftAt(frame)) &&
+                      json_object_object_get_ex(frame.schema, "$ref", &reference) &&
+                      json_object_get_type(reference) == json_type_string;
+  return isSole ? reference : nullptr;
 }
 
-bool Walker::followAll(const Place& place, const Slots& slots, Marks* marks) {
-  if (slots.has(Slot::kRef) && !followReference(place, slots[Slot::kRef], marks)) {
+// Turns to what waits: references first, then combinations, then what is inside the instance.
+bool Walker::conformsToPending(const Frame& frame, const Pending& pending, Marks* marks) {
+  if (pending.has(Turn::kRef) && !conformsToReference(*this, frame, pending[Turn::kRef], marks)) {
     return false;
   }
-  if (slots.has(Slot::kDynamicRef) && !followDynamic(place, slots[Slot::kDynamicRef], marks)) {
+  if (pending.has(Turn::kDynamicRef) &&
+      !conformsToDynamicReference(*this, frame, pending[Turn::kDynamicRef], marks)) {
     return false;
   }
-  if (slots.any(Slot::kAllOf, Slot::kElse) && !followCombinations(place, slots, marks)) {
+  if (pending.hasAny(Turn::kAllOf, Turn::kElse) &&
+      !conformsToCombinations(*this, frame, pending, marks)) {
     return false;
   }
-  if (!slots.any(Slot::kProperties, Slot::kDependentSchemas)) {
+  // Only keywords that apply to the instance wait, so these are of objects or of arrays.
+  if (!pending.hasAny(Turn::kProperties, Turn::kDependentSchemas)) {
     return true;
   }
-  return json_object_get_type(place.instance) == json_type_object
-             ? followObject(place, slots, marks)
-             : followArray(place, slots, marks);
+  return json_object_get_type(frame.instance) == json_type_object
+             ? conformsAsObject(*this, frame, pending, marks)
+             : conformsAsArray(*this, frame, pending, marks);
 }
 
-// The unevaluated keywords see what everything else in this schema has marked, and mark the rest.
-bool Walker::followMarking(const Place& place, const Slots& slots, Marks* marks) {
-  json_object* const schema = slots[Slot::kUnevaluated];
-  Marks own(sizeOf(place.instance));
-  if (!effort().spend(own.words()) || !followAll(place, slots, &own)) {
-    return effort().stopped() && fail(place, Id::kNone, nullptr);
+// The unevaluated keywords see what everything else in this schema has marked, and mark the rest
+// for the schema around. A failure that was told counts as none, so what a rule of its own refused
+// is marked too and not refused a second time.
+bool Walker::conformsToUnevaluated(const Frame& frame, const Pending& pending, Marks* marks) {
+  json_object* const schema = pending[Turn::kUnevaluated];
+  Marks own(sizeOf(frame.instance));
+  if (!effort().spend(own.wordCount()) || !conformsToPending(frame, pending, &own)) {
+    return effort().isStopped() && report_.fail(frame, Id::kNone, nullptr);
   }
-  if (marks) {
+  if (marks != nullptr) {
     marks->markAll();
   }
-  return json_object_get_type(place.instance) == json_type_object
-             ? unevaluatedMembers(place, schema, own)
-             : unevaluatedElements(place, schema, own);
+  return json_object_get_type(frame.instance) == json_type_object
+             ? unmarkedMembersConform(*this, frame, schema, own)
+             : unmarkedElementsConform(*this, frame, schema, own);
 }
 
-}  // namespace schema
-}  // namespace hearth
+}  // namespace hearth::schema

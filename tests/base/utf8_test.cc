@@ -58,8 +58,13 @@ TEST(Utf8, CutsBetweenCharacters) {
     std::size_t characters;
   };
   const Row rows[] = {
-      {"", 3, "", 0},      {"abc", 3, "abc", 3},     {"aäb", 2, "a", 3},
-      {"aäb", 3, "aä", 3}, {"\U0001f600", 3, "", 1}, {"\x80\x80\x80\x80\x80\x80", 5, "\x80", 0},
+      {"", 3, "", 0},
+      {"abc", 3, "abc", 3},
+      {"aäb", 2, "a", 3},
+      {"aäb", 3, "aä", 3},
+      {"\U0001f600", 3, "", 1},
+      {"\x80\x80\x80\x80\x80\x80", 5, "\x80", 0},
+      {"\x80\x80\x80", 2, "", 0},
   };
   for (const Row& row : rows) {
     EXPECT_EQ(row.start, startOf(row.text, row.mostBytes)) << row.text;

@@ -1,9 +1,9 @@
-// What the drafts say differently or only the newer ones have, where schemas meet: references and
-// their neighbours, anchors, and what counts as looked at.
+// Cases in which the drafts differ, or that only the newer ones have, where schemas meet:
+// references and their neighbours, anchors, and the members and elements that count as looked at.
+// check.h says how to read a row.
 #include "check.h"
 
-namespace hearth {
-namespace schema {
+namespace hearth::schema {
 namespace {
 
 TEST(Drafts, VoidTheNeighboursOfAReferenceOrNot) {
@@ -113,5 +113,4 @@ TEST(Drafts, HaveKeywordsOf2019) {
 }
 
 }  // namespace
-}  // namespace schema
-}  // namespace hearth
+}  // namespace hearth::schema

@@ -1,5 +1,5 @@
-// The public operation over a platform's validator, for which a stand-in is linked: it finds that
-// texts conform.
+// The public operation over a platform's validator. A stand-in for one is linked here, which lets
+// texts conform and nothing else.
 #include <gtest/gtest.h>
 
 #include "hearth/violations.h"
@@ -13,9 +13,9 @@ namespace hearth {
 namespace {
 
 bool count(void* context, const Violation& violation) {
-  EXPECT_STREQ(violation.place, "");
-  EXPECT_STREQ(violation.keyword, "");
-  EXPECT_STRNE(violation.sentence, "");
+  EXPECT_STREQ("", violation.place);
+  EXPECT_STREQ("", violation.keyword);
+  EXPECT_STRNE("", violation.sentence);
   ++*static_cast<int*>(context);
   return true;
 }
@@ -24,14 +24,14 @@ TEST(ViolationsOfAPlatform, AreOneWithoutAPlace) {
   json_object* const text = json_object_new_string("");
   json_object* const schema = json_object_new_object();
   int told = 0;
-  EXPECT_EQ(findViolations(text, schema, 9, count, &told), Conformance::kConforms);
-  EXPECT_EQ(told, 0);
-  EXPECT_EQ(findViolations(nullptr, schema, 9, count, &told), Conformance::kViolates);
-  EXPECT_EQ(findViolations(nullptr, schema, 0, count, &told), Conformance::kViolates);
-  EXPECT_EQ(findViolations(nullptr, schema, 9, nullptr, nullptr), Conformance::kViolates);
-  EXPECT_EQ(told, 1);
-  EXPECT_EQ(findViolations(text, text, 9, count, &told), Conformance::kUnusable);
-  EXPECT_EQ(told, 2);
+  EXPECT_EQ(Conformance::kConforms, findViolations(text, schema, 9, count, &told));
+  EXPECT_EQ(0, told);
+  EXPECT_EQ(Conformance::kViolates, findViolations(nullptr, schema, 9, count, &told));
+  EXPECT_EQ(Conformance::kViolates, findViolations(nullptr, schema, 0, count, &told));
+  EXPECT_EQ(Conformance::kViolates, findViolations(nullptr, schema, 9, nullptr, nullptr));
+  EXPECT_EQ(1, told);
+  EXPECT_EQ(Conformance::kUnusable, findViolations(text, text, 9, count, &told));
+  EXPECT_EQ(2, told);
   json_object_put(text);
   json_object_put(schema);
 }

@@ -1,4 +1,5 @@
-// The public operation that tells every violation.
+// The public operation that tells every violation: which ones, in which order, up to a limit, and
+// what it says of a schema that cannot be used.
 #include "hearth/violations.h"
 
 #include <climits>
@@ -12,16 +13,16 @@ namespace {
 using schema::parsed;
 using schema::repeated;
 
-// What was told: "place keyword", with the member that is named, and the last sentence.
+// A listener that remembers.
 struct Told {
-  std::vector<std::string> violations;
-  std::string sentence;
-  size_t wanted = SIZE_MAX;
+  std::vector<std::string> violations;  // "place keyword" or "place keyword (member)"
+  std::string sentence;                 // the last one
+  std::size_t wanted = SIZE_MAX;        // how many it wants to hear of
 };
 
 bool take(void* context, const Violation& violation) {
   Told& told = *static_cast<Told*>(context);
-  EXPECT_EQ(violation.size, sizeof(Violation));
+  EXPECT_EQ(sizeof(Violation), violation.size);
   std::string line = std::string(violation.place) + " " + violation.keyword;
   line += *violation.member ? std::string(" (") + violation.member + ")" : "";
   told.violations.push_back(line);
@@ -29,20 +30,21 @@ bool take(void* context, const Violation& violation) {
   return told.violations.size() < told.wanted;
 }
 
-Conformance find(const std::string& instance, const std::string& schema, Told* told,
+Conformance find(const std::string& instance, const std::string& schema, Told& told,
                  unsigned limit = UINT_MAX) {
-  return findViolations(parsed(instance).get(), parsed(schema).get(), limit, take, told);
+  return findViolations(parsed(instance).get(), parsed(schema).get(), limit, take, &told);
 }
 
 #define D19 R"("$schema":"https://json-schema.org/draft/2019-09/schema",)"
 
-struct Row {
-  const char *schema, *instance;
+struct ToldCase {
+  const char* schema;
+  const char* instance;
   std::vector<std::string> violations;
 };
 
 TEST(Violations, TellsEachAtItsPlace) {
-  const Row rows[] = {
+  const ToldCase rows[] = {
       {R"({"properties":{"a":{"type":"string"},"b":{"minimum":2},"c":{}},"type":"object"})",
        R"({"a":1,"c":1,"b":1})",
        {"/a type", "/b minimum"}},
@@ -93,34 +95,35 @@ TEST(Violations, TellsEachAtItsPlace) {
        R"("b")",
        {" minLength", " maxLength", " minLength", " maxLength"}},
   };
-  for (const Row& row : rows) {
+  for (const ToldCase& row : rows) {
     Told told;
-    EXPECT_EQ(find(row.instance, row.schema, &told), Conformance::kViolates) << row.schema;
-    EXPECT_EQ(told.violations, row.violations) << row.schema;
-    for (size_t limit = 0; limit <= row.violations.size(); ++limit) {
+    EXPECT_EQ(Conformance::kViolates, find(row.instance, row.schema, told)) << row.schema;
+    EXPECT_EQ(row.violations, told.violations) << row.schema;
+    for (std::size_t limit = 0; limit <= row.violations.size(); ++limit) {
       Told fewer;
-      EXPECT_EQ(find(row.instance, row.schema, &fewer, static_cast<unsigned>(limit)),
-                Conformance::kViolates);
-      EXPECT_EQ(fewer.violations.size(), limit) << row.schema;
+      EXPECT_EQ(Conformance::kViolates,
+                find(row.instance, row.schema, fewer, static_cast<unsigned>(limit)));
+      EXPECT_EQ(limit, fewer.violations.size()) << row.schema;
       Told stopped;
       stopped.wanted = limit + 1;
-      EXPECT_EQ(find(row.instance, row.schema, &stopped), Conformance::kViolates);
-      EXPECT_EQ(stopped.violations.size(), std::min(limit + 1, row.violations.size()));
+      EXPECT_EQ(Conformance::kViolates, find(row.instance, row.schema, stopped));
+      EXPECT_EQ(std::min(limit + 1, row.violations.size()), stopped.violations.size());
     }
   }
-  EXPECT_EQ(findViolations(nullptr, parsed("false").get(), 1, nullptr, nullptr),
-            Conformance::kViolates);
+  EXPECT_EQ(Conformance::kViolates,
+            findViolations(nullptr, parsed("false").get(), 1, nullptr, nullptr));
 }
 
 TEST(Violations, TellsAnUnusableSchemaFromABadValue) {
-  struct Case {
-    std::string schema, instance;
+  struct Answer {
+    std::string schema;
+    std::string instance;
     Conformance conformance;
-    const char* reason;
+    const char* reason;  // in the last sentence; "" when there is none
   };
   const std::string deep = repeated("[", 150) + repeated("]", 150);
   constexpr Conformance kUnusable = Conformance::kUnusable, kExhausted = Conformance::kExhausted;
-  const Case cases[] = {
+  const Answer rows[] = {
       {R"({"type":"integer"})", "1", Conformance::kConforms, ""},
       {"true", "1", Conformance::kConforms, ""},
       {"null", "1", kUnusable, "the schema here is null, not an object or a boolean"},
@@ -147,14 +150,13 @@ TEST(Violations, TellsAnUnusableSchemaFromABadValue) {
       {R"({"required":["a","b",1]})", "{}", kUnusable,
        "\"required\" cannot have the value an array of 3 elements"},
   };
-  for (const Case& row : cases) {
+  for (const Answer& row : rows) {
     Told told;
-    EXPECT_EQ(find(row.instance, row.schema, &told), row.conformance) << row.schema.substr(0, 80);
+    EXPECT_EQ(row.conformance, find(row.instance, row.schema, told)) << row.schema.substr(0, 80);
     const std::string reason = *row.reason ? std::string("cannot be checked: ") + row.reason : "";
-    EXPECT_EQ(told.sentence, reason) << row.schema.substr(0, 80);
-    EXPECT_EQ(findViolations(parsed(row.instance).get(), parsed(row.schema).get(), 0, take,
-                             &told) == Conformance::kConforms,
-              row.conformance == Conformance::kConforms);
+    EXPECT_EQ(reason, told.sentence) << row.schema.substr(0, 80);
+    EXPECT_EQ(row.conformance == Conformance::kConforms,
+              find(row.instance, row.schema, told, 0) == Conformance::kConforms);
   }
 }
 
