@@ -1,4 +1,4 @@
-// Finding the value at a path.
+// Finds the value at a path.
 //
 // The walk starts at the root. At each token it stands in a value, which was itself found in a
 // parent, and looks the token up there: a member name in an object, an index in an array. It ends
@@ -15,7 +15,7 @@
 
 namespace hearth {
 
-// The line of an index token without an index; `size` is the token's length.
+// Logs the line of an index token without an index; `size` is the token's length.
 void logWrongIndex(const char* token, std::size_t size);
 
 class PathLookup {
@@ -46,16 +46,16 @@ class PathLookup {
   uint32_t index() const { return index_; }
 
  private:
-  using Token = PathTokens::Token;
+  using Cursor = PathTokens::Cursor;
 
   Outcome find(json_object* root, const char* path);
   template <bool kIsLogged>
   Outcome walk(json_object* root, const char* path);
   template <bool kIsLogged>
-  bool look(Token token, json_object* current);
+  bool lookUp(Cursor token, json_object* container);
   template <bool kIsLogged>
-  void end(Token token, json_object* parent);
-  bool isLast(Token token) const { return *token == tokens_.last(); }
+  void noteParent(Cursor token, json_object* parent);
+  bool isLast(Cursor token) const { return *token == tokens_.last(); }
 
   PathTokens tokens_;
   json_object* value_ = nullptr;
