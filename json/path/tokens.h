@@ -15,9 +15,6 @@ namespace hearth {
 
 class PathTokens {
  public:
-  // A path is copied and cut by words; the last one may reach past the end of the text.
-  using Word = std::size_t;
-
   PathTokens() { usualStarts_[0] = usualText_; }
   PathTokens(const PathTokens&) = delete;
   PathTokens& operator=(const PathTokens&) = delete;
@@ -59,7 +56,7 @@ class PathTokens {
   char** starts_ = usualStarts_;       // of every token, and where one more would start
   std::unique_ptr<char*[]> long_;      // starts and then text of a path longer than usual
   char* usualStarts_[kUsualSize + 2];  // as many as a usual path can have, all of it dots
-  char usualText_[kUsualSize + sizeof(Word)];
+  char usualText_[kUsualSize + 1];
 };
 
 }  // namespace hearth
