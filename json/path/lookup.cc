@@ -6,7 +6,7 @@
 #include "json/path/lookup.h"
 
 #include "json/path/index.h"
-#include "log/library_log.h"
+#include "json/path/walk_log.h"
 
 namespace hearth {
 namespace {
@@ -45,39 +45,7 @@ void logWrongIndex(const char* token, std::size_t size) {
   HEARTH_LOG(LOG_ERROR, "Wrong array index %s - size:%d\n", token, static_cast<int>(size));
 }
 
-// A line of the walk, which is compiled twice: with its lines and without.
-#define WALK_LOG(type, ...)          \
-  do {                               \
-    if (kIsLogged) {                 \
-      HEARTH_LOG(type, __VA_ARGS__); \
-    }                                \
-  } while (false)
-
-template <bool kIsLogged>
-PathLookup::Outcome PathLookup::walk(json_object* root, const char* path) {
-  // The walk stands in `current`, and `previous` is the container of that. A walk that reaches the
-  // last token reports `current` as the parent; one that is lost before logs `previous`.
-  const Cursor last = tokens_.first() + tokens_.count() - 1;
-  json_object* previous = root;
-  json_object* current = root;
-  for (Cursor token = tokens_.first();; ++token) {
-    const bool isFound = lookUp<kIsLogged>(token, current);
-    if (token == last) {
-      noteParent<kIsLogged>(token, current);
-      return isFound ? Outcome::kFound : Outcome::kMissing;
-    }
-    if (!isFound) {
-      WALK_LOG(LOG_DEBUG, "%s: cannot found the object %s\n", kOperation, path);
-      noteParent<kIsLogged>(token, previous);
-      return Outcome::kLostOnWay;
-    }
-    previous = current;
-    current = value_;
-  }
-}
-
 // Looks the token up in the container and puts what it finds into value_.
-template <bool kIsLogged>
 bool PathLookup::lookUp(Cursor token, json_object* container) {
   WALK_LOG(LOG_DEBUG, "%s: Parse: idx=%d key=%s isEnd=%s\n", kOperation,
            static_cast<int>(token - tokens_.first()), *token, isLast(token) ? "true" : "false");
@@ -88,19 +56,38 @@ bool PathLookup::lookUp(Cursor token, json_object* container) {
   if (json_object_object_get_ex(container, *token, &value_) == 0) {
     return false;
   }
-  if (isLast(token)) {
-    WALK_LOG(LOG_DEBUG, "%s: found the object %s\n", kOperation, *token);
-  } else {
-    WALK_LOG(LOG_DEBUG, "%s: continue search next key\n", kOperation);
-  }
+  WALK_LOG(LOG_DEBUG, "%s: %s%s\n", kOperation,
+           isLast(token) ? "found the object " : "continue search next key",
+           isLast(token) ? *token : "");
   return true;
 }
 
-template <bool kIsLogged>
 void PathLookup::noteParent(Cursor token, json_object* parent) {
   parent_ = parent;
   WALK_LOG(LOG_INFO, "%s: FOUND parent=%p, key=%s\n", kOperation, static_cast<void*>(parent),
            *token);
+}
+
+PathLookup::Outcome PathLookup::walk(json_object* root, const char* path) {
+  // The walk stands in `current`, and `previous` is the container of that. A walk that reaches the
+  // last token reports `current` as the parent; one that is lost before logs `previous`.
+  const Cursor last = tokens_.first() + tokens_.count() - 1;
+  json_object* previous = root;
+  json_object* current = root;
+  for (Cursor token = tokens_.first();; ++token) {
+    const bool isFound = lookUp(token, current);
+    if (token == last) {
+      noteParent(token, current);
+      return isFound ? Outcome::kFound : Outcome::kMissing;
+    }
+    if (!isFound) {
+      WALK_LOG(LOG_DEBUG, "%s: cannot found the object %s\n", kOperation, path);
+      noteParent(token, previous);
+      return Outcome::kLostOnWay;
+    }
+    previous = current;
+    current = value_;
+  }
 }
 
 PathLookup::Outcome PathLookup::find(json_object* root, const char* path) {
@@ -119,8 +106,7 @@ PathLookup::Outcome PathLookup::find(json_object* root, const char* path) {
     HEARTH_LOG(LOG_ERROR, "%s: no memory for the path\n", kOperation);
     return Outcome::kLostOnWay;
   }
-  const bool isLogged = logs(LOG_DEBUG) || logs(LOG_INFO);
-  return isLogged ? walk<true>(root, path) : walk<false>(root, path);
+  return walk(root, path);
 }
 
 }  // namespace hearth

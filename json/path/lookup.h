@@ -12,6 +12,7 @@
 #include <cstdint>
 
 #include "json/path/tokens.h"
+#include "log/library_log.h"
 
 namespace hearth {
 
@@ -29,7 +30,8 @@ class PathLookup {
   };
 
   // Walks the path and logs each step.
-  PathLookup(json_object* root, const char* path) : outcome_(find(root, path)) {}
+  PathLookup(json_object* root, const char* path)
+      : isLogged_(logs(LOG_DEBUG) || logs(LOG_INFO)), outcome_(find(root, path)) {}
 
   Outcome outcome() const { return outcome_; }
 
@@ -49,15 +51,13 @@ class PathLookup {
   using Cursor = PathTokens::Cursor;
 
   Outcome find(json_object* root, const char* path);
-  template <bool kIsLogged>
-  Outcome walk(json_object* root, const char* path);
-  template <bool kIsLogged>
-  bool lookUp(Cursor token, json_object* container);
-  template <bool kIsLogged>
-  void noteParent(Cursor token, json_object* parent);
+  [[gnu::always_inline]] inline Outcome walk(json_object* root, const char* path);
+  [[gnu::always_inline]] inline bool lookUp(Cursor token, json_object* container);
+  inline void noteParent(Cursor token, json_object* parent);
   bool isLast(Cursor token) const { return *token == tokens_.last(); }
 
   PathTokens tokens_;
+  const bool isLogged_;  // true when lines of the walk are wanted
   json_object* value_ = nullptr;
   json_object* parent_ = nullptr;
   uint32_t index_ = 0;  // of the latest index token

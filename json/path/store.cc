@@ -9,7 +9,7 @@
 #include "json/depth.h"
 #include "json/path/containment.h"
 #include "json/path/index.h"
-#include "log/library_log.h"
+#include "json/path/walk_log.h"
 
 namespace hearth {
 namespace {
@@ -32,14 +32,6 @@ struct AppendPath {
 
 }  // namespace
 
-// A debug line of the walk; its arguments cost nothing when such lines are off.
-#define WALK_LOG(format, ...)                                        \
-  do {                                                               \
-    if (debug_) {                                                    \
-      Logger::print(LOG_DEBUG, LOG_GROUP_UTIL, format, __VA_ARGS__); \
-    }                                                                \
-  } while (false)
-
 bool PathStore::store() {
   if (!cutPath()) {
     return false;
@@ -55,7 +47,7 @@ bool PathStore::store() {
   }
   // The last step has put the value, and the tree owns the reference from there on.
   static_cast<void>(reference.release());
-  WALK_LOG("%s: FOUND parent=%p key=%s\n", kShortName, static_cast<void*>(current_),
+  WALK_LOG(LOG_DEBUG, "%s: FOUND parent=%p key=%s\n", kShortName, static_cast<void*>(current_),
            tokens_.last());
   return true;
 }
@@ -78,7 +70,7 @@ bool PathStore::appendsToRoot() const {
 }
 
 bool PathStore::step() {
-  WALK_LOG("%s: Parse: idx=%d key=%s isEnd=%s\n", kShortName, position(), *token_,
+  WALK_LOG(LOG_DEBUG, "%s: Parse: idx=%d key=%s isEnd=%s\n", kShortName, position(), *token_,
            isLast() ? "true" : "false");
   if (isIndexToken(*token_)) {
     return indexStep();
@@ -91,8 +83,8 @@ bool PathStore::step() {
 bool PathStore::enterMember() {
   json_object* child = nullptr;
   isNew_ = isNew_ || json_object_object_get_ex(current_, *token_, &child) == 0;
-  WALK_LOG("%s: get child object at '%s.%s' isNew=%s\n", kOperation, previousKey(), *token_,
-           isNew_ ? "true" : "false");
+  WALK_LOG(LOG_DEBUG, "%s: get child object at '%s.%s' isNew=%s\n", kOperation, previousKey(),
+           *token_, isNew_ ? "true" : "false");
   if (isNew_ && !makeMember(child)) {
     return false;
   }
@@ -102,7 +94,7 @@ bool PathStore::enterMember() {
 
 // The last step of a path that ends with a name.
 bool PathStore::putMember() {
-  WALK_LOG("%s: set jval to current object jcrr=%p jval=%p %s.%s\n", kOperation,
+  WALK_LOG(LOG_DEBUG, "%s: set jval to current object jcrr=%p jval=%p %s.%s\n", kOperation,
            static_cast<void*>(current_), static_cast<void*>(value_), previousKey(), *token_);
   if (memberClosesCycle() || !addMember(value_, isNew_)) {
     HEARTH_LOG(LOG_ERROR, "%s: fail to add jval '%s' to jcrr=%p jprt=%p\n", kOperation, *token_,
@@ -114,8 +106,8 @@ bool PathStore::putMember() {
 
 // The object made may turn out to be an array: the next token tells, and replaceByArray mends it.
 bool PathStore::makeMember(json_object*& child) {
-  WALK_LOG("%s: create new empty jchl to current object %s.%s\n", kOperation, previousKey(),
-           *token_);
+  WALK_LOG(LOG_DEBUG, "%s: create new empty jchl to current object %s.%s\n", kOperation,
+           previousKey(), *token_);
   JsonRef made(newObject());
   if (made == nullptr || !addMember(made.get(), true)) {
     HEARTH_LOG(LOG_ERROR, "%s: fail to add new object '%s'\n", kOperation, *token_);
@@ -146,8 +138,8 @@ bool PathStore::indexStep() {
   if (json_object_array_length(current_) > index) {
     return isLast() ? putElement(index) : enterElement(index);
   }
-  WALK_LOG("%s: add new array element at %d '%s.%s'\n", kOperation, static_cast<int>(index),
-           previousKey(), *token_);
+  WALK_LOG(LOG_DEBUG, "%s: add new array element at %d '%s.%s'\n", kOperation,
+           static_cast<int>(index), previousKey(), *token_);
   return isLast() ? appendValue(index) : appendObject(index);
 }
 
@@ -157,7 +149,7 @@ bool PathStore::replaceByArray() {
     HEARTH_LOG(LOG_ERROR, "%s: existing object is not array '%s'\n", kOperation, previousKey());
     return false;
   }
-  WALK_LOG("%s: recreate array object '%s' delete %p=%d\n", kShortName, previousKey(),
+  WALK_LOG(LOG_DEBUG, "%s: recreate array object '%s' delete %p=%d\n", kShortName, previousKey(),
            static_cast<void*>(current_), 1);
   JsonRef array(json_object_new_array());
   bool isReplaced = false;
@@ -181,8 +173,8 @@ bool PathStore::replaceByArray() {
 }
 
 bool PathStore::putElement(uint32_t index) {
-  WALK_LOG("%s: replace array element at idx=%d '%s.%s'\n", kOperation, static_cast<int>(index),
-           previousKey(), *token_);
+  WALK_LOG(LOG_DEBUG, "%s: replace array element at idx=%d '%s.%s'\n", kOperation,
+           static_cast<int>(index), previousKey(), *token_);
   if (elementClosesCycle(index) || json_object_array_put_idx(current_, index, value_) != 0) {
     HEARTH_LOG(LOG_ERROR, "%s: fail to replace array element %d %s.%s\n", kOperation,
                static_cast<int>(index), previousKey(), *token_);
@@ -193,8 +185,8 @@ bool PathStore::putElement(uint32_t index) {
 
 // An element that holds JSON null cannot be entered, and is not replaced either.
 bool PathStore::enterElement(uint32_t index) {
-  WALK_LOG("%s: get array element at idx=%d, '%s.%s'\n", kOperation, static_cast<int>(index),
-           previousKey(), *token_);
+  WALK_LOG(LOG_DEBUG, "%s: get array element at idx=%d, '%s.%s'\n", kOperation,
+           static_cast<int>(index), previousKey(), *token_);
   json_object* const child = json_object_array_get_idx(current_, index);
   if (child == nullptr) {
     HEARTH_LOG(LOG_ERROR, "%s: cannot get array element at idx=%d '%s.%s'\n", kOperation,

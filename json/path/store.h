@@ -28,7 +28,7 @@ class PathStore {
   // A null value stores JSON null. A path that begins with a member name, below a root that is an
   // array, becomes a path into a new element at the array's end.
   PathStore(json_object* root, const char* path, json_object* value)
-      : path_(path), value_(value), debug_(logs(LOG_DEBUG)), current_(root) {}
+      : path_(path), value_(value), isLogged_(logs(LOG_DEBUG)), current_(root) {}
 
   PathStore(const PathStore&) = delete;
   PathStore& operator=(const PathStore&) = delete;
@@ -78,7 +78,7 @@ class PathStore {
   const char* const path_;
   PathTokens tokens_;
   json_object* const value_;
-  const bool debug_;  // true when LOG_DEBUG lines are on, asked once per walk
+  const bool isLogged_;  // true when lines of the walk are wanted
   Cursor token_ = nullptr;
   Cursor last_ = nullptr;
   json_object* current_;           // the value in which the walk stands
