@@ -1,9 +1,14 @@
+// Walks down a value by recursion, with one level less to go at each container, and stops at the
+// first value that stands too deep. The recursion is as deep as the limit, not as the value: a
+// caller's limit bounds its stack.
 #include "json/depth.h"
+
+#include <cstddef>
 
 namespace hearth {
 namespace {
 
-// Most members are no containers, and not worth a call.
+// Most values are scalars: telling them apart here saves a call for each.
 inline bool isInsideDeeperThan(json_object* value, int levels) {
   return levels == 0 || (isContainer(value) && isNestedDeeperThan(value, levels - 1));
 }
@@ -19,8 +24,8 @@ bool objectIsDeeperThan(json_object* object, int levels) {
 }
 
 bool arrayIsDeeperThan(json_object* array, int levels) {
-  const size_t length = json_object_array_length(array);
-  for (size_t i = 0; i < length; ++i) {
+  const std::size_t length = json_object_array_length(array);
+  for (std::size_t i = 0; i < length; ++i) {
     if (isInsideDeeperThan(json_object_array_get_idx(array, i), levels)) {
       return true;
     }

@@ -1,4 +1,4 @@
-// How deep a value is nested, asked without trusting that it is shallow.
+// Tells how deep a value is nested. The question itself is safe for a value of any depth.
 #ifndef HEARTH_JSON_DEPTH_H
 #define HEARTH_JSON_DEPTH_H
 
@@ -22,8 +22,8 @@ inline bool isContainer(json_object* value) {
   return isContainerType(json_object_get_type(value));
 }
 
-// True when some value inside stands in more than `levels` containers. Recurses no further than
-// that.
+// True when some value inside stands in more than `levels` containers. Recurses `levels` deep at
+// most.
 [[nodiscard]] bool isNestedDeeperThan(json_object* value, int levels);
 
 }  // namespace hearth

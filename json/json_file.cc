@@ -1,6 +1,6 @@
-// Documents are read as json-c's own file reader reads them (the parser's default depth, text
-// behind the value passed over), but whole and at once, without ever waiting, and without that
-// reader's shared error text.
+// A document is read as json-c's own file reader reads it: with the parser's default depth, and
+// passing over text behind the value. Unlike that reader, this one reads the file whole before it
+// parses, never waits on a pipe or a device, and keeps no error text that threads would share.
 #include "json/json_file.h"
 
 #include <cerrno>
@@ -15,6 +15,8 @@
 namespace hearth {
 namespace {
 
+// Nothing can be parsed of a file that is too large or not regular: it counts as one without a
+// value.
 Reading outcomeOf(FileReading reading) {
   switch (reading) {
     case FileReading::kRead:
@@ -39,6 +41,7 @@ JsonFile findJsonFile(const char* path) {
     return {reading, nullptr};
   }
   ParsedJson parsed = parseJson({contents.data(), contents.size()});
+  // Running out of memory says nothing about the document: another attempt may succeed.
   if (parsed.isOutOfMemory) {
     return {Reading::kUnreadable, nullptr};
   }

@@ -1,4 +1,4 @@
-// JSON documents in files: reading one whole, and replacing one by a value's text.
+// Reads a JSON document from a file whole, and replaces a file by a value's text.
 #ifndef HEARTH_JSON_JSON_FILE_H
 #define HEARTH_JSON_JSON_FILE_H
 
@@ -7,7 +7,7 @@
 
 namespace hearth {
 
-// How reading a document ended.
+// Says how the reading of a document ended.
 enum class Reading {
   kMissing,     // stat finds no file
   kUnreadable,  // it could not be opened or read, whatever it holds: rights, descriptors, memory,

@@ -1,4 +1,6 @@
-// Nothing on the way sets errno but an allocation that fails, and nothing sets it back.
+// json-c does not say that it ran out of memory: it leaves out what it could not append. But only a
+// failed allocation sets errno while it renders, and nothing sets it back. So errno, cleared
+// before, tells a whole text from one with holes.
 #include "json/render.h"
 
 #include <cerrno>

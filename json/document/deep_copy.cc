@@ -1,6 +1,10 @@
-// Most values are copied node by node, which gives what rendering and parsing would at a fraction
-// of the cost. A value whose text cannot be told from its type takes the long way as a whole: one
-// with user data, which may come with a serializer of its own, and a number with an unusual text.
+// A copy is made in one of two ways, which give the same.
+//
+// The short way copies node by node, at a fraction of the cost. It needs values whose text follows
+// from their type. Two kinds are not such: a value with user data, which may come with a serializer
+// of its own, and a number with a fraction whose text is unusual. When the short way meets one, the
+// whole value takes the long way: it is rendered, and the text is parsed. Either way ends at as
+// many levels as the parser reads.
 #include "json/document/deep_copy.h"
 
 #include <algorithm>
@@ -18,11 +22,13 @@
 namespace hearth {
 namespace {
 
-// "17.5", "-0.25": what the parser takes for a number with a fraction, whatever it makes of others.
+// True for a text such as "17.5" or "-0.25", which the parser surely reads as a number with a
+// fraction. A text that is refused here may still be one, so it takes the long way.
 bool isPlainFraction(const char* text) {
   constexpr char kDigits[] = "0123456789";
   const char* const whole = text[0] == '-' ? text + 1 : text;
   const char* const point = whole + std::strspn(whole, kDigits);
+  // One digit, or several that do not begin with 0.
   const bool isWhole = point == whole + 1 || (point != whole && whole[0] != '0');
   if (!isWhole || *point != '.') {
     return false;
@@ -32,7 +38,8 @@ bool isPlainFraction(const char* text) {
   return end != fraction && *end == '\0';
 }
 
-// json-c reads a larger number as the largest signed one.
+// json-c answers the largest signed number for every one above it. So only when it answers that one
+// is the number asked for as an unsigned one.
 json_object* copyInteger(json_object* value) {
   constexpr int64_t kLargest = std::numeric_limits<int64_t>::max();
   const int64_t number = json_object_get_int64(value);
@@ -46,19 +53,20 @@ json_object* copyString(json_object* value) {
                                     json_object_get_string_len(value));
 }
 
-// An empty array with room for the elements of another.
+// An empty array with room for the elements of another. json-c wants room for at least one.
 json_object* newArrayFor(json_object* array) {
-  const size_t length = std::clamp(json_object_array_length(array), size_t{1}, size_t{INT_MAX});
+  const std::size_t length =
+      std::clamp(json_object_array_length(array), std::size_t{1}, std::size_t{INT_MAX});
   return json_object_new_array_ext(static_cast<int>(length));
 }
 
-// One copy, node by node. `levels` is how many containers may still be nested.
+// One copy by the short way. `levels` says how many more containers may be nested.
 class NodeCopy {
  public:
-  // True with a null copy for JSON null.
+  // Copies one value with all inside. True with a null copy for JSON null.
   [[nodiscard]] bool make(json_object* value, int levels, JsonRef& copy);
 
-  // True after a copy that failed only because a value's text cannot be told from its type.
+  // True after a copy that failed only because a value's text does not follow from its type.
   bool needsText() const { return needsText_; }
 
  private:
@@ -69,6 +77,8 @@ class NodeCopy {
   bool needsText_ = false;
 };
 
+// A child stands one level deeper, so with no level left even a scalar is too deep. The container
+// takes over the reference on each child that it was given.
 bool NodeCopy::makeMembers(json_object* object, int levels, json_object* copy) {
   json_object_object_foreach(object, name, member) {
     JsonRef child;
@@ -82,8 +92,8 @@ bool NodeCopy::makeMembers(json_object* object, int levels, json_object* copy) {
 }
 
 bool NodeCopy::makeElements(json_object* array, int levels, json_object* copy) {
-  const size_t length = json_object_array_length(array);
-  for (size_t i = 0; i < length; ++i) {
+  const std::size_t length = json_object_array_length(array);
+  for (std::size_t i = 0; i < length; ++i) {
     JsonRef child;
     if (levels == 0 || !make(json_object_array_get_idx(array, i), levels - 1, child) ||
         json_object_array_add(copy, child.get()) != 0) {
@@ -94,8 +104,9 @@ bool NodeCopy::makeElements(json_object* array, int levels, json_object* copy) {
   return true;
 }
 
-// A number with a fraction keeps the text that it was read from, or is given one by the backend's
-// chosen format or serializer: only the text itself says what reading it again gives.
+// The text of a number with a fraction is the one that it was read from, or comes from the
+// backend's format or a serializer. Only the text itself says what reading it again gives, so the
+// number is rendered, and the copy keeps the text.
 json_object* NodeCopy::makeDouble(json_object* value) {
   const char* const text = render(value, JSON_C_TO_STRING_SPACED);
   double number = 0;
@@ -116,6 +127,7 @@ bool NodeCopy::make(json_object* value, int levels, JsonRef& copy) {
     copy.reset(makeDouble(value));
     return copy != nullptr;
   }
+  // json-c keeps the text of a number with a fraction as its user data, so those come before.
   if (json_object_get_userdata(value) != nullptr) {
     needsText_ = true;
     return false;
@@ -140,6 +152,7 @@ bool NodeCopy::make(json_object* value, int levels, JsonRef& copy) {
   return copy != nullptr;
 }
 
+// The long way.
 DeepCopy copyByText(json_object* value) {
   const char* const text = renderShallow(value, JSON_C_TO_STRING_SPACED);
   if (text == nullptr || text[0] == '\0') {

@@ -1,4 +1,4 @@
-// An independent copy of a value, equal to what rendering it and parsing the text again would give.
+// Makes an independent copy of a value: what rendering it and parsing the text again would give.
 #ifndef HEARTH_JSON_DOCUMENT_DEEP_COPY_H
 #define HEARTH_JSON_DOCUMENT_DEEP_COPY_H
 
@@ -7,8 +7,8 @@
 namespace hearth {
 
 struct DeepCopy {
-  JsonRef
-      value;     // null without memory, and when the text does not parse: it may be nested too deep
+  // Null without memory, and when the text does not parse: it may be nested too deep.
+  JsonRef value;
   bool hasText;  // false when the value renders as no text at all
 };
 

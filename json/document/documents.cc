@@ -1,4 +1,8 @@
-// Whole documents: from text and file, to text and file, copied, and into the log.
+// The operations on whole documents: reading them from text and file, writing them to text and
+// file, copying them and dumping them into the log.
+//
+// A missing file gives no handle at all. A file that is there but cannot be read or parsed gives a
+// handle without a value: callers tell the two apart.
 #include "base/status.h"
 #include "files/replace_file.h"
 #include "hearth/json_data.h"
@@ -13,6 +17,7 @@
 namespace hearth {
 namespace {
 
+// The result that the failure line of a save shows.
 constexpr int kWriterFailed = -1;
 
 }  // namespace

@@ -1,4 +1,4 @@
-// Checking values and files against a JSON Schema.
+// Checks values and files against a JSON Schema.
 //
 // A schema that is missing, or a schema text that does not parse, lets everything pass with a
 // warning; a schema file that exists and does not parse fails everything.
@@ -16,6 +16,7 @@
 namespace hearth {
 namespace {
 
+// A null path leads to no file.
 bool exists(const char* path) {
   struct stat found;
   return path != nullptr && stat(path, &found) == 0;
@@ -50,6 +51,7 @@ int JsonData::validateObject(TreeMapObject* obj, const char* schemaText) {
   return hearth::kSuccess;
 }
 
+// The files are read by the validator, which also reports what is wrong with them.
 int JsonData::validateFile(const char* instanceFile, const char* schemaFile) {
   using hearth::kValidateFile;
   if (!hearth::exists(schemaFile)) {

@@ -1,7 +1,8 @@
-// The handle's value as an array.
+// The operations on a handle's value as an array.
 //
 // Removing elements makes a new array and puts it where the old one was: into the handle and, for a
-// borrowed handle, into the container.
+// borrowed handle, into the container. So a removal that runs out of memory changes nothing. Other
+// handles on the old array go stale: they find that their container no longer has it, and refuse.
 #include <cstdio>
 #include <limits>
 #include <utility>
@@ -17,37 +18,39 @@
 namespace hearth {
 namespace {
 
+// The index as a path's token, which is what key_obj holds for an element.
 struct IndexKey {
-  explicit IndexKey(int index) { std::snprintf(text, sizeof text, "[%d]", index); }
+  explicit IndexKey(int index) { std::snprintf(text, sizeof(text), "[%d]", index); }
   char text[16];
 };
 
-// Puts the item's value at an index below the length, or appends it at the length.
+// Replaces the element at an index below the length, or appends. Answers the index at which the
+// item's value then stands and writes it into the item's key; -1 when nothing was stored.
 int putItem(json_object* array, int length, unsigned int index, TreeMapObject* item) {
   const bool replaces = index < static_cast<unsigned int>(length);
-  const int place = replaces ? static_cast<int>(index) : length;
-  const auto neighbour = static_cast<size_t>(replaces ? place : length - 1);
+  const int position = replaces ? static_cast<int>(index) : length;
+  const auto neighbour = static_cast<std::size_t>(replaces ? position : length - 1);
   if (isContainer(item->jobj) &&
       wouldCloseCycle(item->jobj, array, json_object_array_get_idx(array, neighbour))) {
     return -1;
   }
-  // Taken first: the element that makes room may be the same value.
+  // The array's own reference, taken first: the element that is replaced may be the same value.
   JsonRef reference(json_object_get(item->jobj));
-  const int failed = replaces
-                         ? json_object_array_put_idx(array, static_cast<size_t>(place), item->jobj)
-                         : json_object_array_add(array, item->jobj);
+  const int failed =
+      replaces ? json_object_array_put_idx(array, static_cast<std::size_t>(position), item->jobj)
+               : json_object_array_add(array, item->jobj);
   if (failed != 0) {
     return -1;
   }
   static_cast<void>(reference.release());
-  std::snprintf(item->key_obj, sizeof item->key_obj, "%s", IndexKey(place).text);
-  return place;
+  std::snprintf(item->key_obj, sizeof(item->key_obj), "%s", IndexKey(position).text);
+  return position;
 }
 
 // Appends the elements of `from` but the one at `left`, each with a reference of its own.
-[[nodiscard]] bool appendAllBut(json_object* from, size_t left, json_object* to) {
-  const size_t length = json_object_array_length(from);
-  for (size_t i = 0; i < length; ++i) {
+[[nodiscard]] bool appendAllBut(json_object* from, std::size_t left, json_object* to) {
+  const std::size_t length = json_object_array_length(from);
+  for (std::size_t i = 0; i < length; ++i) {
     if (i == left) {
       continue;
     }
@@ -60,13 +63,15 @@ int putItem(json_object* array, int length, unsigned int index, TreeMapObject* i
   return true;
 }
 
-// True for a handle whose array has left its container, and with it perhaps this world: only the
-// container is looked at.
+// True for a handle whose array is no longer in its container. The array may be freed, so only the
+// container is read.
 bool isStale(const TreeMapObject& handle) {
-  return handle.jobj_parent != nullptr && !holds(handle.jobj_parent, handle.key_obj, handle.jobj);
+  return handle.jobj_parent != nullptr &&
+         !contains(handle.jobj_parent, handle.key_obj, handle.jobj);
 }
 
-// Puts a new array in place of the handle's old one. False, with nothing changed, when that fails.
+// Puts a new array in place of the handle's old one, which is released. False, with nothing
+// changed, when the container does not take it.
 [[nodiscard]] bool replaceArray(TreeMapObject& handle, JsonRef made) {
   if (handle.jobj_parent == nullptr) {
     json_object_put(handle.jobj);
@@ -101,6 +106,7 @@ int TreeMapObject::setArrayItem(unsigned int index, TreeMapObject* item) {
   return length >= 0 ? hearth::putItem(jobj, length, index, item) : -1;
 }
 
+// No array is that long, so the item is appended.
 int TreeMapObject::addArrayItem(TreeMapObject* item) {
   return setArrayItem(std::numeric_limits<unsigned int>::max(), item);
 }

@@ -1,5 +1,8 @@
-// The handle's life: what each constructor owns, what the destructor gives back; and the operations
-// that take or return handles by path.
+// The life of a handle, and the operations that take or return handles by path.
+//
+// A handle owns one reference on its value, or borrows the value from the container that
+// `jobj_parent` names; only an owning handle releases anything. The library makes an owning handle
+// for a whole document or what a search finds, and a borrowed one for a value at a path.
 #include "json/handle/handle.h"
 
 #include <cstring>
@@ -25,6 +28,7 @@ TreeMapObject::TreeMapObject(json_object* adopted)
 
 TreeMapObject::~TreeMapObject() {
   HEARTH_LOG(LOG_DEBUG, "%s: this=%p\n", "~TreeMapObject", static_cast<void*>(this));
+  // A value with a container belongs to that container.
   if (jobj != nullptr && jobj_parent == nullptr) {
     HEARTH_LOG(LOG_DEBUG, "     release jobj=%p\n", static_cast<void*>(jobj));
     json_object_put(jobj);
@@ -53,6 +57,7 @@ TreeMapObject* TreeMapObject::get(const char* path) const {
   if (lookup.value() == nullptr) {
     return nullptr;
   }
+  // The root has no container to borrow from, so the new handle shares the document.
   if (lookup.outcome() == PathLookup::Outcome::kRoot) {
     return hearth::newOwningHandle(json_object_get(jobj));
   }
@@ -69,7 +74,8 @@ void TreeMapObject::del(const char* path) {
     json_object_object_del(lookup.parent(), token);
     return;
   }
-  // Reading takes an index without digits for 0, but nobody has asked to remove the first element.
+  // Reading takes an index without digits for 0. Removing must not: "[x]" names no element, and
+  // the first one would be lost.
   const std::size_t length = std::strlen(token);
   if (!hearth::hasDigits(token, length)) {
     hearth::logWrongIndex(token, length);
@@ -92,7 +98,8 @@ TreeMapObject* newBorrowedHandle(json_object* value, json_object* container, con
   auto* const handle = new (std::nothrow) TreeMapObject(value);
   if (handle != nullptr) {
     handle->jobj_parent = container;
-    std::memcpy(handle->key_obj, key, strnlen(key, sizeof handle->key_obj - 1));
+    // A long key is cut. The rest of key_obj is NULs from the constructor.
+    std::memcpy(handle->key_obj, key, strnlen(key, sizeof(handle->key_obj) - 1));
   }
   return handle;
 }

@@ -1,4 +1,4 @@
-// Making handles without throwing, and the small things that everything about handles shares.
+// Makes handles without throwing, and holds the small things that all files about handles share.
 #ifndef HEARTH_JSON_HANDLE_HANDLE_H
 #define HEARTH_JSON_HANDLE_HANDLE_H
 
@@ -6,15 +6,15 @@
 
 namespace hearth {
 
-// A new handle that takes over a reference; without memory the reference is given back and the
-// result is null.
+// A new handle that takes over a reference. Without memory the reference is released and the result
+// is null.
 [[nodiscard]] TreeMapObject* newOwningHandle(json_object* adopted);
 
 // A new handle on a value inside a container; null without memory.
 [[nodiscard]] TreeMapObject* newBorrowedHandle(json_object* value, json_object* container,
                                                const char* key);
 
-// A text for a "%s" of the log.
+// A text that "%s" of a log line can take.
 inline const char* printable(const char* text) {
   return text != nullptr ? text : "(null)";
 }

@@ -1,4 +1,4 @@
-// Making a JSON scalar from each type that handles take.
+// Makes a JSON scalar of each type that handles take.
 #ifndef HEARTH_JSON_HANDLE_SCALAR_VALUE_H
 #define HEARTH_JSON_HANDLE_SCALAR_VALUE_H
 
@@ -8,10 +8,11 @@
 
 namespace hearth {
 
-// Each gives one reference to the caller; null without memory, and for a null text.
+// Each gives one reference to the caller; null without memory and for a null text.
 inline json_object* newScalar(int value) {
   return json_object_new_int(value);
 }
+// Numbers above INT_MAX become negative.
 inline json_object* newScalar(unsigned int value) {
   return json_object_new_int(static_cast<int32_t>(value));
 }

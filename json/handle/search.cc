@@ -1,5 +1,9 @@
-// Search by value: every object that has a member of a given name and scalar value, in document
-// order. The type of the value sought decides the type that a member must have.
+// Finds every object that has a member of a given name and scalar value, in document order. The
+// type of the value sought decides the type that a member must have.
+//
+// The search goes down into each container as it comes to it and resumes behind it later. Where it
+// has to resume stands in a list of levels, from the root to the innermost container: values may be
+// nested deeper than a request thread's stack is, so nothing recurses.
 #include <algorithm>
 #include <cstring>
 #include <memory>
@@ -19,35 +23,35 @@ namespace {
 
 using Handles = std::list<TreeMapObject*>;
 
-// A container on the way down to where a search is, and how far the search has come in it.
+// One container on the way down, and the point at which the search resumes in it.
 struct Level {
   json_object* container;
-  lh_entry* member;  // of an object: the next one to look at
-  size_t index;      // of an array: the next element to look at, and how many there are
-  size_t length;
+  lh_entry* member;   // of an object: the next one to look at
+  std::size_t index;  // of an array: the next element to look at, and how many there are
+  std::size_t length;
   bool isObject;
 };
 
-// One search: what is sought, what was found so far, and the way down from the root. The way is
-// kept here and not by recursion: values may be nested deeper than a request thread's stack is.
-class Search {
+// One search: the value sought, the objects found so far, and the way down from the root.
+class ValueSearch {
  public:
-  Search(Handles& result, const char* key, json_object* probe)
+  ValueSearch(Handles& result, const char* key, json_object* probe)
       : result_(result), key_(key), probe_(probe), type_(json_object_get_type(probe)) {}
-  Search(const Search&) = delete;
-  Search& operator=(const Search&) = delete;
+  ValueSearch(const ValueSearch&) = delete;
+  ValueSearch& operator=(const ValueSearch&) = delete;
 
   void in(json_object* root, json_type type);
   int found() const { return found_; }
 
  private:
-  static constexpr size_t kUsualLevels = 32;  // as many as a parsed document has
+  static constexpr std::size_t kUsualLevels = 32;  // as many as a parsed document has
 
   [[gnu::always_inline]] inline void enter(json_object* container, json_type type);
   [[nodiscard]] bool makeRoom();
-  // Go on at the innermost level, up to the first container inside; true when that was entered.
-  bool goOnInObject();
-  bool goOnInArray();
+  // Each resumes at the innermost level and stops at the next container inside. True when it has
+  // come to one; false when the level is done.
+  bool resumeObject();
+  bool resumeArray();
   inline bool matches(const char* name, json_object* member, json_type type) const;
   bool append(json_object* object);
 
@@ -57,34 +61,34 @@ class Search {
   const json_type type_;
   int found_ = 0;
 
-  size_t depth_ = 0;
-  size_t room_ = kUsualLevels;
+  std::size_t depth_ = 0;
+  std::size_t room_ = kUsualLevels;
   Level* levels_ = usualLevels_;
   Level usualLevels_[kUsualLevels];
   std::unique_ptr<Level[]> longLevels_;  // in place of the usual ones when those are full
 };
 
-void Search::in(json_object* root, json_type type) {
+void ValueSearch::in(json_object* root, json_type type) {
   enter(root, type);
   while (depth_ > 0) {
-    if (!(levels_[depth_ - 1].isObject ? goOnInObject() : goOnInArray())) {
+    if (!(levels_[depth_ - 1].isObject ? resumeObject() : resumeArray())) {
       --depth_;
     }
   }
 }
 
-// Without memory for the way down the container is left out.
-inline void Search::enter(json_object* container, json_type type) {
+// Adds a level for the container. Without memory for it the container is left out.
+inline void ValueSearch::enter(json_object* container, json_type type) {
   if (__builtin_expect(static_cast<long>(depth_ == room_), 0L) != 0 && !makeRoom()) {
     return;
   }
   const bool isObject = type == json_type_object;
   lh_entry* const first = isObject ? lh_table_head(json_object_get_object(container)) : nullptr;
-  const size_t length = isObject ? 0 : json_object_array_length(container);
+  const std::size_t length = isObject ? 0 : json_object_array_length(container);
   levels_[depth_++] = {container, first, 0, length, isObject};
 }
 
-bool Search::makeRoom() {
+bool ValueSearch::makeRoom() {
   std::unique_ptr<Level[]> levels(new (std::nothrow) Level[2 * room_]);
   if (levels == nullptr) {
     HEARTH_LOG(LOG_ERROR, "%s: no memory to search deeper\n", "find");
@@ -97,7 +101,7 @@ bool Search::makeRoom() {
   return true;
 }
 
-bool Search::goOnInObject() {
+bool ValueSearch::resumeObject() {
   Level& level = levels_[depth_ - 1];
   bool matched = false;
   for (lh_entry* entry = level.member; entry != nullptr; entry = lh_entry_next(entry)) {
@@ -108,6 +112,7 @@ bool Search::goOnInObject() {
       enter(member, type);
       return true;
     }
+    // An object is found once, however often it has the member behind each of its containers.
     if (!matched && matches(static_cast<const char*>(lh_entry_k(entry)), member, type)) {
       matched = append(level.container);
     }
@@ -115,10 +120,10 @@ bool Search::goOnInObject() {
   return false;
 }
 
-bool Search::goOnInArray() {
+bool ValueSearch::resumeArray() {
   Level& level = levels_[depth_ - 1];
   json_object* const array = level.container;
-  for (size_t i = level.index; i < level.length; ++i) {
+  for (std::size_t i = level.index; i < level.length; ++i) {
     json_object* const element = json_object_array_get_idx(array, i);
     const json_type type = json_object_get_type(element);
     if (isContainerType(type)) {
@@ -135,11 +140,12 @@ bool Search::goOnInArray() {
   return false;
 }
 
-bool Search::matches(const char* name, json_object* member, json_type type) const {
+bool ValueSearch::matches(const char* name, json_object* member, json_type type) const {
   return std::strcmp(name, key_) == 0 && JsonData::compareObjVal(probe_, type_, member, type) == 1;
 }
 
-bool Search::append(json_object* object) {
+// Each object found gets a handle that owns a reference, so the result outlives the document.
+bool ValueSearch::append(json_object* object) {
   TreeMapObject* const handle = newOwningHandle(json_object_get(object));
   if (handle == nullptr) {
     return false;
@@ -154,9 +160,10 @@ bool Search::append(json_object* object) {
   return true;
 }
 
-// True when an object or array can be searched with these arguments.
-bool isSearchable(const char* operation, const char* key, json_object* probe,
-                  json_object* container, json_type type) {
+// True when the container is of the type and can be searched. Logs a null argument; a container of
+// another type has no line.
+bool checkArguments(const char* operation, const char* key, json_object* probe,
+                    json_object* container, json_type type) {
   if (probe == nullptr || key == nullptr || container == nullptr) {
     HEARTH_LOG(LOG_ERROR, "%s: NULL arguments is not accepted\n", operation);
     return false;
@@ -164,9 +171,10 @@ bool isSearchable(const char* operation, const char* key, json_object* probe,
   return json_object_is_type(container, type) != 0;
 }
 
-// Takes over the reference to what is sought.
-Handles findValue(const TreeMapObject& handle, const char* key, json_object* adopted,
-                  bool reportsNoMatch) {
+// Takes over the reference to the value sought. Only the search for a text logs that nothing was
+// found.
+Handles findMatches(const TreeMapObject& handle, const char* key, json_object* adopted,
+                    bool reportsNoMatch) {
   const JsonRef probe(adopted);
   Handles result;
   if (key == nullptr || key[0] == '\0') {
@@ -195,20 +203,20 @@ Handles findValue(const TreeMapObject& handle, const char* key, json_object* ado
 
 int TreeMapObject::findInObject(std::list<TreeMapObject*>& result, const char* key,
                                 json_object* probe, json_object* object) const {
-  if (!hearth::isSearchable("findInObject", key, probe, object, json_type_object)) {
+  if (!hearth::checkArguments("findInObject", key, probe, object, json_type_object)) {
     return 0;
   }
-  hearth::Search search(result, key, probe);
+  hearth::ValueSearch search(result, key, probe);
   search.in(object, json_type_object);
   return search.found();
 }
 
 int TreeMapObject::findInArray(std::list<TreeMapObject*>& result, const char* key,
                                json_object* probe, json_object* array) const {
-  if (!hearth::isSearchable("findInArray", key, probe, array, json_type_array)) {
+  if (!hearth::checkArguments("findInArray", key, probe, array, json_type_array)) {
     return 0;
   }
-  hearth::Search search(result, key, probe);
+  hearth::ValueSearch search(result, key, probe);
   search.in(array, json_type_array);
   return search.found();
 }
@@ -216,8 +224,8 @@ int TreeMapObject::findInArray(std::list<TreeMapObject*>& result, const char* ke
 #define DEFINE_FIND(T)                                                               \
   template <>                                                                        \
   std::list<TreeMapObject*> TreeMapObject::find<T>(const char* key, T value) const { \
-    return hearth::findValue(*this, key, hearth::newScalar(value),                   \
-                             std::is_same<T, const char*>::value);                   \
+    return hearth::findMatches(*this, key, hearth::newScalar(value),                 \
+                               std::is_same<T, const char*>::value);                 \
   }
 
 DEFINE_FIND(int)

@@ -1,5 +1,9 @@
-// Typed reading and writing of scalars. What differs between the types stands in one row each, and
-// in the calls of json-c that their traits name; every operation has one body.
+// Typed reading and writing of scalars, for each type that handles take.
+//
+// Every operation has one body, which knows no type: it gets the type's row (the words of its log
+// lines, and the JSON types that it accepts) and, for writing, a value that is made already. Only
+// reading the C++ value out of json-c differs in code; the traits at each type's row do that. The
+// macros at the end define the public templates, one line for each type of an operation.
 #include <cstdint>
 #include <cstdio>
 
@@ -14,14 +18,14 @@
 namespace hearth {
 namespace {
 
-// What the lines call a type, and what counts as one.
+// The row of a type: what the log lines call it, and which JSON types count as it.
 struct Type {
   char name[8];
   char shortName[8];
   char kind[8];
-  char standard[6];  // what stands for a value that is not there
+  char standard[6];  // the default, as a line shows it
   uint8_t accepted;  // a bit per json_type
-  bool isText;
+  bool isText;       // a null value is the caller's mistake, not lack of memory
 };
 
 constexpr uint8_t kNumbers = 1U << json_type_int | 1U << json_type_double;
@@ -30,6 +34,8 @@ constexpr Type kDouble = {"double", "double", "number", "0.0", kNumbers, false};
 constexpr Type kBoolean = {"boolean", "bool", "boolean", "false", 1U << json_type_boolean, false};
 constexpr Type kText = {"string", "string", "string", "NULL", 1U << json_type_string, true};
 
+// Leads from a C++ type to its row, and reads it out of a json-c value. json-c converts a value of
+// another type as well as it can.
 template <typename T>
 struct Traits;
 
@@ -39,6 +45,7 @@ struct Traits<int> {
   static int read(json_object* value) { return json_object_get_int(value); }
 };
 
+// Only written, never read: it shares the row for the lines.
 template <>
 struct Traits<unsigned int> : Traits<int> {};
 
@@ -60,7 +67,8 @@ struct Traits<const char*> {
   static const char* read(json_object* value) { return json_object_get_string(value); }
 };
 
-bool accepts(const Type& type, json_object* value, const char* path) {
+// Logs a value that is not of the type.
+bool checkType(const Type& type, json_object* value, const char* path) {
   const bool accepted = (type.accepted >> json_object_get_type(value) & 1) != 0;
   if (!accepted) {
     HEARTH_LOG(LOG_WARNING, "object '%s' is not %s!\n", printable(path), type.kind);
@@ -68,43 +76,46 @@ bool accepts(const Type& type, json_object* value, const char* path) {
   return accepted;
 }
 
-// Nothing is stored for a text that cannot be one.
-void logIgnored() {
+// Logs that a null text stores nothing.
+void logNullText() {
   HEARTH_LOG(LOG_ERROR, "TreeMapObject::setting NULL for string, ignore\n");
 }
 
-// Stores what was made. Null means that memory ran out; the store must not take it for JSON null.
-bool isStored(json_object* root, const char* path, json_object* made) {
+// Stores a value that was made for this. Null means that none could be made: storing that would put
+// JSON null into the document.
+bool storeMade(json_object* root, const char* path, json_object* made) {
   return made != nullptr && PathStore(root, path, made).store();
 }
 
-// Takes over the reference, as addValue does.
+// Stores at the path and takes over the reference: the tree, if it stores the value, has one of its
+// own.
 void setValue(json_object* root, const char* path, json_object* adopted, const Type& type) {
   const JsonRef made(adopted);
-  if (isStored(root, path, adopted)) {
+  if (storeMade(root, path, adopted)) {
     return;
   }
   if (adopted == nullptr && type.isText) {
-    logIgnored();
+    logNullText();
   } else {
     HEARTH_LOG(LOG_ERROR, "TreeMapObject::set: fail to set %s value to %s\n", type.name,
                printable(path));
   }
 }
 
-// The value to read, whatever its type; null when there is none.
+// Answers the value to read whatever its type is, with a warning where that differs; null when
+// there is none.
 json_object* findValue(json_object* root, const char* path, const Type& type) {
   json_object* const value = PathLookup(root, path).value();
   if (value == nullptr) {
     HEARTH_LOG(LOG_DEBUG, "object '%s' is not available, assign default %s value as %s\n",
                printable(path), type.shortName, type.standard);
   } else {
-    static_cast<void>(accepts(type, value, path));
+    static_cast<void>(checkType(type, value, path));
   }
   return value;
 }
 
-// The value to read; null when there is none of the type.
+// Answers the value to read; null when there is none or it is of another type.
 json_object* findChecked(json_object* root, const char* path, const Type& type) {
   json_object* const value = PathLookup(root, path).value();
   if (value == nullptr) {
@@ -112,9 +123,10 @@ json_object* findChecked(json_object* root, const char* path, const Type& type) 
                type.name, printable(path));
     return nullptr;
   }
-  return accepts(type, value, path) ? value : nullptr;
+  return checkType(type, value, path) ? value : nullptr;
 }
 
+// Appends to the array and answers the index; -1 when nothing was stored. Takes over the reference.
 int addValue(const TreeMapObject& array, json_object* adopted, const Type& type) {
   const JsonRef made(adopted);
   const int length = array.len();
@@ -122,12 +134,12 @@ int addValue(const TreeMapObject& array, json_object* adopted, const Type& type)
     return -1;
   }
   char path[16];
-  std::snprintf(path, sizeof path, "[%d]", length);
-  if (isStored(array.jobj, path, adopted)) {
+  std::snprintf(path, sizeof(path), "[%d]", length);
+  if (storeMade(array.jobj, path, adopted)) {
     return length;
   }
   if (adopted == nullptr && type.isText) {
-    logIgnored();
+    logNullText();
   } else {
     HEARTH_LOG(LOG_ERROR, "TreeMapObject::set: fail to add %s value to the array\n", type.name);
   }
@@ -142,6 +154,7 @@ T getValue(json_object* root, const char* path) {
 
 template <typename T>
 bool getChecked(json_object* root, const char* path, T& out) {
+  // Only a text is written on failure: a caller must not use a pointer left from before.
   if constexpr (Traits<T>::kType.isText) {
     out = nullptr;
   }
@@ -155,7 +168,7 @@ bool getChecked(json_object* root, const char* path, T& out) {
 }  // namespace
 }  // namespace hearth
 
-// Each operation for each of its types.
+// Each operation for each of its types. There is no get of unsigned int.
 #define DEFINE_SET(T)                                                                 \
   template <>                                                                         \
   void TreeMapObject::set<T>(const char* path, T value) {                             \

@@ -1,5 +1,6 @@
-// The path operations of JsonData: the walks of path_lookup.h and path_store.h, with the results
-// and the two kinds of key copies that callers are promised.
+// The path operations of JsonData: the walks of json/path/lookup.h and json/path/store.h, with the
+// results that callers are promised. The two kinds of key copies exist only here: reading gives one
+// for delete[], and none for an empty token; writing gives one for free().
 #include <cstring>
 #include <new>
 
@@ -11,7 +12,7 @@
 namespace hearth {
 namespace {
 
-// A copy for delete[]; null for an empty token.
+// Null for an empty token, and without memory.
 const char* newKeyCopy(const char* token) {
   const std::size_t size = std::strlen(token) + 1;
   char* copy = size > 1 ? new (std::nothrow) char[size] : nullptr;

@@ -1,6 +1,9 @@
-// A search for the place, container by container. It keeps a list of the containers that it has
-// met and has to look into, each once, and goes along that list: what it finds inside the one at
-// hand goes to the end.
+// Searches a value for the container in which it would be stored.
+//
+// The search goes breadth first along a list of the containers that it has met: it looks through
+// one, appends the containers inside that are not on the list yet, and goes on to the next. So a
+// value of any depth needs no stack, and one that is shared a million times is looked through once.
+// The usual value is small; then the list fits into the object, and no memory is taken.
 #include "json/path/containment.h"
 
 #include <json-c/json.h>
@@ -16,7 +19,8 @@ namespace hearth {
 namespace {
 
 // Containers in the order in which they were added, each once. A hash table with linear probing
-// finds a container's number in the list; half of its slots at most are taken.
+// finds a container's number in the list. The table has twice as many slots as the list has room,
+// so probing always comes to an empty one.
 class ContainerList {
  public:
   ContainerList() = default;
@@ -42,9 +46,11 @@ class ContainerList {
  private:
   static constexpr std::size_t kUsualRoom = 16;
 
-  // The slot of a container's number, counted from 1; 0 stands in the slot that it would get.
+  // The slot that holds a container's number, counted from 1; or the slot, holding 0, in which its
+  // number belongs.
   uint32_t& slotOf(json_object* container) {
     const std::size_t last = 2 * room_ - 1;
+    // Addresses differ in their middle bits. The multiplication spreads those over the upper half.
     const uint64_t mixed = uint64_t{reinterpret_cast<uintptr_t>(container)} * 0x9e3779b97f4a7c15U;
     auto i = static_cast<std::size_t>(mixed >> 32) & last;
     while (slots_[i] != 0 && list_[slots_[i] - 1] != container) {
@@ -53,6 +59,8 @@ class ContainerList {
     return slots_[i];
   }
 
+  // Doubles the room and enters every container into a new table. False, with nothing changed,
+  // without memory.
   bool grow() {
     const std::size_t room = 2 * room_;
     std::unique_ptr<json_object*[]> list(new (std::nothrow) json_object*[room]);
@@ -88,7 +96,8 @@ std::size_t lengthOf(json_object* container) {
              : json_object_array_length(container);
 }
 
-// True when the test is true for one of the containers that are members or elements.
+// True when the test is true for a container that is a member or element. Asks about no more after
+// the first.
 template <typename Test>
 bool anyContainerIn(json_object* container, Test test) {
   if (json_object_is_type(container, json_type_object) != 0) {
@@ -110,17 +119,19 @@ bool anyContainerIn(json_object* container, Test test) {
   return false;
 }
 
-class Search {
+// One search through one value.
+class DestinationSearch {
  public:
-  explicit Search(json_object* place) : place_(place) {}
+  explicit DestinationSearch(json_object* destination) : destination_(destination) {}
 
-  // True when the place is in the container, or there is no memory to find out.
+  // True when the destination is the container or inside it, or there is no memory to find out.
   bool in(json_object* container) {
-    if (container == place_ || isJustIn(container)) {
+    if (container == destination_ || isDirectlyIn(container)) {
       return true;
     }
+    // The list grows while the loop goes along it.
     for (std::size_t i = 0; i < met_.size(); ++i) {
-      if (isJustIn(met_[i])) {
+      if (isDirectlyIn(met_[i])) {
         return true;
       }
     }
@@ -131,29 +142,32 @@ class Search {
   static constexpr std::size_t kFew = 8;
 
   // Looks at the members or elements of one container.
-  bool isJustIn(json_object* container) {
+  bool isDirectlyIn(json_object* container) {
     return anyContainerIn(container, [this](json_object* inside) { return meet(inside); });
   }
 
+  // Puts a container on the list. True when the search is over: this one is the destination, or
+  // there is no memory for the list.
   bool meet(json_object* container) {
-    return container == place_ || (!isSmallLeaf(container) && !met_.add(container));
+    return container == destination_ || (!isSmallLeaf(container) && !met_.add(container));
   }
 
-  // Few values and all of them scalars: the usual container. To look at it again, should it be
-  // shared, costs no more than to know that it was met.
+  // True for a container of few values, all scalars: the usual one. Nothing can be found in it, so
+  // it need not go on the list. Looking at it again, should it be shared, costs no more than
+  // finding it on the list.
   static bool isSmallLeaf(json_object* container) {
     return lengthOf(container) <= kFew &&
            !anyContainerIn(container, [](json_object*) { return true; });
   }
 
-  json_object* const place_;
+  json_object* const destination_;
   ContainerList met_;
 };
 
 }  // namespace
 
-bool wouldCloseCycle(json_object* container, json_object* place, json_object* held) {
-  return container != held && Search(place).in(container);
+bool wouldCloseCycle(json_object* container, json_object* destination, json_object* held) {
+  return container != held && DestinationSearch(destination).in(container);
 }
 
 }  // namespace hearth

@@ -1,3 +1,6 @@
+// The reading goes in four steps: blanks, one sign, digits, blanks. Whatever the digits stop at is
+// left over. A negative number wraps modulo 2^32, but a positive one that is too large becomes
+// 2^32 - 1: hence the two results of readDigits.
 #include "json/path/index.h"
 
 #include <cstdio>
@@ -6,7 +9,7 @@
 namespace hearth {
 namespace {
 
-// As the C locale's isspace, whatever locale the backend has set.
+// Tells white space as isspace does in the C locale, whatever locale the backend has set.
 bool isSpace(char c) {
   return c == ' ' || (c >= '\t' && c <= '\r');
 }
@@ -68,6 +71,7 @@ bool indexOfAnyToken(const char* token, std::size_t length, uint32_t& index) {
   if (length < kShortestIndexToken) {
     return false;
   }
+  // Not between the brackets but between the first and the last character: "[1x" is 1.
   const IndexText read = readIndexText(token + 1, length - 2);
   if (read.hasLeftover) {
     std::printf("EXCEPTION: BE_StrTo: something unexpected happened");

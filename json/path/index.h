@@ -1,4 +1,4 @@
-// Index tokens of a path: "[3]".
+// Reads the index tokens of a path, such as "[3]".
 //
 // The text between the first and the last character is read as a number, forgivingly: blanks around
 // it are skipped, a negative number wraps modulo 2^32, one that is too large becomes 2^32 - 1, and
@@ -39,7 +39,7 @@ inline bool isDigit(char c) {
 
 constexpr std::size_t kShortestIndexToken = 3;
 
-// The same; nearly every index in practice has one digit.
+// Does what indexOfAnyToken does, on the spot for an index of one digit: nearly every one is.
 [[nodiscard]] inline bool indexOfToken(const char* token, std::size_t length, uint32_t& index) {
   if (length == kShortestIndexToken && isDigit(token[1])) {
     index = static_cast<uint32_t>(token[1] - '0');

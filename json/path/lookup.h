@@ -1,4 +1,4 @@
-// Finding the value at a path.
+// Finds the value at a path.
 //
 // The walk starts at the root. At each token it stands in a value, which was itself found in a
 // parent, and looks the token up there: a member name in an object, an index in an array. It ends
@@ -12,10 +12,11 @@
 #include <cstdint>
 
 #include "json/path/tokens.h"
+#include "log/library_log.h"
 
 namespace hearth {
 
-// The line of an index token without an index; `size` is the token's length.
+// Logs the line of an index token without an index; `size` is the token's length.
 void logWrongIndex(const char* token, std::size_t size);
 
 class PathLookup {
@@ -29,7 +30,8 @@ class PathLookup {
   };
 
   // Walks the path and logs each step.
-  PathLookup(json_object* root, const char* path) : outcome_(find(root, path)) {}
+  PathLookup(json_object* root, const char* path)
+      : isLogged_(logs(LOG_DEBUG) || logs(LOG_INFO)), outcome_(find(root, path)) {}
 
   Outcome outcome() const { return outcome_; }
 
@@ -46,18 +48,16 @@ class PathLookup {
   uint32_t index() const { return index_; }
 
  private:
-  using Token = PathTokens::Token;
+  using Cursor = PathTokens::Cursor;
 
   Outcome find(json_object* root, const char* path);
-  template <bool kIsLogged>
-  Outcome walk(json_object* root, const char* path);
-  template <bool kIsLogged>
-  bool look(Token token, json_object* current);
-  template <bool kIsLogged>
-  void end(Token token, json_object* parent);
-  bool isLast(Token token) const { return *token == tokens_.last(); }
+  [[gnu::always_inline]] inline Outcome walk(json_object* root, const char* path);
+  [[gnu::always_inline]] inline bool lookUp(Cursor token, json_object* container);
+  inline void noteParent(Cursor token, json_object* parent);
+  bool isLast(Cursor token) const { return *token == tokens_.last(); }
 
   PathTokens tokens_;
+  const bool isLogged_;  // true when lines of the walk are wanted
   json_object* value_ = nullptr;
   json_object* parent_ = nullptr;
   uint32_t index_ = 0;  // of the latest index token

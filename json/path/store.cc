@@ -1,3 +1,6 @@
+// The steps of the walk, in the order in which a path meets them: members, then indexes, then the
+// objects and arrays that are made on the way. Each step logs what it is about to do and, when it
+// fails, one error line of its own.
 #include "json/path/store.h"
 
 #include <cstdio>
@@ -6,7 +9,7 @@
 #include "json/depth.h"
 #include "json/path/containment.h"
 #include "json/path/index.h"
-#include "log/library_log.h"
+#include "json/path/walk_log.h"
 
 namespace hearth {
 namespace {
@@ -15,12 +18,12 @@ namespace {
 constexpr char kShortName[] = "setJObj";
 constexpr char kOperation[] = "JsonData::setJObj";
 
-// The path into a new element at the end of an array.
+// The path to take when a name is stored into an array: into a new element at the array's end.
 struct AppendPath {
   AppendPath(json_object* array, const char* path) {
     HEARTH_LOG(LOG_WARNING, "%s: setting an TMO into an array, append it to the array by default\n",
                kOperation);
-    std::snprintf(text, sizeof text, "[%d].%s", static_cast<int>(json_object_array_length(array)),
+    std::snprintf(text, sizeof(text), "[%d].%s", static_cast<int>(json_object_array_length(array)),
                   path);
   }
 
@@ -29,33 +32,27 @@ struct AppendPath {
 
 }  // namespace
 
-// A debug line of the walk; its arguments cost nothing when such lines are off.
-#define WALK_LOG(format, ...)                                        \
-  do {                                                               \
-    if (debug_) {                                                    \
-      Logger::print(LOG_DEBUG, LOG_GROUP_UTIL, format, __VA_ARGS__); \
-    }                                                                \
-  } while (false)
-
 bool PathStore::store() {
-  if (!begin()) {
+  if (!cutPath()) {
     return false;
   }
-  // Taken first: a value that the tree already holds must survive the release of its old place.
+  // The tree's own reference, taken before the walk: putting the value releases what stood there,
+  // which may hold the last other reference on it.
   JsonRef reference(json_object_get(value_));
-  last_ = tokens_.begin() + tokens_.count() - 1;
-  for (token_ = tokens_.begin(); token_ <= last_; ++token_) {
+  last_ = tokens_.first() + tokens_.count() - 1;
+  for (token_ = tokens_.first(); token_ <= last_; ++token_) {
     if (!step()) {
       return false;
     }
   }
+  // The last step has put the value, and the tree owns the reference from there on.
   static_cast<void>(reference.release());
-  WALK_LOG("%s: FOUND parent=%p key=%s\n", kShortName, static_cast<void*>(current_),
+  WALK_LOG(LOG_DEBUG, "%s: FOUND parent=%p key=%s\n", kShortName, static_cast<void*>(current_),
            tokens_.last());
   return true;
 }
 
-bool PathStore::begin() {
+bool PathStore::cutPath() {
   if (current_ == nullptr || path_ == nullptr || path_[0] == '\0') {
     HEARTH_LOG(LOG_ERROR, "%s: wrong params jobj=%p path=%p\n", kOperation,
                static_cast<void*>(current_), static_cast<const void*>(path_));
@@ -73,7 +70,7 @@ bool PathStore::appendsToRoot() const {
 }
 
 bool PathStore::step() {
-  WALK_LOG("%s: Parse: idx=%d key=%s isEnd=%s\n", kShortName, position(), *token_,
+  WALK_LOG(LOG_DEBUG, "%s: Parse: idx=%d key=%s isEnd=%s\n", kShortName, position(), *token_,
            isLast() ? "true" : "false");
   if (isIndexToken(*token_)) {
     return indexStep();
@@ -81,12 +78,13 @@ bool PathStore::step() {
   return isLast() ? putMember() : enterMember();
 }
 
-// An object made by this walk is empty, so nothing has to be looked up in it.
+// Goes down into a member, making it when it is missing. An object that this walk has made is
+// empty, so nothing has to be looked up in it, and all that follows is new as well.
 bool PathStore::enterMember() {
   json_object* child = nullptr;
   isNew_ = isNew_ || json_object_object_get_ex(current_, *token_, &child) == 0;
-  WALK_LOG("%s: get child object at '%s.%s' isNew=%s\n", kOperation, previousKey(), *token_,
-           isNew_ ? "true" : "false");
+  WALK_LOG(LOG_DEBUG, "%s: get child object at '%s.%s' isNew=%s\n", kOperation, previousKey(),
+           *token_, isNew_ ? "true" : "false");
   if (isNew_ && !makeMember(child)) {
     return false;
   }
@@ -94,8 +92,9 @@ bool PathStore::enterMember() {
   return true;
 }
 
+// The last step of a path that ends with a name.
 bool PathStore::putMember() {
-  WALK_LOG("%s: set jval to current object jcrr=%p jval=%p %s.%s\n", kOperation,
+  WALK_LOG(LOG_DEBUG, "%s: set jval to current object jcrr=%p jval=%p %s.%s\n", kOperation,
            static_cast<void*>(current_), static_cast<void*>(value_), previousKey(), *token_);
   if (memberClosesCycle() || !addMember(value_, isNew_)) {
     HEARTH_LOG(LOG_ERROR, "%s: fail to add jval '%s' to jcrr=%p jprt=%p\n", kOperation, *token_,
@@ -105,9 +104,10 @@ bool PathStore::putMember() {
   return true;
 }
 
+// The object made may turn out to be an array: the next token tells, and replaceByArray mends it.
 bool PathStore::makeMember(json_object*& child) {
-  WALK_LOG("%s: create new empty jchl to current object %s.%s\n", kOperation, previousKey(),
-           *token_);
+  WALK_LOG(LOG_DEBUG, "%s: create new empty jchl to current object %s.%s\n", kOperation,
+           previousKey(), *token_);
   JsonRef made(newObject());
   if (made == nullptr || !addMember(made.get(), true)) {
     HEARTH_LOG(LOG_ERROR, "%s: fail to add new object '%s'\n", kOperation, *token_);
@@ -117,17 +117,18 @@ bool PathStore::makeMember(json_object*& child) {
   return true;
 }
 
-// Adds to the current value under the token; json-c takes objects only. A name that is known to be
-// new is not searched for.
+// Adds a member to the current value under the token. The type is checked because json-c takes it
+// on trust. json-c does not search for a name that it is told is new.
 bool PathStore::addMember(json_object* member, bool isNewName) {
   return json_object_is_type(current_, json_type_object) != 0 &&
          json_object_object_add_ex(current_, *token_, member,
                                    isNewName ? JSON_C_OBJECT_ADD_KEY_IS_NEW : 0U) == 0;
 }
 
+// An index below the length names an element. Every other one, however large, means the end.
 bool PathStore::indexStep() {
   uint32_t index = 0;
-  if (!indexOfToken(*token_, PathTokens::length(token_), index)) {
+  if (!indexOfToken(*token_, PathTokens::lengthAt(token_), index)) {
     HEARTH_LOG(LOG_ERROR, "%s: wrong array format %s\n", kOperation, *token_);
     return false;
   }
@@ -137,30 +138,33 @@ bool PathStore::indexStep() {
   if (json_object_array_length(current_) > index) {
     return isLast() ? putElement(index) : enterElement(index);
   }
-  WALK_LOG("%s: add new array element at %d '%s.%s'\n", kOperation, static_cast<int>(index),
-           previousKey(), *token_);
+  WALK_LOG(LOG_DEBUG, "%s: add new array element at %d '%s.%s'\n", kOperation,
+           static_cast<int>(index), previousKey(), *token_);
   return isLast() ? appendValue(index) : appendObject(index);
 }
 
+// Only an object made by this walk may be replaced: it is empty, and nobody else knows it.
 bool PathStore::replaceByArray() {
   if (!isNew_) {
     HEARTH_LOG(LOG_ERROR, "%s: existing object is not array '%s'\n", kOperation, previousKey());
     return false;
   }
-  WALK_LOG("%s: recreate array object '%s' delete %p=%d\n", kShortName, previousKey(),
+  WALK_LOG(LOG_DEBUG, "%s: recreate array object '%s' delete %p=%d\n", kShortName, previousKey(),
            static_cast<void*>(current_), 1);
   JsonRef array(json_object_new_array());
-  bool placed = false;
+  bool isReplaced = false;
   if (array != nullptr) {
     if (json_object_is_type(parent_, json_type_array) != 0) {
+      // appendObject has just put the object there, as the last element.
       const std::size_t end = json_object_array_length(parent_);
-      placed = json_object_array_put_idx(parent_, end - 1, array.get()) == 0;
+      isReplaced = json_object_array_put_idx(parent_, end - 1, array.get()) == 0;
     } else {
+      // The object just made is the last member, so the array comes to the same position.
       json_object_object_del(parent_, previousKey());
-      placed = json_object_object_add(parent_, previousKey(), array.get()) == 0;
+      isReplaced = json_object_object_add(parent_, previousKey(), array.get()) == 0;
     }
   }
-  if (!placed) {
+  if (!isReplaced) {
     HEARTH_LOG(LOG_ERROR, "%s: cannot add new array element!\n", kOperation);
     return false;
   }
@@ -169,8 +173,8 @@ bool PathStore::replaceByArray() {
 }
 
 bool PathStore::putElement(uint32_t index) {
-  WALK_LOG("%s: replace array element at idx=%d '%s.%s'\n", kOperation, static_cast<int>(index),
-           previousKey(), *token_);
+  WALK_LOG(LOG_DEBUG, "%s: replace array element at idx=%d '%s.%s'\n", kOperation,
+           static_cast<int>(index), previousKey(), *token_);
   if (elementClosesCycle(index) || json_object_array_put_idx(current_, index, value_) != 0) {
     HEARTH_LOG(LOG_ERROR, "%s: fail to replace array element %d %s.%s\n", kOperation,
                static_cast<int>(index), previousKey(), *token_);
@@ -179,9 +183,10 @@ bool PathStore::putElement(uint32_t index) {
   return true;
 }
 
+// An element that holds JSON null cannot be entered, and is not replaced either.
 bool PathStore::enterElement(uint32_t index) {
-  WALK_LOG("%s: get array element at idx=%d, '%s.%s'\n", kOperation, static_cast<int>(index),
-           previousKey(), *token_);
+  WALK_LOG(LOG_DEBUG, "%s: get array element at idx=%d, '%s.%s'\n", kOperation,
+           static_cast<int>(index), previousKey(), *token_);
   json_object* const child = json_object_array_get_idx(current_, index);
   if (child == nullptr) {
     HEARTH_LOG(LOG_ERROR, "%s: cannot get array element at idx=%d '%s.%s'\n", kOperation,
@@ -214,11 +219,12 @@ bool PathStore::appendObject(uint32_t index) {
   return true;
 }
 
-// Null without memory, and when the path is too long to make anything.
 json_object* PathStore::newObject() const {
   return tokens_.count() <= kMostTokensToMake ? json_object_new_object() : nullptr;
 }
 
+// A scalar closes no cycle. Storing a container onto its own place closes none either, so the value
+// that stands there is handed to wouldCloseCycle as already held.
 bool PathStore::memberClosesCycle() const {
   if (!isContainer(value_)) {
     return false;

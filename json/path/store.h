@@ -28,7 +28,7 @@ class PathStore {
   // A null value stores JSON null. A path that begins with a member name, below a root that is an
   // array, becomes a path into a new element at the array's end.
   PathStore(json_object* root, const char* path, json_object* value)
-      : path_(path), value_(value), debug_(logs(LOG_DEBUG)), current_(root) {}
+      : path_(path), value_(value), isLogged_(logs(LOG_DEBUG)), current_(root) {}
 
   PathStore(const PathStore&) = delete;
   PathStore& operator=(const PathStore&) = delete;
@@ -42,9 +42,10 @@ class PathStore {
   const char* lastToken() const { return tokens_.last(); }
 
  private:
-  using Token = PathTokens::Token;
+  using Cursor = PathTokens::Cursor;
 
-  bool begin();
+  // Checks the arguments and cuts the path. False after a LOG_ERROR line.
+  bool cutPath();
   bool appendsToRoot() const;
 
   // One step of the walk each. False, after its LOG_ERROR line, when the walk ends there.
@@ -54,33 +55,35 @@ class PathStore {
   bool makeMember(json_object*& child);
   inline bool addMember(json_object* member, bool isNewName);
   [[gnu::always_inline]] inline bool indexStep();
+  // Puts an empty array where the object just made stands.
   bool replaceByArray();
   bool putElement(uint32_t index);
   inline bool enterElement(uint32_t index);
   bool appendValue(uint32_t index);
   bool appendObject(uint32_t index);
 
+  // Null without memory, and when the path is too long to make anything.
   json_object* newObject() const;
-  // True when the value holds the current container, in which it would be stored. `neighbour` is
-  // the index of the element that it would replace or follow.
+  // True when the value is or contains the current container, in which it would be stored.
+  // `neighbour` is the index of the element that it would replace or follow.
   inline bool memberClosesCycle() const;
   inline bool elementClosesCycle(std::size_t neighbour) const;
   void moveTo(json_object* child);
 
   bool isLast() const { return token_ == last_; }
   // The token before the current one; empty at the first.
-  const char* previousKey() const { return token_ == tokens_.begin() ? "" : token_[-1]; }
-  int position() const { return static_cast<int>(token_ - tokens_.begin()); }
+  const char* previousKey() const { return token_ == tokens_.first() ? "" : token_[-1]; }
+  int position() const { return static_cast<int>(token_ - tokens_.first()); }
 
   const char* const path_;
   PathTokens tokens_;
   json_object* const value_;
-  const bool debug_;  // whether LOG_DEBUG lines are on, asked once per walk
-  Token token_ = nullptr;
-  Token last_ = nullptr;
-  json_object* current_;
-  json_object* parent_ = nullptr;
-  bool isNew_ = false;
+  const bool isLogged_;  // true when lines of the walk are wanted
+  Cursor token_ = nullptr;
+  Cursor last_ = nullptr;
+  json_object* current_;           // the value in which the walk stands
+  json_object* parent_ = nullptr;  // the container of current_
+  bool isNew_ = false;             // true when this walk has made current_
 };
 
 }  // namespace hearth

@@ -1,91 +1,33 @@
+// The path is copied whole and cut where the copy lies: each dot becomes a NUL, and the character
+// behind it starts the next token. The table of starts has one entry more than there are tokens. It
+// says where one more would start, and so gives the last token a length too.
 #include "json/path/tokens.h"
 
-#include <endian.h>
-
 #include <algorithm>
-#include <cstring>
 #include <new>
 
 namespace hearth {
-namespace {
-
-using Word = PathTokens::Word;
-
-// Words hold text with its first byte lowest, whatever the machine's byte order.
-Word inTextOrder(Word word) {
-  if constexpr (sizeof word == sizeof(uint64_t)) {
-    return le64toh(word);
-  } else {
-    return le32toh(static_cast<uint32_t>(word));
-  }
-}
-
-Word loadWord(const char* text) {
-  Word word;
-  std::memcpy(&word, text, sizeof word);
-  return inTextOrder(word);
-}
-
-void storeWord(char* text, Word word) {
-  word = inTextOrder(word);
-  std::memcpy(text, &word, sizeof word);
-}
-
-// What follows the last whole word of a text, and NULs behind it: at least one.
-Word loadLastWord(const char* text, std::size_t size) {
-  const std::size_t rest = size % sizeof(Word);
-  if (rest == 0) {
-    return 0;
-  }
-  if (size > sizeof(Word)) {
-    return loadWord(text + size - sizeof(Word)) >> 8 * (sizeof(Word) - rest);
-  }
-  Word word = 0;
-  for (std::size_t i = rest; i-- > 0;) {
-    word = word << 8 | static_cast<unsigned char>(text[i]);
-  }
-  return word;
-}
-
-// The highest bit of each byte that is a dot, and no other bits.
-Word dotsIn(Word word) {
-  constexpr Word kEachByte = ~Word{0} / 0xff;
-  constexpr Word kLowBits = kEachByte * 0x7f;
-  const Word differences = word ^ (kEachByte * '.');
-  return ~(((differences & kLowBits) + kLowBits) | differences | kLowBits);
-}
-
-// Writes a word of the path to its place with NULs for dots, and notes the token behind each dot.
-[[gnu::always_inline]] inline char** cutWord(Word word, char* place, char** start) {
-  Word dots = dotsIn(word);
-  storeWord(place, word ^ (dots >> 7) * '.');
-  for (; dots != 0; dots &= dots - 1) {
-    *++start = place + static_cast<std::size_t>(__builtin_ctzl(dots)) / 8 + 1;
-  }
-  return start;
-}
-
-}  // namespace
 
 void PathTokens::cutInRoom(const char* path, std::size_t size) {
-  char* const text = starts_[0];
   char** start = starts_;
-  const std::size_t rest = size % sizeof(Word);
-  for (std::size_t position = 0; position != size - rest; position += sizeof(Word)) {
-    start = cutWord(loadWord(path + position), text + position, start);
+  char* const end = *start + size;
+  char* place = static_cast<char*>(std::memcpy(*start, path, size + 1));
+  while ((place = strchrnul(place, '.')) != end) {
+    *place++ = '\0';
+    *++start = place;
   }
-  start = cutWord(loadLastWord(path, size), text + size - rest, start);
-  char* const end = text + size;
+  // What follows the last dot is a token only if there is something.
   if (*start != end) {
     *++start = end + 1;
   }
   count_ = static_cast<std::size_t>(start - starts_);
 }
 
+// The starts and the text share one piece of memory, which is sized for both.
 bool PathTokens::makeRoom(const char* path, std::size_t size) {
   const auto dots = static_cast<std::size_t>(std::count(path, path + size, '.'));
   const std::size_t starts = dots + 2;
-  const std::size_t text = (size + sizeof(Word)) / sizeof(char*) + 1;
+  const std::size_t text = size / sizeof(char*) + 1;
   long_.reset(new (std::nothrow) char*[starts + text]);
   if (long_ == nullptr) {
     return false;

@@ -15,9 +15,6 @@ namespace hearth {
 
 class PathTokens {
  public:
-  // A path is copied and cut by words; the last one may reach past the end of the text.
-  using Word = std::size_t;
-
   PathTokens() { usualStarts_[0] = usualText_; }
   PathTokens(const PathTokens&) = delete;
   PathTokens& operator=(const PathTokens&) = delete;
@@ -32,18 +29,20 @@ class PathTokens {
     return true;
   }
 
-  // A token is the place of its C string in a table of all.
-  using Token = const char* const*;
+  // Stands at one token in the table of all: `*cursor` is its C string, `cursor + 1` the next
+  // token.
+  using Cursor = const char* const*;
 
-  Token begin() const { return starts_; }
+  Cursor first() const { return starts_; }
 
   // At least 1 after a cut.
   std::size_t count() const { return count_; }
   const char* last() const { return starts_[count_ - 1]; }
 
-  // Characters of a token. Each is followed by one NUL and then the next token, or the end.
-  static std::size_t length(Token token) {
-    return static_cast<std::size_t>(token[1] - token[0]) - 1;
+  // The number of characters in a token. Each token is followed by one NUL and then by the next
+  // token or the end.
+  static std::size_t lengthAt(Cursor cursor) {
+    return static_cast<std::size_t>(cursor[1] - cursor[0]) - 1;
   }
 
  private:
@@ -57,7 +56,7 @@ class PathTokens {
   char** starts_ = usualStarts_;       // of every token, and where one more would start
   std::unique_ptr<char*[]> long_;      // starts and then text of a path longer than usual
   char* usualStarts_[kUsualSize + 2];  // as many as a usual path can have, all of it dots
-  char usualText_[kUsualSize + sizeof(Word)];
+  char usualText_[kUsualSize + 1];
 };
 
 }  // namespace hearth

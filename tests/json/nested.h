@@ -8,8 +8,8 @@
 
 #include "base/json_ref.h"
 
-// So many objects and arrays in turn, each in the one before it, and {"k":1} as the last. Each is
-// held here too and the outermost is released first, so none takes another with it.
+// Makes objects and arrays in turn, each in the one before it, and {"k":1} as the innermost. The
+// result holds a reference on each and releases the outermost first, so no release recurses.
 inline std::vector<hearth::JsonRef> nested(int levels) {
   std::vector<hearth::JsonRef> containers;
   json_object* inside = json_object_new_int(1);

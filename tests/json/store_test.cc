@@ -1,5 +1,5 @@
-// Stores of values that are shared and stand inside each other: every store is done but those that
-// would make a value its own descendant.
+// Stores values that are shared and stand inside each other: only a store that would make a value
+// its own descendant is refused.
 #include <deque>
 #include <random>
 #include <set>
@@ -16,8 +16,8 @@ using hearth::JsonRef;
 
 constexpr int kScalar = -1;
 
-// A naive model of containers and of who holds whom: containers are numbers, and whether one holds
-// another is found by looking everywhere.
+// A naive model of containers and of who holds whom. Containers are numbers. It looks everywhere to
+// find out if one is inside another.
 class Model {
  public:
   // Containers of both kinds with nothing in them.
@@ -91,7 +91,7 @@ class Model {
   const Container& at(int container) const { return all_[static_cast<std::size_t>(container)]; }
 
   // Every container is asked again until none is new.
-  bool holds(int container, int sought) const {
+  bool contains(int container, int sought) const {
     std::set<int> held = {container};
     for (std::size_t before = 0; before != held.size();) {
       before = held.size();
@@ -112,15 +112,15 @@ class Model {
     return i;
   }
 
-  bool store(int place, const std::vector<std::string>& tokens, std::size_t i, bool isNew,
+  bool store(int destination, const std::vector<std::string>& tokens, std::size_t i, bool isNew,
              int value) {
-    Container& container = all_[static_cast<std::size_t>(place)];
+    Container& container = all_[static_cast<std::size_t>(destination)];
     const bool isIndex = oracle::isIndex(tokens[i]);
     container.isArray = container.isArray || (isIndex && isNew);
     if (container.isArray != isIndex) return false;
     const bool isLast = i + 1 == tokens.size();
-    if (isLast && value != kScalar && holds(value, place)) return false;
-    const std::size_t position = positionOf(place, tokens[i]);
+    if (isLast && value != kScalar && contains(value, destination)) return false;
+    const std::size_t position = positionOf(destination, tokens[i]);
     const bool made = position == container.children.size();
     if (made) {
       container.children.emplace_back(isIndex ? "" : tokens[i], isLast ? value : size());
@@ -176,7 +176,7 @@ TEST(Store, RefusesCyclesAndNothingElse) {
   EXPECT_GT(refused, 1000);
 }
 
-// Stores the value in two places of its own: an empty one is no cycle, and one inside it is.
+// Stores the value in new containers, which is no cycle, and in one inside itself, which is.
 void expectOnlyACycleIsRefused(json_object* value, json_object* inside) {
   TreeMapObject document("{\"list\":[]}");
   TreeMapObject item(json_object_get(value));

@@ -1,8 +1,6 @@
-// Documents: loading, rendering, copying, saving, dumping, checking; and how deep and wide they may
-// be.
+// Documents: loaded, rendered, copied, saved, dumped, validated; and how deep and wide they may be.
 #include <clocale>
 #include <cstring>
-#include <tuple>
 
 #include "hearth/json_data.h"
 #include "tests/json/nested.h"
@@ -84,23 +82,27 @@ TEST_F(Documents, ACopyTakesTheTextOfSerializers) {
       "ERROR: cloneObject: fail to create new object\n";
   const std::string noValue =
       std::string(kSteps) + "ERROR: cloneObject: fail to create new object\n";
-  // What the serializer of one value makes of it, alone and inside an array.
-  const std::tuple<const char*, const char*, std::string, const char*> cases[] = {
+  const struct {
+    const char* text;    // what the serializer writes
+    const char* copied;  // the copy of the value
+    std::string lines;
+    const char* copiedInside;  // the copy of an array that has only the value
+  } rows[] = {
       {"[1,2]", "[1,2]", kSteps, "[[1,2]]"}, {"1,2", "1", kSteps, "[1,2]"},
       {"1e2", "1e2", kSteps, "[1e2]"},       {"null", "null", noValue, "[null]"},
       {"x", "null", noValue, "null"},        {"", "null", kNoText, "[]"},
   };
   for (const char* const type : {"true", "7", "0.5", "\"s\"", "{\"a\":1}", "[1]"}) {
-    for (const auto& [text, copied, lines, copiedInside] : cases) {
-      SCOPED_TRACE(testing::Message() << type << " " << text);
+    for (const auto& row : rows) {
+      SCOPED_TRACE(testing::Message() << type << " " << row.text);
       const JsonRef value = parse(type);
       const JsonRef array = parse("[]");
-      json_object_set_serializer(value.get(), append, const_cast<char*>(text), nullptr);
+      json_object_set_serializer(value.get(), append, const_cast<char*>(row.text), nullptr);
       json_object_array_add(array.get(), json_object_get(value.get()));
       JsonRef copy;
-      EXPECT_EQ(lines, linesOf([&] { copy.reset(JsonData::cloneObject(value.get())); }));
-      EXPECT_EQ(copied, plain(copy.get()));
-      EXPECT_EQ(copiedInside, plain(JsonRef(JsonData::cloneObject(array.get())).get()));
+      EXPECT_EQ(row.lines, linesOf([&] { copy.reset(JsonData::cloneObject(value.get())); }));
+      EXPECT_EQ(row.copied, plain(copy.get()));
+      EXPECT_EQ(row.copiedInside, plain(JsonRef(JsonData::cloneObject(array.get())).get()));
     }
   }
   EXPECT_EQ("ERROR: cloneObject: bad pobj param jobj=(nil)\n",
@@ -158,8 +160,14 @@ TEST_F(Documents, SchemasDecide) {
   const std::string noInstance = "ERROR: " + noFile + "\nnone\n";
   const std::string noHandle = "ERROR: validateFile: bad pobj param obj=";
   const std::string broken = "ERROR: validateFile: failed to parse schema file broken\n";
-  // What comes of a pair of files and what of a handle and a file, with their lines.
-  const std::tuple<const char*, const char*, int, std::string, int, std::string> cases[] = {
+  const struct {
+    const char* instance;
+    const char* schema;
+    int ofFiles;  // the answer for the two files, and its lines
+    std::string linesOfFiles;
+    int ofHandle;  // the same for a handle on the instance
+    std::string linesOfHandle;
+  } rows[] = {
       {"good", "schema", 0, "", 0, ""},
       {"bad", "schema", 2, "", 2, ""},
       {"good", "none", 0, passes, 0, passesWithNotice},
@@ -168,20 +176,20 @@ TEST_F(Documents, SchemasDecide) {
       {"bad", "broken", 2, "", 2, broken},
       {"broken", "schema", 2, "", 2, noHandle + "PTR\n"},
   };
-  for (const auto& [instance, schema, ofFiles, linesOfFiles, ofHandle, linesOfHandle] : cases) {
-    SCOPED_TRACE(testing::Message() << instance << " " << schema);
-    const Handle handle(JsonData::createObjectFromFile(instance));
+  for (const auto& row : rows) {
+    SCOPED_TRACE(testing::Message() << row.instance << " " << row.schema);
+    const Handle handle(JsonData::createObjectFromFile(row.instance));
     int result = -1;
-    EXPECT_EQ(linesOfFiles,
-              linesOf([&, i = instance, s = schema] { result = JsonData::validateFile(i, s); }));
-    EXPECT_EQ(ofFiles, result);
+    EXPECT_EQ(row.linesOfFiles,
+              linesOf([&] { result = JsonData::validateFile(row.instance, row.schema); }));
+    EXPECT_EQ(row.ofFiles, result);
     const std::string lines =
-        linesOf([&, s = schema] { result = JsonData::validateFile(handle.get(), s); });
+        linesOf([&] { result = JsonData::validateFile(handle.get(), row.schema); });
     const bool isChecked = handle != nullptr && handle->jobj != nullptr;
     const std::string first =
-        isChecked ? std::string("DEBUG: validateFile: validate file ") + schema + "\n" : "";
-    EXPECT_EQ(first + linesOfHandle, lines);
-    EXPECT_EQ(ofHandle, result);
+        isChecked ? std::string("DEBUG: validateFile: validate file ") + row.schema + "\n" : "";
+    EXPECT_EQ(first + row.linesOfHandle, lines);
+    EXPECT_EQ(row.ofHandle, result);
   }
   TreeMapObject handle(R"({"n":"x"})");
   CapturedLog log({LOG_ERROR, LOG_WARNING});
@@ -239,7 +247,7 @@ TEST_F(Documents, MayBeDeep) {
       const std::list<TreeMapObject*> found = handle.find("k", 1);
       ASSERT_EQ(1U, found.size());
       EXPECT_EQ(containers.back().get(), Handle(found.front())->jobj);
-      // What comes behind the way down is found too.
+      // Members behind each container on the way down are found too.
       for (int i = levels - 1; i >= 0; i -= 2) {
         json_object_object_add(containers[static_cast<std::size_t>(i)].get(), "z",
                                json_object_new_int(2));

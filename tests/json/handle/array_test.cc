@@ -1,4 +1,4 @@
-// A handle's value as an array.
+// A handle's value as an array: elements stored, removed, and found again after a removal.
 #include <gtest/gtest.h>
 
 #include <tuple>
@@ -82,7 +82,7 @@ TEST(Array, RemovesElements) {
 }
 
 TEST(Array, PutsTheRebuiltArrayInItsPlace) {
-  const std::tuple<const char*, const char*, const char*> cases[] = {
+  const std::tuple<const char*, const char*, const char*> rows[] = {
       {R"({"x":0,"list":[1,2,3]})", "list", R"({"x":0,"list":[2,3]})"},
       {R"([5,[1,2]])", "[1]", "[5,[2]]"},
       {R"([5,[1,2]])", "[ 1x", "[5,[2]]"},
@@ -91,7 +91,7 @@ TEST(Array, PutsTheRebuiltArrayInItsPlace) {
        "a234567890123456789012345678901-cut",
        R"({"a234567890123456789012345678901-cut":[2],"a234567890123456789012345678901":[8]})"},
   };
-  for (const auto& [before, path, after] : cases) {
+  for (const auto& [before, path, after] : rows) {
     SCOPED_TRACE(path);
     const TreeMapObject document(before);
     const Handle array(document.get(path));

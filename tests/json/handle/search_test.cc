@@ -1,12 +1,10 @@
 // Search by value, and the typed comparison under it.
-#include <tuple>
-
 #include "hearth/json_data.h"
 #include "tests/support/captured_log.h"
 
 namespace {
 
-// The objects found, as text, after the document is gone.
+// Answers the text of the objects found. The document is gone by then.
 template <typename T>
 std::string found(const char* text, const char* key, T value) {
   std::list<TreeMapObject*> handles;
@@ -49,8 +47,12 @@ TEST(Search, SaysWhatItCannotDo) {
       "ERROR: Some error happened, cannot return result\n";
   constexpr char kItems[] =
       "WARN: findInArray: array items have primary typeWARN: Found null object in the array\n";
-  // The lines of a search for an int, and of one for a text.
-  const std::tuple<const char*, const char*, std::string, std::string> cases[] = {
+  const struct {
+    const char* document;
+    const char* key;
+    std::string linesForInt;
+    std::string linesForText;
+  } rows[] = {
       {"{}", "", kEmptyKey, kEmptyKey},
       {"{}", nullptr, kEmptyKey, kEmptyKey},
       {"{}", "k", "", kNoResult},
@@ -58,14 +60,14 @@ TEST(Search, SaysWhatItCannotDo) {
       {"\"s\"", "k", kWrongRoot, kWrongRoot},
       {"[7,null]", "k", kItems, std::string(kItems) + kNoResult},
   };
-  for (const auto& [text, key, lines, linesForText] : cases) {
-    SCOPED_TRACE(text);
-    const TreeMapObject document(text);
+  for (const auto& row : rows) {
+    SCOPED_TRACE(row.document);
+    const TreeMapObject document(row.document);
     CapturedLog log({LOG_ERROR, LOG_WARNING});
-    EXPECT_TRUE(document.find(key, 1).empty());
+    EXPECT_TRUE(document.find(row.key, 1).empty());
     Logger::print(LOG_ERROR, LOG_GROUP_UTIL, "and for a text\n");
-    EXPECT_TRUE(document.find(key, "x").empty());
-    EXPECT_EQ(lines + "ERROR: and for a text\n" + linesForText, log.text());
+    EXPECT_TRUE(document.find(row.key, "x").empty());
+    EXPECT_EQ(row.linesForInt + "ERROR: and for a text\n" + row.linesForText, log.text());
   }
   const TreeMapObject document("{}");
   EXPECT_TRUE(document.find("k", static_cast<const char*>(nullptr)).empty());
@@ -78,7 +80,12 @@ TEST(Search, SaysWhatItCannotDo) {
 }
 
 TEST(Comparison, IsTyped) {
-  const std::tuple<const char*, const char*, int, const char*> cases[] = {
+  const struct {
+    const char* src;
+    const char* dst;
+    int isEqual;
+    const char* line;
+  } rows[] = {
       {"\"a\"", "\"a\"", 1, "DEBUG: compareObjVal: srcVal= a dstVal= a\n"},
       {"\"a\"", "\"A\"", 0, "DEBUG: compareObjVal: srcVal= a dstVal= A\n"},
       {"3", "3", 1, "DEBUG: compareObjVal: srcVal= 3 dstVal= 3\n"},
@@ -89,14 +96,14 @@ TEST(Comparison, IsTyped) {
       {"null", "null", 0, "DEBUG: JSON type is different\n"},
       {"{}", "{\"a\":1}", 1, "WARN: JSON type for the comparison MUST be primary types\n"},
   };
-  for (const auto& [srcText, dstText, isEqual, line] : cases) {
-    SCOPED_TRACE(testing::Message() << srcText << " " << dstText);
-    const hearth::JsonRef src = parse(srcText);
-    const hearth::JsonRef dst = parse(dstText);
+  for (const auto& row : rows) {
+    SCOPED_TRACE(testing::Message() << row.src << " " << row.dst);
+    const hearth::JsonRef src = parse(row.src);
+    const hearth::JsonRef dst = parse(row.dst);
     CapturedLog log;
-    EXPECT_EQ(isEqual, JsonData::compareObjVal(src.get(), json_object_get_type(src.get()),
-                                               dst.get(), json_object_get_type(dst.get())));
-    EXPECT_EQ(line, log.text());
+    EXPECT_EQ(row.isEqual, JsonData::compareObjVal(src.get(), json_object_get_type(src.get()),
+                                                   dst.get(), json_object_get_type(dst.get())));
+    EXPECT_EQ(row.line, log.text());
   }
 }
 

@@ -1,4 +1,5 @@
-// One path, read and written, against the model. Used by the exhaustive tests and by fuzzing.
+// Compares the reading and the writing of one path with the model. The exhaustive tests and the
+// fuzz target share it.
 #ifndef HEARTH_TESTS_JSON_PATH_PATH_CHECK_H
 #define HEARTH_TESTS_JSON_PATH_PATH_CHECK_H
 
@@ -8,7 +9,7 @@
 #include "hearth/json_data.h"
 #include "tests/json/path/path_oracle.h"
 
-// What differs, or an empty text. Out-parameters, key copies and results are all compared.
+// Answers what differs, or an empty text. Results, out-parameters and key copies are all compared.
 inline std::string readingDiffers(json_object* root, const std::string& path) {
   const oracle::Found expected = oracle::read(root, path);
   json_object* parent = nullptr;
@@ -23,7 +24,7 @@ inline std::string readingDiffers(json_object* root, const std::string& path) {
   return JsonData::getJObj(root, path.c_str()) == value ? "" : "two-argument form";
 }
 
-// Writes a number at the path and takes the root over.
+// Does the same for a number written at the path. Takes over the root.
 inline std::string writingDiffers(json_object* root, const std::string& path) {
   json_object* const value = json_object_new_int(42);
   oracle::Node expected = oracle::Node::of(root);

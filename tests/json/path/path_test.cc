@@ -11,7 +11,7 @@ namespace {
 
 using hearth::JsonRef;
 
-// Calls check with every path of at most `longest` characters over the alphabet.
+// Calls check with every path of at most `longest` characters of the alphabet.
 template <typename Check>
 void forEveryPath(const std::string& alphabet, std::size_t longest, Check check) {
   std::vector<std::string> paths = {""};
@@ -51,10 +51,11 @@ TEST(PathModel, EveryShortPathReadsAndWritesAsTheModelDoes) {
 
 constexpr char kLeftover[] = "EXCEPTION: BE_StrTo: something unexpected happened";
 
-// What the model does not tell: blanks, signs, leftovers, ends of numbers; and what is printed.
+// The rules that short paths do not reach: blanks, signs, leftovers, the ends of numbers; and the
+// lines of each failure.
 TEST(PathReading, FollowsTheTokenRules) {
-  const JsonRef root = parse(R"({"a":{"b":[10,{"c":1}],"":"e"},"a[0]":"m","n":null,"v":[null]})");
-  const std::tuple<const char*, const char*, const char*> cases[] = {
+  const JsonRef root = parse(R"({"a":{"b":[10,{"c":1}],"":"e"},"n":null,"v":[null]})");
+  const std::tuple<const char*, const char*, const char*> rows[] = {
       {"a.b.[ 1 ]", R"({"c":1})", ""},
       {"a.b.[+1]", R"({"c":1})", ""},
       {"a.b.[1x", R"({"c":1})", ""},
@@ -70,10 +71,8 @@ TEST(PathReading, FollowsTheTokenRules) {
       {"a.[0]", "null", "ERROR: Object is not array 'object'!\n"},
       {"n.[0]", "null", "ERROR: Object is not array 'null'!\n"},
       {"v.[0]", "null", "ERROR: Cannot get array index num=0 len=1!\n"},
-      {"a[0]", R"("m")", ""},
-      {"n.x", "null", ""},
   };
-  for (const auto& [path, value, lines] : cases) {
+  for (const auto& [path, value, lines] : rows) {
     SCOPED_TRACE(path);
     CapturedLog log({LOG_ERROR});
     EXPECT_EQ(value, plain(JsonData::getJObj(root.get(), path)));
@@ -113,40 +112,41 @@ TEST(PathReading, LeavesOutParametersAloneWithoutARootOrAPath) {
   EXPECT_TRUE(log.has("ERROR: getJObj: wrong params jobj="));
 }
 
-// X stands for the value. The error is the one line of the store that fails.
+// X stands for the value, and `error` is the one line of a store that fails. A short path that
+// makes something is the model's to check.
 TEST(PathWriting, MakesWhatIsMissing) {
-  const std::tuple<const char*, const char*, const char*, const char*> cases[] = {
+  const struct {
+    const char* before;
+    const char* path;
+    const char* after;
+    const char* error;
+  } rows[] = {
       {"{}", "m.[0].[0].[9].k", R"({"m":[[[{"k":X}]]]})", ""},
-      {R"({"list":[1,2]})", "list.[-1]", R"({"list":[1,2,X]})", ""},
-      {R"({"list":[1,2]})", "list.[2].x", R"({"list":[1,2,{"x":X}]})", ""},
-      {"[1,2]", "x", R"([1,2,{"x":X}])", ""},
       {R"({"a":"s"})", "a.[0]", R"({"a":"s"})", "existing object is not array 'a'\n"},
-      {R"({"a":null})", "a.[0]", R"({"a":null})", "existing object is not array 'a'\n"},
       {"{}", "[0]", "{}", "existing object is not array ''\n"},
       {"{}", "n.[]", R"({"n":{}})", "wrong array format []\n"},
-      {"{}", "n.[ ]", R"({"n":{}})", "wrong array format [ ]\n"},
       {R"({"l":[null]})", "l.[0].x", R"({"l":[null]})",
        "cannot get array element at idx=0 'l.[0]'\n"},
       {R"({"a":"s"})", "a.b", R"({"a":"s"})", "fail to add jval 'b' to jcrr=PTR jprt=PTR\n"},
       {R"({"a":[1]})", "a.b.c", R"({"a":[1]})", "fail to add new object 'b'\n"},
       {"{}", "", "{}", "wrong params jobj=PTR path=PTR\n"},
   };
-  for (const auto& [before, path, after, error] : cases) {
-    SCOPED_TRACE(testing::Message() << before << " " << path);
+  for (const auto& row : rows) {
+    SCOPED_TRACE(testing::Message() << row.before << " " << row.path);
     CapturedLog log({LOG_ERROR});
-    const JsonRef root = parse(before);
+    const JsonRef root = parse(row.before);
     const JsonRef value = parse("\"X\"");
-    const bool isStored = error[0] == '\0';
-    EXPECT_EQ(isStored ? 0 : 2, JsonData::setJObj(root.get(), path, value.get()));
-    EXPECT_EQ(after, replaced(plain(root.get()), "\"X\"", "X"));
-    EXPECT_EQ(isStored ? "" : std::string("ERROR: JsonData::setJObj: ") + error, log.text());
+    const bool isStored = row.error[0] == '\0';
+    EXPECT_EQ(isStored ? 0 : 2, JsonData::setJObj(root.get(), row.path, value.get()));
+    EXPECT_EQ(row.after, replaced(plain(root.get()), "\"X\"", "X"));
+    EXPECT_EQ(isStored ? "" : std::string("ERROR: JsonData::setJObj: ") + row.error, log.text());
   }
 }
 
 // Each line without its severity and operation: "D" and "d" are LOG_DEBUG of the operation's long
 // and short name.
 TEST(PathWriting, LogsItsSteps) {
-  const std::tuple<const char*, const char*, const char*> cases[] = {
+  const std::tuple<const char*, const char*, const char*> rows[] = {
       {R"({"a":{}})", "a.b.c",
        "d Parse: idx=0 key=a isEnd=false\n"
        "D get child object at '.a' isNew=false\n"
@@ -183,7 +183,7 @@ TEST(PathWriting, LogsItsSteps) {
        "D set jval to current object jcrr=PTR jval=PTR [0].x\n"
        "d FOUND parent=PTR key=x\n"},
   };
-  for (const auto& [before, path, lines] : cases) {
+  for (const auto& [before, path, lines] : rows) {
     SCOPED_TRACE(path);
     const JsonRef root = parse(before);
     const JsonRef value = parse("7");
@@ -200,20 +200,25 @@ TEST(PathWriting, KeepsTheTreeATree) {
   json_object* const a = JsonData::getJObj(root.get(), "a");
   json_object* const inner = JsonData::getJObj(a, "b.[0]");
   const std::string before = plain(root.get());
-  const std::tuple<json_object*, const char*, json_object*, const char*> cases[] = {
+  const struct {
+    json_object* destination;
+    const char* path;
+    json_object* value;
+    const char* error;
+  } rows[] = {
       {root.get(), "self", root.get(), "fail to add jval 'self' to jcrr=PTR jprt=(nil)\n"},
       {a, "b.x", JsonData::getJObj(a, "b"), "fail to add jval 'x' to jcrr=PTR jprt=PTR\n"},
       {a, "b.[9]", root.get(), "fail to add new array element idx=9 key=b\n"},
       {inner, "up", a, "fail to add jval 'up' to jcrr=PTR jprt=(nil)\n"},
       {a, "b.[0]", a, "fail to replace array element 0 b.[0]\n"},
   };
-  for (const auto& [place, path, value, error] : cases) {
+  for (const auto& row : rows) {
     CapturedLog log({LOG_ERROR});
-    EXPECT_EQ(2, JsonData::setJObj(place, path, value));
-    EXPECT_EQ(std::string("ERROR: JsonData::setJObj: ") + error, log.text());
+    EXPECT_EQ(2, JsonData::setJObj(row.destination, row.path, row.value));
+    EXPECT_EQ(std::string("ERROR: JsonData::setJObj: ") + row.error, log.text());
   }
   EXPECT_EQ(before, plain(root.get()));
-  // Sharing without a cycle is welcome, and so is a value onto its own place.
+  // A value may be shared where that makes no cycle, and may be stored where it stands already.
   EXPECT_EQ(0, JsonData::setJObj(root.get(), "twin", inner));
   EXPECT_EQ(0, JsonData::setJObj(root.get(), "n", JsonData::getJObj(root.get(), "n")));
   EXPECT_EQ(0, JsonData::setJObj(root.get(), "a.b.[0]", inner));
