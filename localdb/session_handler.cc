@@ -1,5 +1,5 @@
-// The life of a handler: its references, and the two public operations that make one that stands
-// alone, outside the registry.
+// The life of a handler: its references, and the end of its slots. Below them are the constructor
+// and the destructor of the public type, which is a handler without references.
 #include "localdb/session_handler.h"
 
 #include "localdb/slot.h"

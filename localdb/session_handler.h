@@ -45,11 +45,11 @@ struct Hold {
   std::string key;      // of the lock; it may name another handler when the hold ends
 };
 
-// The public fields. LOCALDB_HANDLER's own destructor never runs here: it logs and empties the
-// slots, and the removal of the session has done both.
+// The public fields. LOCALDB_HANDLER's own destructor does not run: it would log a second time what
+// the removal of the session has logged.
 struct Face {
   Face() : face() {}
-  ~Face();  // there is no reference left
+  ~Face();  // requires that nobody uses the slots any more
   Face(const Face&) = delete;
   Face& operator=(const Face&) = delete;
 

@@ -64,8 +64,7 @@ std::string versions() {
 #ifdef HEARTH_HAS_PCRE2
   std::string pcre2(static_cast<std::size_t>(pcre2_config(PCRE2_CONFIG_VERSION, nullptr)), '\0');
   pcre2_config(PCRE2_CONFIG_VERSION, pcre2.data());
-  return line + ", PCRE2 " + pcre2.substr(0, pcre2.find(' ')) +
-         ", built-in validator)";
+  return line + ", PCRE2 " + pcre2.substr(0, pcre2.find(' ')) + ", built-in validator)";
 #else
   return line + ", the platform's validator)";
 #endif

@@ -129,6 +129,7 @@ json_object* findChecked(json_object* root, const char* path, const Type& type) 
 // Appends to the array and answers the index; -1 when nothing was stored. Takes over the reference.
 int addValue(const TreeMapObject& array, json_object* adopted, const Type& type) {
   const JsonRef made(adopted);
+  // The index past the end: the walk appends there.
   const int length = array.len();
   if (length < 0) {
     return -1;
@@ -146,12 +147,14 @@ int addValue(const TreeMapObject& array, json_object* adopted, const Type& type)
   return -1;
 }
 
+// Answers the value at the path, or T's default.
 template <typename T>
 T getValue(json_object* root, const char* path) {
   json_object* const value = findValue(root, path, Traits<T>::kType);
   return value != nullptr ? Traits<T>::read(value) : T();
 }
 
+// True when there is a value of the type, which then goes to out.
 template <typename T>
 bool getChecked(json_object* root, const char* path, T& out) {
   // Only a text is written on failure: a caller must not use a pointer left from before.

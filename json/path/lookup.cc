@@ -62,6 +62,8 @@ bool PathLookup::lookUp(Cursor token, json_object* container) {
   return true;
 }
 
+// Every walk that has cut its path ends here, whatever it found: the line says FOUND also where
+// nothing was.
 void PathLookup::noteParent(Cursor token, json_object* parent) {
   parent_ = parent;
   WALK_LOG(LOG_INFO, "%s: FOUND parent=%p, key=%s\n", kOperation, static_cast<void*>(parent),
@@ -96,6 +98,7 @@ PathLookup::Outcome PathLookup::find(json_object* root, const char* path) {
                static_cast<void*>(root), static_cast<const void*>(path));
     return Outcome::kRefused;
   }
+  // The empty path has no token, and the root no container.
   if (path[0] == '\0') {
     value_ = root;
     return Outcome::kRoot;

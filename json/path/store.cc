@@ -65,10 +65,12 @@ bool PathStore::cutPath() {
   return true;
 }
 
+// A name cannot be looked up in an array, so a root that is one gets a new element for it.
 bool PathStore::appendsToRoot() const {
   return json_object_is_type(current_, json_type_array) != 0 && !isIndexToken(path_);
 }
 
+// Looks at the current token and takes the step that it calls for.
 bool PathStore::step() {
   WALK_LOG(LOG_DEBUG, "%s: Parse: idx=%d key=%s isEnd=%s\n", kShortName, position(), *token_,
            isLast() ? "true" : "false");
@@ -172,6 +174,7 @@ bool PathStore::replaceByArray() {
   return true;
 }
 
+// The last step of a path that ends with the index of an element.
 bool PathStore::putElement(uint32_t index) {
   WALK_LOG(LOG_DEBUG, "%s: replace array element at idx=%d '%s.%s'\n", kOperation,
            static_cast<int>(index), previousKey(), *token_);
@@ -197,6 +200,8 @@ bool PathStore::enterElement(uint32_t index) {
   return true;
 }
 
+// The last step of a path that ends with an index past the end. `index` is for the line only: the
+// value comes right behind the last element.
 bool PathStore::appendValue(uint32_t index) {
   if (elementClosesCycle(json_object_array_length(current_) - 1) ||
       json_object_array_add(current_, value_) != 0) {
@@ -207,6 +212,8 @@ bool PathStore::appendValue(uint32_t index) {
   return true;
 }
 
+// Makes the element that a path goes on in. It comes behind the last one too, and is empty, so the
+// next token may turn it into an array.
 bool PathStore::appendObject(uint32_t index) {
   JsonRef made(newObject());
   if (made == nullptr || json_object_array_add(current_, made.get()) != 0) {
@@ -234,6 +241,8 @@ bool PathStore::memberClosesCycle() const {
   return wouldCloseCycle(value_, current_, held);
 }
 
+// The neighbour is at hand and often the same value, as when one is appended again and again. Then
+// it need not be searched.
 bool PathStore::elementClosesCycle(std::size_t neighbour) const {
   return isContainer(value_) &&
          wouldCloseCycle(value_, current_, json_object_array_get_idx(current_, neighbour));

@@ -13,7 +13,7 @@
 #define WALK_LOG(type, ...)                                        \
   do {                                                             \
     if (__builtin_expect(static_cast<long>(isLogged_), 0L) != 0) { \
-      HEARTH_LOG(type, __VA_ARGS__);                               \
+      Logger::print((type), LOG_GROUP_UTIL, __VA_ARGS__);          \
     }                                                              \
   } while (false)
 

@@ -1,5 +1,5 @@
-// Uses one thing of every family of the installed library, in every standard from C++11 on, and with
-// exceptions switched off.
+// Uses one thing of every family of the installed library, in every standard from C++11 on, and
+// with exceptions switched off.
 #include <hearth/hearth.h>
 
 #include <cstdio>

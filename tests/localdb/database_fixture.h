@@ -5,6 +5,7 @@
 
 #include <future>
 
+#include "base/atomic_word.h"
 #include "hearth/hearth.h"
 #include "tests/support/captured_log.h"
 #include "tests/support/scratch.h"
@@ -42,7 +43,7 @@ class DatabaseTest : public Scratch {
     return database != nullptr;
   }
   static LOCALDB_STATE_T stateOf(unsigned int area, const char* key = "default") {
-    return __atomic_load_n(&LocalDbCtrl::controllers.at(key)->state[area], __ATOMIC_ACQUIRE);
+    return hearth::acquireLoad(LocalDbCtrl::controllers.at(key)->state[area]);
   }
 
   // Another thread of the backend, which has locked an area and then does one thing more.

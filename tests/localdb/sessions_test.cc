@@ -205,7 +205,7 @@ TEST_F(SessionsTest, AreRemovedWhenTheirSavesAreWritten) {
 // A removal does not wait for a state that the program wrote by its own hand: nobody would end it.
 TEST_F(SessionsTest, AreLeftInAStateThatNobodyEnds) {
   LocalDbCtrl::cloneNewDB("s");
-  __atomic_store_n(&LocalDbCtrl::getDBByKey("s")->state[kWifi], LDB_LOCKED, __ATOMIC_RELEASE);
+  hearth::releaseStore(LocalDbCtrl::getDBByKey("s")->state[kWifi], LDB_LOCKED);
   const Handle left(LocalDbCtrl::getDBByKey("s")->localdb[kWifi]);
   EXPECT_EQ(kLockState, linesOf([] { LocalDbCtrl::removeDB("s"); }, {LOG_ERROR}));
 }

@@ -171,10 +171,10 @@ TEST_F(SlotTest, TurnsAwayWhoLosesTheRace) {
     return answer;
   });
   EXPECT_EQ(std::future_status::timeout, loser.wait_for(milliseconds(200)));
-  __atomic_store_n(&state, LDB_LOCKED, __ATOMIC_RELEASE);
+  hearth::releaseStore(state, LDB_LOCKED);
   EXPECT_EQ("null", loser.get());
   EXPECT_LT(looks, 20 + (std::chrono::steady_clock::now() - start) / milliseconds(10));
-  __atomic_store_n(&state, LDB_NOT_INITIALIZED, __ATOMIC_RELEASE);
+  hearth::releaseStore(state, LDB_NOT_INITIALIZED);
   pthread_mutex_unlock(&mutex);
 }
 
@@ -257,7 +257,7 @@ TEST_F(SlotTest, IsFinishedByAThreadThatIsCancelled) {
     ASSERT_EQ(0, pthread_create(&thread, nullptr, run, &work));
     if (&operation == &operations[2]) {
       usleep(1000);
-      __atomic_store_n(&handler.state[API_QOS], LDB_LOCKED, __ATOMIC_RELEASE);
+      hearth::releaseStore(handler.state[API_QOS], LDB_LOCKED);
     }
     void* ended = nullptr;
     pthread_join(thread, &ended);
