@@ -16,11 +16,11 @@ namespace hearth::schema {
 std::string describeFailure(json_object* instance, Id keyword, json_object* value,
                             json_object* schema, Draft draft, Effort& effort);
 
-// The same for a member that is missing; the needer is the member because of which the keyword asks
-// for it, or null.
+// Like describeFailure(), for a member that is missing; the needer is the member because of which
+// the keyword asks for it, or null.
 std::string describeMissing(const char* name, Id keyword, const char* needer);
 
-// The same for a keyword that bounds how many elements match "contains".
+// Like describeFailure(), for a keyword that bounds how many elements match "contains".
 std::string describeCount(std::size_t count, Id keyword, json_object* value);
 
 // The addition about the alternative that came closest, counted from 1: where in the instance it

@@ -11,7 +11,7 @@ extern "C" {
 // released.
 int json_validate_instance(json_object* instance, json_object* schema);
 
-// The same on two files; 0 also when either cannot be read or parsed.
+// Like json_validate_instance, on two files; 0 also when either cannot be read or parsed.
 int json_validate_instance_from_file(const char* instanceFile, const char* schemaFile);
 }
 

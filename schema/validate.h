@@ -43,7 +43,7 @@ struct Audience {
   std::size_t limit;
 };
 
-// The same question, with every violation told as hearth/violations.h has it.
+// Like validate(), with every violation told as hearth/violations.h has it.
 Conformance tellViolations(json_object* instance, json_object* schema, Audience audience,
                            Draft unnamed = Draft::k7) noexcept;
 

@@ -10,7 +10,7 @@ struct json_object;
 
 namespace hearth::schema {
 
-// What assertions work with besides their arguments, one for a whole validation.
+// The budget and the compiled patterns that assertions work with, one for a whole validation.
 struct Workshop {
   Effort effort;
   Patterns patterns{effort};

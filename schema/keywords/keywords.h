@@ -96,7 +96,7 @@ enum class Turn : uint8_t {
   kNever,         // says something about the schema, nothing about the instance
 };
 
-// Where schemas stand in a keyword's value.
+// The ways in which a keyword's value holds schemas.
 enum class Below : uint8_t { kNothing, kSchema, kList, kMap, kSchemaOrList, kMapOfSchemaOrNames };
 
 // The groups of keywords that 2019-09 and later can switch off one by one.

@@ -15,7 +15,7 @@
 namespace hearth::schema {
 namespace {
 
-// What \s and \S stand for, as the inside of a class.
+// \s and \S spelled out, as the inside of a class.
 constexpr char kSpace[] = R"(\t-\r \x{a0}\x{1680}\x{2000}-\x{200a}\x{2028}\x{2029}\x{202f}\x{205f})"
                           R"(\x{3000}\x{feff})";
 constexpr char kNoSpace[] =

@@ -145,7 +145,7 @@ bool Patterns::isPattern(std::string_view pattern) {
   return isPattern;
 }
 
-// What a match costs at worst: at every start as many points as the limit, and one pass over the
+// The cost of a match at worst: at every start as many points as the limit, and one pass over the
 // rest of the text, for which PCRE2 does not count. An anchored pattern has one start; without a
 // quantifier neither comes into play.
 std::size_t Patterns::costOf(const Compiled& entry, std::size_t size, uint32_t limit) {

@@ -30,7 +30,7 @@ class Patterns {
   // must stay as it is while the validation lasts. A pattern that cannot be used stops the effort.
   [[nodiscard]] bool matches(std::string_view pattern, std::string_view text);
 
-  // The same for a pattern of this program's own, in PCRE2's flavour; true when this PCRE2 lacks
+  // Like matches(), for a pattern of hearth's own in PCRE2's flavour. True when this PCRE2 lacks
   // something that it needs.
   [[nodiscard]] bool matchesOwn(const char* pattern, std::string_view text);
 

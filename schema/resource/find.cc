@@ -151,7 +151,7 @@ Referent Resources::follow(std::string_view reference, ResourceIndex from) {
     return {};
   }
   const std::string uri = resolveUri(baseOf(from), reference);
-  // What the document itself holds comes before a built-in metaschema of that name.
+  // A schema in the document itself comes before a built-in metaschema of that name.
   Referent referent = byUri(uri);
   if (referent.schema == nullptr && loadBuiltIn(uri)) {
     referent = byUri(uri);

@@ -28,7 +28,7 @@ struct Resource {
   uint8_t vocabularies;
 };
 
-// What a reference leads to.
+// The end of a reference.
 struct Referent {
   json_object* schema = nullptr;  // null: it leads nowhere
   ResourceIndex resource = 0;
@@ -47,7 +47,7 @@ class Resources {
   // The resource that a schema found inside `around` belongs to: its own if it starts one.
   [[nodiscard]] ResourceIndex of(json_object* schema, ResourceIndex around);
 
-  // Where a reference met in resource `from` leads.
+  // Finds the schema that a reference met in resource `from` leads to.
   [[nodiscard]] Referent resolve(json_object* reference, ResourceIndex from);
 
   // The schema with this dynamic anchor in this resource.
@@ -58,7 +58,7 @@ class Resources {
   [[nodiscard]] std::string documentOf(ResourceIndex resource, json_object*& top) const;
 
  private:
-  // What a document's search has found, by a hash of what it is looked up by: a resource by its URI
+  // A find of a document's search, by a hash of what it is looked up by: a resource by its URI
   // or by the address of its top, an anchor by its resource and name.
   enum class Kind : uint8_t { kUri, kTop, kAnchor, kDynamicAnchor };
   struct Entry {

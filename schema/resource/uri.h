@@ -10,10 +10,10 @@ namespace hearth::schema {
 // Longer identifiers and references are not resolved.
 constexpr std::size_t kLongestUri = 2048;
 
-// What the reference means where `base` is the base URI, without its fragment.
+// Resolves the reference against a base URI. The result has no fragment.
 std::string resolveUri(std::string_view base, std::string_view reference);
 
-// What stands behind the '#', and what before it.
+// The parts behind and before the '#'.
 std::string_view fragmentOf(std::string_view reference);
 std::string_view withoutFragment(std::string_view reference);
 

@@ -104,7 +104,7 @@ bool conformsToOne(Walker& walker, const Frame& frame, json_object* schemas, Mar
                       : walker.report().fail(frame, Id::kOneOf, schemas);
 }
 
-// What the schema of "not" looks at is not marked: it holds only where that schema does not.
+// The schema of "not" marks nothing: when "not" holds, that schema does not.
 bool conformsToNot(Walker& walker, const Frame& frame, json_object* schema) {
   const bool matched = conformsOnTrial(walker, frame, schema, Id::kNot, nullptr);
   return !walker.effort().isStopped() &&

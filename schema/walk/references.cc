@@ -29,8 +29,8 @@ bool conformsToReferent(Walker& walker, const Frame& frame, const Referent& refe
   return walker.conforms(next, marks);
 }
 
-// Where a $recursiveRef leads. A resource takes part with $recursiveAnchor at its top; if the one
-// that the reference names does not, the reference is a plain one.
+// Finds the schema that a $recursiveRef leads to. A resource takes part with $recursiveAnchor at
+// its top; if the one that the reference names does not, the reference is a plain one.
 Referent recursiveReferent(Walker& walker, const Frame& frame, json_object* reference) {
   Resources& resources = walker.resources();
   Referent referent = resources.resolve(reference, frame.resource);
@@ -46,8 +46,9 @@ Referent recursiveReferent(Walker& walker, const Frame& frame, json_object* refe
   return referent;
 }
 
-// Where a $dynamicRef leads. A resource takes part with a $dynamicAnchor of the name that the
-// reference ends in; if the one that the reference leads to has none, the reference is a plain one.
+// Finds the schema that a $dynamicRef leads to. A resource takes part with a $dynamicAnchor of the
+// name that the reference ends in; if the one that the reference leads to has none, the reference
+// is a plain one.
 Referent dynamicReferent(Walker& walker, const Frame& frame, json_object* reference) {
   Resources& resources = walker.resources();
   Referent referent = resources.resolve(reference, frame.resource);

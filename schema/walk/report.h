@@ -1,4 +1,4 @@
-// What the walk tells of rules that fail.
+// Tells of the rules that fail during a walk.
 #ifndef HEARTH_SCHEMA_WALK_REPORT_H
 #define HEARTH_SCHEMA_WALK_REPORT_H
 
@@ -28,11 +28,11 @@ class Report {
   // instead, and the walk does not go on.
   [[nodiscard]] bool fail(const Frame& frame, Id keyword, json_object* value);
 
-  // The same for a keyword that bounds how many elements match "contains".
+  // Like fail(), for a keyword that bounds how many elements match "contains".
   [[nodiscard]] bool failCount(const Frame& frame, Id keyword, json_object* value,
                                std::size_t count);
 
-  // The same in words of the caller's, and with the member that is missing, if one is.
+  // Like fail(), in the caller's words, and with the name of the missing member if one is missing.
   [[nodiscard]] bool failSaying(const Frame& frame, Id keyword, json_object* value,
                                 std::string message, const char* member = "");
 

@@ -39,7 +39,7 @@ class Walker {
   // instance was looked at. Moves the frame into the resource that its schema starts.
   [[nodiscard]] bool conforms(Frame& frame, Marks* marks);
 
-  // The same for the frame's instance and another schema, to which the keyword led.
+  // Like conforms(), for the frame's instance and another schema, to which the keyword led.
   [[nodiscard]] bool conformsTo(const Frame& frame, json_object* schema, Id via, Marks* marks);
 
   // For the questions of single keywords.

@@ -82,7 +82,7 @@ TEST(Violations, TellsEachAtItsPlace) {
            "d":{"oneOf":[true,true]},"e":{"anyOf":[false,true],"if":false,"contains":{"const":1}}}})",
        R"({"a":{},"d":1,"e":[2,3]})",
        {"/a anyOf", "/d oneOf", "/e contains"}},
-      // What was refused by its own rule counts as looked at.
+      // A member that its own rule refused counts as looked at.
       {"{" D19 R"("properties":{"a":{"type":"null"}},"unevaluatedProperties":false})",
        R"({"a":1,"b":1,"c":1})",
        {"/a type", "/b unevaluatedProperties", "/c unevaluatedProperties"}},
