@@ -74,6 +74,7 @@ void addCase(const std::string& name, Prepare prepare) {
 void addPathCases();
 void addDocumentCases();
 void addDatabaseCases();
+void addKitCases();
 void addLogCases();
 void addValidationCases();
 void addLoginCases();

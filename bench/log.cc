@@ -1,6 +1,4 @@
 // Log lines: written, and filtered out.
-#include "log/log.h"
-
 #include <spdlog/sinks/basic_file_sink.h>
 #include <spdlog/spdlog.h>
 
@@ -10,6 +8,7 @@
 #include "bench/floor.h"
 #include "bench/surroundings.h"
 #include "hearth/logger.h"
+#include "log/library_log.h"
 
 namespace bench {
 namespace {

@@ -119,6 +119,7 @@ int main(int argc, char** argv) {
   bench::addPathCases();
   bench::addDocumentCases();
   bench::addDatabaseCases();
+  bench::addKitCases();
   bench::addLogCases();
   bench::addValidationCases();
   bench::addLoginCases();

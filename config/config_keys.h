@@ -1,5 +1,5 @@
-// The keys of the configuration file, in the order in which they are looked up: one table, for the
-// reader and for tools that explain a file.
+// The keys of the configuration file, in one table, for the reader and for tools that explain a
+// file. Their order is the order in which they are looked up, and so the order of the complaints.
 #ifndef HEARTH_CONFIG_CONFIG_KEYS_H
 #define HEARTH_CONFIG_CONFIG_KEYS_H
 
@@ -13,18 +13,23 @@ namespace hearth {
 // The object that holds a key: the root, "system" in the root, "timer" in "system".
 enum ConfigSection : uint8_t { kRoot, kSystem, kTimer, kSectionCount };
 
-// What is done with a key's value beyond storing it.
-enum class KeyUse : uint8_t { kPlain, kPrefixesUrlRewrite, kMinutesToSeconds, kStartsLoginRecords };
+// The way a key's value takes into its setting.
+enum class KeyUse : uint8_t {
+  kPlain,               // it is stored
+  kPrefixesUrlRewrite,  // it is put before the setting's text
+  kMinutesToSeconds,    // it is stored; the setting, default or not, is then multiplied by 60
+  kStartsLoginRecords   // it is no setting; it starts the login records or not
+};
 
-// A key and the setting that it goes to, a text or a number. Neither for the switch that starts the
-// login records, which is no setting.
+// A key and its setting: either `text` or `number` points to it. Both are null for the switch that
+// starts the login records.
 struct ConfigKey {
-  constexpr ConfigKey(const char* keyName, std::string& setting, ConfigSection place = kRoot,
+  constexpr ConfigKey(const char* keyName, std::string& setting, ConfigSection holder = kRoot,
                       KeyUse keyUse = KeyUse::kPlain)
-      : name(keyName), text(&setting), section(place), use(keyUse) {}
-  constexpr ConfigKey(const char* keyName, int32_t& setting, ConfigSection place = kRoot,
+      : name(keyName), text(&setting), section(holder), use(keyUse) {}
+  constexpr ConfigKey(const char* keyName, int32_t& setting, ConfigSection holder = kRoot,
                       KeyUse keyUse = KeyUse::kPlain)
-      : name(keyName), number(&setting), section(place), use(keyUse) {}
+      : name(keyName), number(&setting), section(holder), use(keyUse) {}
   constexpr ConfigKey(const char* keyName, KeyUse keyUse)
       : name(keyName), section(kRoot), use(keyUse) {}
 

@@ -13,7 +13,7 @@ void readRadio(Story& story);
 void changeRadio(Story& story);
 void addPortForward(Story& story);
 void refuseMessages(Story& story);
-void keepInMemory(Story& story);
+void changeNothing(Story& story);
 void askForWhatIsNotThere(Story& story);
 
 // many_requests.cc

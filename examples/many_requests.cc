@@ -1,142 +1,123 @@
 // What many requests do to each other: refusal instead of waiting, sessions with copies of their
 // own, a crowd that loses nothing, and a client that guesses passwords.
+#include <hearth/kit.h>
+
 #include <atomic>
 #include <chrono>
 #include <thread>
 #include <vector>
 
-#include "backend.h"
 #include "chapters.h"
 
 namespace {
 
-constexpr int kAreas = 8;
-constexpr int kThreads = 8;
-constexpr int kRounds = 4;
-constexpr std::chrono::seconds kPatience(60);  // of the whole crowd, before requests give up
+constexpr unsigned int kAreas = 8;
+constexpr unsigned int kThreads = 8;
+constexpr unsigned int kRounds = 4;
+constexpr std::chrono::seconds kPatience(60);
+constexpr char kLease[] = "ipv4.dhcp.leaseSeconds";
 
-struct Tally {
-  const std::chrono::steady_clock::time_point deadline =
-      std::chrono::steady_clock::now() + kPatience;
-  std::atomic<int> saved{0};
-  std::atomic<int> turnedAway{0};
-  std::atomic<int> gaveUp{0};
-};
-
-// One request: adds one to the area's revision and saves. A refusal is answered with another try.
-void countOne(API_TYPE_T area, Tally& tally) {
-  while (std::chrono::steady_clock::now() < tally.deadline) {
-    AreaLock database(area, "", kDefaultSession);
-    if (database) {
-      database->set("revision", database->get<int>("revision") + 1);
-      tally.saved += database.save() ? 1 : 0;
-      return;
-    }
-    ++tally.turnedAway;
-    std::this_thread::sleep_for(std::chrono::milliseconds(1));
-  }
-  ++tally.gaveUp;
+// One request: adds one to the area's revision, once those before it are done.
+bool countOne(unsigned int area) {
+  hearth::Result<hearth::Change> change =
+      hearth::Change::begin(area, "", hearth::Session::shared(), kPatience);
+  return change && change->set("revision", hearth::getOr(*change, "revision", 0) + 1).commit();
 }
 
 // A request thread's work: every area in turn, each thread beginning with another one.
-void workThrough(int first, Tally& tally) {
-  for (int i = 0; i < kRounds * kAreas; ++i) {
-    countOne(static_cast<API_TYPE_T>((first + i) % kAreas), tally);
+void workThrough(unsigned int first, std::atomic<int>& saved) {
+  for (unsigned int i = 0; i < kRounds * kAreas; ++i) {
+    saved += countOne((first + i) % kAreas) ? 1 : 0;
   }
 }
 
-int revisionOf(API_TYPE_T area) {
-  const AreaLock database(area, "", kDefaultSession);
-  return database ? database->get<int>("revision") : -1;
+int revisionOf(unsigned int area) {
+  const hearth::Result<hearth::AreaLock> database = hearth::AreaLock::take(area, "");
+  return database ? hearth::getOr(*database, "revision", -1) : -1;
 }
 
-// Tries the area from another request thread.
-bool anotherRequestGets(API_TYPE_T area) {
-  bool got = false;
-  std::thread([&got, area] {
-    got = static_cast<bool>(AreaLock(area, "", kDefaultSession));
-  }).join();
-  return got;
+// Tries the area from another request thread; empty when that gets it.
+std::string whyAnotherIsRefused(API_TYPE_T area) {
+  std::string sentence;
+  std::thread([&] { sentence = hearth::AreaLock::take(area, "").failure().sentence; }).join();
+  return sentence;
 }
 
-int leaseSeconds(const AreaLock& lan) {
-  return lan->get<int>("ipv4.dhcp.leaseSeconds");
+int leaseSeconds(const hearth::Session& session) {
+  const hearth::Result<hearth::AreaLock> lan =
+      hearth::AreaLock::take(API_NETWORK, "lans.[0]", session);
+  return lan ? hearth::getOr(*lan, kLease, -1) : -1;
 }
 
 }  // namespace
 
 void turnSecondLockerAway(Story& story) {
   story.chapter("A second request for a held area is turned away");
-  AreaLock security(API_SECURITY, "firewall", kDefaultSession);
+  hearth::Result<hearth::AreaLock> security = hearth::AreaLock::take(API_SECURITY, "firewall");
   if (!story.check(static_cast<bool>(security), "Anna's request holds the security area")) {
     return;
   }
-  story.check(!anotherRequestGets(API_SECURITY), "Ben's is refused, while Anna still holds it");
-  story.tell("The log says: " + lastLineOf(BEConfig::LOG_FILE.c_str()));
-  story.check(anotherRequestGets(API_QOS), "another area is free all the while");
-  security.unlock();
-  story.check(anotherRequestGets(API_SECURITY), "after Anna's unlock Ben gets it");
+  const std::string refusal = whyAnotherIsRefused(API_SECURITY);
+  story.check(!refusal.empty(), "Ben's is told: " + refusal);
+  story.check(whyAnotherIsRefused(API_QOS).empty(), "another area is free all the while");
+  security->end();
+  story.check(whyAnotherIsRefused(API_SECURITY).empty(), "after Anna's unlock Ben gets it");
 }
 
 void giveSessionsTheirOwn(Story& story) {
-  story.chapter("Two sessions with handlers of their own");
-  story.check(LocalDbCtrl::cloneNewDB("s-anna") == 1 && LocalDbCtrl::cloneNewDB("s-ben") == 1,
-              "Anna and Ben each get one, loaded from the files");
-  story.check(LocalDbCtrl::cloneNewDB("s-ben") == 0, "Ben gets no second one");
+  story.chapter("Two sessions with databases of their own");
+  const hearth::Result<hearth::Session> anna = hearth::Session::open("s-anna");
+  const hearth::Result<hearth::Session> ben = hearth::Session::open("s-ben");
+  if (!story.check(anna && ben, "Anna and Ben each get one, loaded from the files")) {
+    return;
+  }
+  story.check(!hearth::Session::open("s-ben"), "Ben gets no second one");
+  const int before = leaseSeconds(*ben);
   {
-    AreaLock anna(API_NETWORK, "lans.[0]", "s-anna");
-    AreaLock ben(API_NETWORK, "lans.[0]", "s-ben");
-    if (!story.check(anna && ben, "both hold the network area at the same time")) {
+    const hearth::Result<hearth::AreaLock> reading =
+        hearth::AreaLock::take(API_NETWORK, "lans.[0]", *ben);
+    hearth::Result<hearth::Change> change = hearth::Change::begin(API_NETWORK, "lans.[0]", *anna);
+    if (!story.check(reading && change, "Ben reads the network area while Anna changes it")) {
       return;
     }
-    const int before = leaseSeconds(ben);
-    anna->set("ipv4.dhcp.leaseSeconds", 43200);
-    story.check(
-        leaseSeconds(anna) == 43200 && before != 43200 && leaseSeconds(ben) == before,
-        "Anna shortens the leases to 43200 seconds; Ben still sees " + std::to_string(before));
-    story.check(anna.save(), "Anna saves");
-    story.check(leaseSeconds(ben) == before, "Ben's copy is his own and does not change");
+    story.check(static_cast<bool>(change->set(kLease, 43200).commit()),
+                "Anna makes the leases 43200 seconds");
+    story.check(before != 43200 && hearth::getOr(*reading, kLease, 0) == before,
+                "what Ben is reading does not change under him: " + std::to_string(before));
   }
-  LocalDbCtrl::removeDB("s-ben");
-  story.tell("Ben's session ends and a new one begins.");
-  story.check(LocalDbCtrl::cloneNewDB("s-ben") == 1, "it gets a handler");
-  {
-    const AreaLock ben(API_NETWORK, "lans.[0]", "s-ben");
-    story.check(ben && leaseSeconds(ben) == 43200, "and sees what Anna saved");
-  }
-  LocalDbCtrl::removeDB("s-ben");
-  LocalDbCtrl::removeDB("s-anna");
-  story.check(LocalDbCtrl::getDBByKey("s-anna") == LocalDbCtrl::getDBByKey("default"),
-              "without handlers of their own both are back on \"default\"");
+  story.check(leaseSeconds(*ben) == 43200, "the next time he looks he sees what Anna saved");
+  ben->close();
+  anna->close();
+  story.tell("Both sessions end; a late request of Anna's is told: " +
+             hearth::AreaLock::take(API_NETWORK, "", *anna).failure().sentence);
+  story.check(leaseSeconds(*anna) == -1, "it does not work on the shared databases");
+  story.check(leaseSeconds(hearth::Session::shared()) == 43200, "which have the new leases too");
 }
 
 void countInACrowd(Story& story) {
   story.chapter("Many request threads at work on all areas at once");
   story.tell(std::to_string(kThreads) + " threads go " + std::to_string(kRounds) +
-             " times through all 8 areas; each request adds 1 to \"revision\" and saves.");
+             " times through all 8 areas; each request adds 1 to \"revision\" and commits.");
   std::vector<int> before;
   before.reserve(kAreas);
-  for (int area = 0; area < kAreas; ++area) {
-    before.push_back(revisionOf(static_cast<API_TYPE_T>(area)));
+  for (unsigned int area = 0; area < kAreas; ++area) {
+    before.push_back(revisionOf(area));
   }
-  Tally tally;
+  std::atomic<int> saved{0};
   std::vector<std::thread> threads;
   threads.reserve(kThreads);
-  for (int i = 0; i < kThreads; ++i) {
-    threads.emplace_back(workThrough, i, std::ref(tally));
+  for (unsigned int i = 0; i < kThreads; ++i) {
+    threads.emplace_back(workThrough, i, std::ref(saved));
   }
   for (std::thread& thread : threads) {
     thread.join();
   }
-  story.check(tally.saved == kThreads * kRounds * kAreas && tally.gaveUp == 0,
-              std::to_string(tally.saved) + " requests saved, after " +
-                  std::to_string(tally.turnedAway) + " refusals");
-  for (int index = 0; index < kAreas; ++index) {
-    const auto area = static_cast<API_TYPE_T>(index);
+  story.check(saved == kThreads * kRounds * kAreas, std::to_string(saved) + " requests committed");
+  for (unsigned int area = 0; area < kAreas; ++area) {
     const int was = before[area];
     const int is = revisionOf(area);
-    story.check(was >= 0 && is == was + kThreads * kRounds,
-                std::string(LocalDbCtrl::getApiDir(area)) + ": " + std::to_string(was) + " + " +
+    story.check(was >= 0 && is == was + static_cast<int>(kThreads * kRounds),
+                std::string(*hearth::areaName(area)) + ": " + std::to_string(was) + " + " +
                     std::to_string(kThreads * kRounds) + " = " + std::to_string(is));
   }
 }

@@ -1,54 +1,48 @@
-// What one request does with an area: read, check a message, change, save or keep, and be told no.
-#include <filesystem>
-#include <list>
+// What one request does with an area: read, check a message, change it or not, and be told no.
+#include <hearth/kit.h>
+
 #include <utility>
 
-#include "backend.h"
 #include "chapters.h"
 
 namespace {
 
-// A value as it stands in an area's file, whatever is in memory.
-int numberOnDisk(API_TYPE_T area, const char* path) {
-  const Handle file(JsonData::createObjectFromFile(LocalDbCtrl::getFileName(area)));
-  return file == nullptr ? 0 : file->get<int>(path);
+// A number as it stands in an area's file, whatever is in memory.
+int numberOnDisk(API_TYPE_T area, const std::string& path) {
+  const hearth::Result<hearth::Value> file = hearth::parseFile(*hearth::databaseFile(area));
+  return file ? hearth::getOr(*file, path, 0) : 0;
 }
 
 // A message without a schema passes in hearth; here there must be one.
-bool conforms(API_TYPE_T area, const char* label, TreeMapObject* message) {
-  const unsigned int row = messageRow(area, label);
-  const char* schema = LocalDbCtrl::getSchemaFile(area, row);
-  return schema != nullptr && std::filesystem::exists(schema) &&
-         LocalDbCtrl::validateObject(message, area, row) == 0;
+hearth::Result<void> validated(API_TYPE_T area, const char* label, hearth::View message) {
+  hearth::ValidateOptions options;
+  options.isStrict = true;
+  return hearth::validateMessage(message, area, label, options);
 }
 
-std::string textOf(const Handle& handle) {
-  return json_object_to_json_string(handle->jobj);
-}
-
-// The area's sample message of this label, as if a client had sent it. Null, with a check not met,
-// when it is not there or does not conform to its schema.
-Handle receive(Story& story, API_TYPE_T area, const char* label) {
-  Handle message =
-      std::make_unique<TreeMapObject>(static_cast<unsigned int>(area), messageRow(area, label));
-  story.tell(std::string(label) + ": " + textOf(message));
-  int id = 0;
-  const bool isGood = message->error == 0 && message->get_ex<int>("messageId", id) &&
-                      conforms(area, label, message.get());
-  story.check(isGood, "it conforms to its schema");
-  return isGood ? std::move(message) : nullptr;
+// The area's sample message of this label, as if a client had sent it. Nothing, with a check not
+// met, when it is not there or does not conform to its schema.
+hearth::Value receive(Story& story, API_TYPE_T area, const char* label) {
+  const std::optional<unsigned int> row = hearth::messageRow(area, label);
+  hearth::Result<hearth::Value> message =
+      hearth::parseFile(row ? LocalDbCtrl::getFileName(area, *row) : nullptr);
+  if (!message) {
+    story.check(false, message.failure().sentence);
+    return hearth::Value();
+  }
+  story.tell(std::string(label) + ": " + hearth::shown(*message));
+  const hearth::Result<void> valid = validated(area, label, *message);
+  story.check(valid && hearth::get<int>(*message, "messageId"), "it conforms to its schema");
+  return valid ? std::move(*message) : hearth::Value();
 }
 
 // Blocks one more hardware address on a network, and lets the first blocked one in again.
-bool exchangeBlocked(const AreaLock& radio, const char* mac, const char* name) {
-  const Handle rules(radio->get("networks.[0].accessControl.rules"));
-  if (rules == nullptr) {
-    return false;
-  }
-  TreeMapObject rule(false);
-  rule.set("mac", mac);
-  rule.set("name", name);
-  return rules->addArrayItem(&rule) >= 0 && rules->delArrayItem(0) >= 0;
+bool exchangeBlocked(hearth::Change& radio, const char* mac, const char* name) {
+  const std::string rules = "networks.[0].accessControl.rules";
+  const std::string rule =
+      rules + ".[" + std::to_string(hearth::elements(radio, rules).size()) + "]";
+  radio.set(rule + ".mac", mac).set(rule + ".name", name);
+  return radio.remove(rules + ".[0]");
 }
 
 // One message that a schema must refuse: the conforming sample with one thing wrong.
@@ -71,13 +65,12 @@ const Flaw kFlaws[] = {
     {"no network named", "data.network", nullptr},
 };
 
-void spoil(TreeMapObject* message, const Flaw& flaw) {
+void spoil(hearth::Edit message, const Flaw& flaw) {
   if (flaw.value == nullptr) {
-    message->del(flaw.path);
-    return;
+    hearth::remove(message, flaw.path);
+  } else {
+    static_cast<void>(hearth::set(message, flaw.path, std::move(*hearth::parse(flaw.value))));
   }
-  const Handle value(JsonData::createObject(flaw.value));
-  message->set(flaw.path, value.get());
 }
 
 }  // namespace
@@ -85,131 +78,118 @@ void spoil(TreeMapObject* message, const Flaw& flaw) {
 void readRadio(Story& story) {
   story.chapter("A request reads");
   story.tell("It locks radios.[0] of the wifi area and looks around.");
-  AreaLock radio(API_WIFI, "radios.[0]", kDefaultSession);
+  const hearth::Result<hearth::AreaLock> radio = hearth::AreaLock::take(API_WIFI, "radios.[0]");
   if (!story.check(static_cast<bool>(radio), "the area is ours")) {
     return;
   }
-  story.check(radio->get<int>("channel") == 6,
-              "the radio on " + quoted(radio->get<const char*>("band")) + " sends on channel 6");
-  const Handle networks(radio->get("networks"));
-  story.check(networks != nullptr && networks->len() == 3, "it carries 3 networks:");
-  for (unsigned int i = 0; networks != nullptr && i < 3; ++i) {
-    const Handle network(networks->at(i));
-    story.tell("  " + quoted(network == nullptr ? nullptr : network->get<const char*>("ssid")));
+  story.check(
+      hearth::getOr(*radio, "channel", 0) == 6,
+      "the radio on " + quoted(hearth::getOr(*radio, "band", "").data()) + " sends on channel 6");
+  story.check(hearth::elements(*radio, "networks").size() == 3, "it carries 3 networks:");
+  for (const hearth::View network : hearth::elements(*radio, "networks")) {
+    story.tell("  " + quoted(hearth::getOr(network, "ssid", "").data()));
   }
-  std::list<TreeMapObject*> found = radio->find("mac", "02:00:5E:10:00:29");
-  story.check(found.size() == 2, "02:00:5E:10:00:29 is found twice: a client and an access rule");
-  for (TreeMapObject* object : found) {
-    delete object;
-  }
-  story.check(radio.unlock(), "the area is free again");
 }
 
 void changeRadio(Story& story) {
-  story.chapter("A request changes a radio and its access list, and saves");
-  const Handle message = receive(story, API_WIFI, "WIFI_RADIO_CHANGE_REQ");
-  if (message == nullptr) {
+  story.chapter("A request changes a radio and its access list");
+  const hearth::Value message = receive(story, API_WIFI, "WIFI_RADIO_CHANGE_REQ");
+  hearth::Result<hearth::Change> radio = hearth::Change::begin(API_WIFI, "radios.[0]");
+  if (!story.check(message && radio, "radios.[0] of the wifi area is ours")) {
     return;
   }
-  AreaLock radio(API_WIFI, "radios.[0]", kDefaultSession);
-  if (!story.check(static_cast<bool>(radio), "radios.[0] of the wifi area is ours")) {
-    return;
-  }
-  radio->set("channel", message->get<int>("data.channel"));
-  radio->set("txPower", message->get<int>("data.txPower"));
-  radio->set("channelsAllowed.[99]", 14);  // past the end: appended
-  radio->del("channelsAllowed.[13]");      // and removed again
-  story.check(exchangeBlocked(radio, "02:00:5E:10:00:70", "loud neighbour"),
+  radio->set("channel", hearth::find(message, "data.channel"))
+      .set("txPower", hearth::find(message, "data.txPower"))
+      .set("channelsAllowed.[99]", 14);   // past the end: appended
+  radio->remove("channelsAllowed.[13]");  // and removed again
+  story.check(exchangeBlocked(*radio, "02:00:5E:10:00:70", "loud neighbour"),
               "one hardware address joins the deny list, the oldest leaves it");
-  story.check(radio.save(), "the area is saved");
+  story.check(numberOnDisk(API_WIFI, "radios.[0].channel") == 6, "the file still says channel 6");
+  story.check(static_cast<bool>(radio->commit()), "the change conforms to the schema and is made");
   story.check(numberOnDisk(API_WIFI, "radios.[0].channel") == 11, "the file says channel 11");
   story.check(numberOnDisk(API_WIFI, "radios.[0].txPower") == 60, "and power 60");
-  story.showFile(LocalDbCtrl::getFileName(API_WIFI), "\"accessControl\"", 17);
+  story.showFile(hearth::databaseFile(API_WIFI)->c_str(), "\"accessControl\"", 17);
 }
 
 void addPortForward(Story& story) {
   story.chapter("A request adds a rule and answers with a response");
-  const Handle message = receive(story, API_SERVICE, "SERVICE_PORTFORWARDING_CREATE_REQ");
-  const Handle rule(message == nullptr ? nullptr : message->clone("data"));
-  AreaLock rules(API_SERVICE, "portForwarding.rules", kDefaultSession);
-  if (!story.check(rule != nullptr && rules, "portForwarding.rules of the service area is ours")) {
+  const hearth::Value message = receive(story, API_SERVICE, "SERVICE_PORTFORWARDING_CREATE_REQ");
+  hearth::Result<hearth::Change> rules = hearth::Change::begin(API_SERVICE, "portForwarding.rules");
+  if (!story.check(message && rules, "portForwarding.rules of the service area is ours")) {
     return;
   }
-  const int id = rules->len() + 1;
-  rule->set("id", id);
-  story.check(rules->addArrayItem(rule.get()) == id - 1,
+  const std::size_t count = hearth::elements(*rules).size();
+  const std::string rule = "[" + std::to_string(count) + "]";
+  const int id = static_cast<int>(count) + 1;
+  rules->set(rule, hearth::find(message, "data")).set(rule + ".id", id);
+  story.check(hearth::elements(*rules).size() == count + 1,
               "rule " + std::to_string(id) + " stands at the end");
-  story.check(rules.save(), "the area is saved");
-  const std::string path = "portForwarding.rules.[" + std::to_string(id - 1) + "].id";
-  story.check(numberOnDisk(API_SERVICE, path.c_str()) == id, "the file has it");
+  story.check(static_cast<bool>(rules->commit()), "the change is made");
+  story.check(numberOnDisk(API_SERVICE, "portForwarding.rules." + rule + ".id") == id,
+              "the file has it");
 
   const char* const kResponse = "SERVICE_PORTFORWARDING_CREATE_RESP";
-  TreeMapObject response(R"({"status": {"code": 0, "text": "ok"}})");
-  response.set("messageId", message->get<int>("messageId"));
-  response.set("data.id", id);
-  response.set("data.rules", id);
-  story.tell(std::string(kResponse) + ": " + json_object_to_json_string(response.jobj));
-  story.check(conforms(API_SERVICE, kResponse, &response), "the response conforms to its schema");
+  const hearth::Result<hearth::Value> response =
+      hearth::parse(R"({"status": {"code": 0, "text": "ok"}})");
+  const bool isMade = hearth::set(*response, "messageId", hearth::find(message, "messageId")) &&
+                      hearth::set(*response, "data.id", id) &&
+                      hearth::set(*response, "data.rules", id);
+  story.tell(std::string(kResponse) + ": " + hearth::shown(*response));
+  story.check(isMade && validated(API_SERVICE, kResponse, *response),
+              "the response conforms to its schema");
 }
 
 void refuseMessages(Story& story) {
   story.chapter("Messages that a schema refuses");
   const char* const kRequest = "WIFI_SSID_UPDATE_REQ";
-  const Handle sample = receive(story, API_WIFI, kRequest);
-  if (sample == nullptr) {
-    return;
-  }
+  const hearth::Value sample = receive(story, API_WIFI, kRequest);
   story.tell("With one thing wrong at a time it is refused, before anything is locked:");
   for (const Flaw& flaw : kFlaws) {
-    const Handle message(sample->clone(""));
-    spoil(message.get(), flaw);
-    story.check(!conforms(API_WIFI, kRequest, message.get()), std::string("refused: ") + flaw.what);
+    const hearth::Result<hearth::Value> message = hearth::copy(sample);
+    spoil(*message, flaw);
+    const hearth::Failure failure = validated(API_WIFI, kRequest, *message).failure();
+    story.check(failure.fault == hearth::Fault::kRefused,
+                std::string(flaw.what) + ": " + failure.sentence);
   }
 }
 
-void keepInMemory(Story& story) {
-  story.chapter("An unlock keeps changes in memory");
-  story.tell("A request dims the power light and unlocks without saving.");
-  const char* const kBrightness = "leds.[0].brightness";
-  const std::string before = contentOf(LocalDbCtrl::getFileName(API_GATEWAY));
+void changeNothing(Story& story) {
+  story.chapter("A change that is not made leaves no trace");
+  const std::string file = *hearth::databaseFile(API_WIFI);
+  const std::string before = contentOf(file.c_str());
   {
-    AreaLock gateway(API_GATEWAY, "", kDefaultSession);
-    if (!story.check(static_cast<bool>(gateway), "the gateway area is ours")) {
+    hearth::Result<hearth::Change> change = hearth::Change::begin(API_WIFI, "radios.[0]");
+    if (!story.check(static_cast<bool>(change), "a request begins to change a radio")) {
       return;
     }
-    gateway->set(kBrightness, 15);
-    story.check(gateway.unlock(), "the brightness is 15, and the area unlocked");
+    change->set("channel", 999);
+    const hearth::Failure failure = change->commit().failure();
+    story.check(failure.fault == hearth::Fault::kRefused, "it is refused: " + failure.sentence);
   }
-  story.check(contentOf(LocalDbCtrl::getFileName(API_GATEWAY)) == before, "the file is untouched");
-  AreaLock next(API_GATEWAY, "", kDefaultSession);
-  if (!story.check(next && next->get<int>(kBrightness) == 15, "the next request sees 15")) {
-    return;
+  {
+    hearth::Result<hearth::Change> change = hearth::Change::begin(API_WIFI, "radios.[0]");
+    story.check(change && !change->set("channel", 1).set("band.x", 1).commit(),
+                "another one puts a member into a text, and is not made in part either");
   }
-  story.check(next.save(), "and saves");
-  story.check(numberOnDisk(API_GATEWAY, kBrightness) == 15, "now the file says 15 too");
+  story.check(contentOf(file.c_str()) == before, "the file is untouched");
+  const hearth::Result<hearth::AreaLock> next = hearth::AreaLock::take(API_WIFI, "radios.[0]");
+  story.check(next && hearth::getOr(*next, "channel", 0) == 11, "and so is what requests see");
 }
 
 void askForWhatIsNotThere(Story& story) {
   story.chapter("Asking for what is not there");
-  {
-    AreaLock missing(API_QOS, "rules.[99].name", kDefaultSession);
-    story.check(!missing, "a path that leads nowhere gives no lock");
+  for (const auto& [area, path] : {std::pair(6U, "rules.[99].name"), std::pair(99U, "")}) {
+    const std::string sentence = hearth::AreaLock::take(area, path).failure().sentence;
+    story.check(!sentence.empty(), "no lock: " + sentence);
   }
-  AreaLock qos(API_QOS, "", kDefaultSession);
-  if (!story.check(static_cast<bool>(qos), "and leaves the area free for the next request")) {
+  const hearth::Result<hearth::AreaLock> qos = hearth::AreaLock::take(API_QOS, "");
+  if (!story.check(static_cast<bool>(qos), "the area is free for the next request")) {
     return;
   }
-  int limit = -1;
-  story.check(qos->get<int>("wan.limit") == 0, "a plain read of a missing number answers 0");
-  story.check(!qos->get_ex<int>("wan.limit", limit) && limit == -1,
-              "a checked read answers false and leaves the variable alone");
-  story.check(qos->get<const char*>("rules.[0].title") == nullptr, "a missing text is null");
-  story.check(Handle(qos->get("rules.[5]")) == nullptr, "there is no sixth rule");
-  story.check(qos.unlock(), "the area is unlocked");
-  story.check(LocalDbCtrl::unlockDbObject(API_QOS, kDefaultSession) == 2,
-              "unlocking twice is refused");
-  story.check(LocalDbCtrl::lockDbObject(99, "", kDefaultSession) == nullptr, "there is no area 99");
-  story.tell("The log says: " + lastLineOf(BEConfig::LOG_FILE.c_str()));
-  const TreeMapObject message(static_cast<unsigned int>(API_MISC), 0U);
-  story.check(message.error == 1, "the misc area has no messages");
+  story.check(!hearth::get<int>(*qos, "wan.limit"), "a number that is missing reads as nothing");
+  story.check(hearth::getOr(*qos, "wan.limit", -1) == -1, "or as a default");
+  story.check(!hearth::get<int8_t>(*qos, "configuration.wan.upKbps"),
+              "so does one that does not fit");
+  story.check(!hearth::find(*qos, "rules.[5]"), "there is no sixth rule");
+  story.check(!hearth::messageRow(API_MISC, "MISC_GET_REQ"), "the misc area has no messages");
 }

@@ -57,7 +57,7 @@ int main(int argc, char** argv) {
                          changeRadio,
                          addPortForward,
                          refuseMessages,
-                         keepInMemory,
+                         changeNothing,
                          askForWhatIsNotThere,
                          turnSecondLockerAway,
                          giveSessionsTheirOwn,

@@ -1,9 +1,10 @@
 // The four steps by which a backend starts hearth, and a look at the files after the day's work.
+#include <hearth/kit.h>
+
 #include <algorithm>
 #include <filesystem>
 #include <iterator>
 
-#include "backend.h"
 #include "chapters.h"
 
 namespace {
@@ -13,18 +14,20 @@ bool nothingIsLoaded(const LOCALDB_HANDLER& handler) {
                      [](LOCALDB_STATE_T state) { return state == LDB_NOT_INITIALIZED; });
 }
 
-// Locks an area and saves it without a change.
+// Makes a change that changes nothing.
 bool saveUnchanged(API_TYPE_T area) {
-  AreaLock database(area, "", kDefaultSession);
-  return database && database.save();
+  hearth::Result<hearth::Change> change = hearth::Change::begin(area, "");
+  return change && change->commit();
 }
 
 void conformsToItsSchema(Story& story, API_TYPE_T area) {
-  const std::string name = LocalDbCtrl::getApiDir(area);
-  const std::string schema = BEConfig::DATA_LOCATION + "/" + name + "/" + name + "_SCHEMA.ldb";
-  const bool conforms = std::filesystem::exists(schema) &&
-                        JsonData::validateFile(LocalDbCtrl::getFileName(area), schema.c_str()) == 0;
-  story.check(conforms, "the " + name + " database, as it now is, conforms to " + schema);
+  hearth::ValidateOptions options;
+  options.isStrict = true;
+  const hearth::Result<hearth::AreaLock> database = hearth::AreaLock::take(area, "");
+  const bool conforms = database && hearth::validateDatabase(*database, area, options);
+  story.check(conforms, "the " + std::string(*hearth::areaName(area)) +
+                            " database, as it now is, conforms to " +
+                            *hearth::databaseSchemaFile(area));
 }
 
 }  // namespace
@@ -58,7 +61,7 @@ void startUp(Story& story) {
 
 void leaveFilesInOrder(Story& story) {
   story.chapter("The files at the end of the day");
-  story.tell("A save without a change leaves a file as it was, to the last byte.");
+  story.tell("A commit without a change leaves a file as it was, to the last byte.");
   for (int index = API_GATEWAY; index <= API_MISC; ++index) {
     const auto area = static_cast<API_TYPE_T>(index);
     const std::string file = LocalDbCtrl::getFileName(area);

@@ -9,7 +9,7 @@
 #include "fuzz/fuzz.h"
 #include "hearth/json_data.h"
 #include "hearth/tree_map_object.h"
-#include "json/nesting.h"
+#include "json/depth.h"
 
 namespace {
 

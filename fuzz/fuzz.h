@@ -10,7 +10,7 @@
 #include <cstdlib>
 #include <string>
 
-#include "json/json_ref.h"
+#include "base/json_ref.h"
 
 namespace fuzz {
 

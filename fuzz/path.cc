@@ -4,7 +4,7 @@
 #include <cstdint>
 
 #include "fuzz/fuzz.h"
-#include "tests/json/path_check.h"
+#include "tests/json/path/path_check.h"
 
 namespace {
 

@@ -58,6 +58,14 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   const bool answer = validate(instance.get(), schema.get(), nullptr, draft);
   fuzz::claim(validate(instance.get(), schema.get(), &violation, draft) == answer,
               "asking for the violation does not change the answer");
+  int told = 0;
+  const auto count = [](void* counted, Violation&) {
+    ++*static_cast<int*>(counted);
+    return true;
+  };
+  const auto all = tellViolations(instance.get(), schema.get(), {count, &told, SIZE_MAX}, draft);
+  fuzz::claim((all == hearth::Conformance::kConforms) == answer && (told == 0) == answer,
+              "asking for all violations does not change the answer");
   fuzz::claim(answer == violation.message.empty(),
               "a violation is told when there is one:", violation.message);
   claimSense(input, instance, schema, draft);

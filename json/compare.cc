@@ -1,14 +1,18 @@
-// Typed comparison of two scalars.
+// Compares two scalars of one type and logs both values.
+//
+// Types that differ compare as unequal, an integer and a double included. Null equals nothing, not
+// even null. Two containers compare as equal, with a warning: callers rely on that answer of 1.
 #include <cstring>
 
 #include "hearth/json_data.h"
-#include "log/log.h"
+#include "log/library_log.h"
 
 namespace hearth {
 namespace {
 
 constexpr char kOperation[] = "compareObjVal";
 
+// Booleans come here too: json-c reads true as 1 and false as 0.
 int sameInt(json_object* src, json_object* dst) {
   const int32_t srcValue = json_object_get_int(src);
   const int32_t dstValue = json_object_get_int(dst);
@@ -27,6 +31,7 @@ int sameDouble(json_object* src, json_object* dst) {
 int sameString(json_object* src, json_object* dst) {
   const char* const srcValue = json_object_get_string(src);
   const char* const dstValue = json_object_get_string(dst);
+  // The caller states the types: a null pointer passed as a string has no text.
   if (srcValue == nullptr || dstValue == nullptr) {
     return 0;
   }

@@ -1,4 +1,4 @@
-// Which table belongs to which area.
+// Finds the label table of an area, and the label of a message in it.
 #include <iterator>
 
 #include "hearth/labels.h"
@@ -7,11 +7,12 @@
 namespace hearth {
 namespace {
 
-template <unsigned int Count>
-constexpr LabelTable table(const char* const (&rows)[Count]) {
-  return {rows, Count};
+template <unsigned int kCount>
+constexpr LabelTable table(const char* const (&rows)[kCount]) {
+  return {rows, kCount};
 }
 
+// In the order of the area numbers.
 constexpr LabelTable kTables[] = {
     table(GATEWAY_LBL), table(WIFI_LBL),       table(NETWORK_LBL), table(SECURITY_LBL),
     table(SERVICE_LBL), table(MEDIASHARE_LBL), table(QOS_LBL),

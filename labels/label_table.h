@@ -1,4 +1,4 @@
-// The label tables by area number.
+// Gives the label tables by area number.
 #ifndef HEARTH_LABELS_LABEL_TABLE_H
 #define HEARTH_LABELS_LABEL_TABLE_H
 
@@ -12,7 +12,7 @@ struct LabelTable {
   const char* at(unsigned int row) const { return row < count ? rows[row] : nullptr; }
 };
 
-// The table of an area; one without rows for an area that has none.
+// The table of an area. An area that has none gets one without rows. Threads: any.
 [[nodiscard]] LabelTable labelTable(unsigned int area);
 
 }  // namespace hearth

@@ -1,4 +1,5 @@
-// The labels of the network area. NETWORK_LAN_IPV6_RESTOREDEFAULT stands twice, as the API has it.
+// The labels of the network area. The API has NETWORK_LAN_IPV6_RESTOREDEFAULT
+// twice, and so has the table.
 #include "hearth/labels.h"
 #include "labels/label_pair.h"
 

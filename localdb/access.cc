@@ -1,21 +1,29 @@
-// Lock, save and unlock: which handler and which hold an operation is about. What then happens to
-// the slot is slot.cc's.
+// Lock, save and unlock. A lock travels like this:
+//
+//   lookup   the session key names a handler, which the lookup keeps alive (registry.cc)
+//   handler  the lock enters the handler's slot of the area and opens the value in it (slot.cc)
+//   hold     the lookup and the key become the thread's hold on the slot (holds.cc)
+//
+// A save or unlock comes back the other way: it finds the thread's hold by the key, takes the
+// handler out of it and settles the slot's lock. So it reaches the handler that was locked, even if
+// the session has been removed or made anew since and the key names another handler now.
 #include <utility>
 
-#include "json/status.h"
+#include "base/status.h"
 #include "localdb/holds.h"
 #include "localdb/registry.h"
 #include "localdb/slot.h"
-#include "log/log.h"
+#include "log/library_log.h"
 
 namespace hearth {
 namespace {
 
 constexpr char kLock[] = "lockDbObject";
-constexpr Ending kSave = {"saveDbObject", LOG_DEBUG, LOG_DEBUG};
-constexpr Ending kUnlock = {"unlockDbObject", LOG_WARNING, LOG_ERROR};
+constexpr LockEnd kSave = {"saveDbObject", true, LOG_DEBUG, LOG_DEBUG};
+constexpr LockEnd kUnlock = {"unlockDbObject", false, LOG_WARNING, LOG_ERROR};
 
-bool isArea(unsigned int area, const char* operation) {
+// False, with a line in the log, when there is no such area.
+bool checkArea(unsigned int area, const char* operation) {
   if (area >= kAreaCount) {
     HEARTH_LOG(LOG_ERROR, "%s: there is no area %u\n", operation, area);
     return false;
@@ -27,15 +35,11 @@ void logNoHandler(const char* operation) {
   HEARTH_LOG(LOG_ERROR, "%s: there is no database handler\n", operation);
 }
 
-TreeMapObject* lockSlot(Lookup found, unsigned int area, const char* path, const char* sessionKey) {
-  const Slot slot(*found.use->handler, area);
-  HEARTH_LOG(LOG_DEBUG, "%s: start state=%d\n", kLock, static_cast<int>(slot.state()));
-  if (!slot.enter()) {
-    HEARTH_LOG(LOG_WARNING, "%s: failed to access local database (%d) in writing state\n", kLock,
-               static_cast<int>(area));
-    return nullptr;
-  }
-  const bool isNoted = noteLookup(found, area, sessionKey);
+// Takes the last steps of a lock, with the slot's mutex in hand: the mutex stays with the hold, or
+// is given back when there is no handle to return.
+TreeMapObject* lockValue(const Slot& slot, Lookup found, unsigned int area, const char* path,
+                         const char* sessionKey) {
+  const bool isNoted = noteKey(found.handler->holds[area], sessionKey);
   if (!isNoted) {
     HEARTH_LOG(LOG_ERROR, "%s: no memory for the session key\n", kLock);
   }
@@ -45,52 +49,77 @@ TreeMapObject* lockSlot(Lookup found, unsigned int area, const char* path, const
     return nullptr;
   }
   slot.markLocked();
-  keepHold(std::move(found.use), area);
+  keepHold(std::move(found), area);
   return object;
 }
 
-// What a save or unlock under a key is about.
-struct Target {
-  HandlerUse use;       // of the handler to work on; null when there is none
-  bool isHeld = false;  // by this thread; its hold is ended
-};
-
-// The slot of the handler that the key names now; if this thread does not hold that one, the slot
-// that it locked under the key when that named another handler.
-Target findTarget(unsigned int area, const char* sessionKey) {
-  Hold* hold = findHoldUnder(sessionKey, area);
-  if (hold != nullptr && isCurrent(hold->version)) {
-    if (hold->isFallback) {
-      logFallback(sessionKey);
+// A session may be removed between the lookup and the slot's mutex. Nobody gets a slot of a handler
+// that is being removed, so the key is looked up again then.
+TreeMapObject* lockSlot(unsigned int area, const char* path, const char* sessionKey) {
+  for (;;) {
+    Lookup found = lookUp(sessionKey);
+    if (found.handler == nullptr) {
+      logNoHandler(kLock);
+      return nullptr;
     }
-    return {endHold(*hold), true};
+    const Slot slot(*found.handler, area);
+    HEARTH_LOG(LOG_DEBUG, "%s: start state=%d\n", kLock, static_cast<int>(slot.state()));
+    if (!slot.enter()) {
+      HEARTH_LOG(LOG_WARNING, "%s: failed to access local database (%d) in writing state\n", kLock,
+                 static_cast<int>(area));
+      return nullptr;
+    }
+    if (!found.handler->isRemoved.load(std::memory_order_acquire)) {
+      return lockValue(slot, std::move(found), area, path, sessionKey);
+    }
+    slot.leave();
   }
-  Lookup found = lookUp(sessionKey);
-  Hold* const named = found.use != nullptr ? findHold(found.use->handler, area) : nullptr;
-  hold = named != nullptr ? named : hold;
-  return hold != nullptr ? Target{endHold(*hold), true} : Target{std::move(found.use), false};
 }
 
-// Ends this thread's lock; finish then decides about the database, with the mutex given back.
-template <typename Finish>
-int endLock(const Ending& ending, unsigned int area, const char* sessionKey, Finish finish) {
-  if (!isArea(area, ending.operation)) {
+// Ends the hold that a save or unlock under the key is about, and hands over its handler. It is the
+// newest of those that this thread took under the key, whatever the key names now. Only a thread
+// without one means the handler that the key names now, whose slot it may hold under another key.
+//
+// wasHeld is false when this thread has no such hold. The answer is then the handler that the key
+// names, null when there is none.
+//
+// While the registry stays as it was, the hold knows what a lookup would find and log.
+HandlerRef takeHeld(unsigned int area, const char* sessionKey, bool& wasHeld) {
+  Hold* hold = findHoldUnder(sessionKey, area);
+  wasHeld = hold != nullptr;
+  if (hold != nullptr && isCurrent(hold->found.version)) {
+    if (hold->found.isFallback) {
+      logFallback(sessionKey);
+    }
+    return endHold(*hold);
+  }
+  Lookup found = lookUp(sessionKey);
+  if (hold == nullptr && found.handler != nullptr) {
+    hold = findHold(found.handler.get(), area);
+    wasHeld = hold != nullptr;
+  }
+  return hold != nullptr ? endHold(*hold) : std::move(found.handler);
+}
+
+// Saves or unlocks. The hold ends in every case; the slot decides whether there is a database.
+int endLock(const LockEnd& end, unsigned int area, const char* sessionKey) {
+  if (!checkArea(area, end.operation)) {
     return kFailure;
   }
-  const Target target = findTarget(area, sessionKey);
-  if (target.use == nullptr) {
-    logNoHandler(ending.operation);
+  bool wasHeld = false;
+  const HandlerRef handler = takeHeld(area, sessionKey, wasHeld);
+  if (handler == nullptr) {
+    logNoHandler(end.operation);
     return kFailure;
   }
-  const Slot slot(*target.use->handler, area);
-  HEARTH_LOG(LOG_DEBUG, "%s: apiT=%d state=%d\n", ending.operation, static_cast<int>(area),
+  const Slot slot(*handler, area);
+  HEARTH_LOG(LOG_DEBUG, "%s: apiT=%d state=%d\n", end.operation, static_cast<int>(area),
              static_cast<int>(slot.state()));
-  if (!target.isHeld) {
-    HEARTH_LOG(ending.notLocked, "%s: I am not in locked state\n", ending.operation);
+  if (!wasHeld) {
+    logNotLocked(end);
     return kFailure;
   }
-  slot.leave();
-  return slot.isLockedDatabase(ending) ? finish(slot) : kFailure;
+  return slot.settleLock(end);
 }
 
 }  // namespace
@@ -98,28 +127,20 @@ int endLock(const Ending& ending, unsigned int area, const char* sessionKey, Fin
 
 TreeMapObject* LocalDbCtrl::lockDbObject(unsigned int apiT, const char* path,
                                          const char* sessionKey) {
-  if (!hearth::isArea(apiT, hearth::kLock)) {
+  if (!hearth::checkArea(apiT, hearth::kLock)) {
     return nullptr;
   }
   if (path == nullptr) {
     HEARTH_LOG(LOG_ERROR, "%s: path is NULL\n", hearth::kLock);
     return nullptr;
   }
-  hearth::Lookup found = hearth::lookUp(sessionKey);
-  if (found.use == nullptr) {
-    hearth::logNoHandler(hearth::kLock);
-    return nullptr;
-  }
-  return hearth::lockSlot(std::move(found), apiT, path, sessionKey);
+  return hearth::lockSlot(apiT, path, sessionKey);
 }
 
 int LocalDbCtrl::saveDbObject(API_TYPE_T apiT, const char* sessionKey) {
-  return hearth::endLock(hearth::kSave, apiT, sessionKey, [](const hearth::Slot& slot) {
-    return slot.save(hearth::kSave.operation);
-  });
+  return hearth::endLock(hearth::kSave, apiT, sessionKey);
 }
 
 int LocalDbCtrl::unlockDbObject(unsigned int apiT, const char* sessionKey) {
-  return hearth::endLock(hearth::kUnlock, apiT, sessionKey,
-                         [](const hearth::Slot& slot) { return slot.unlock(); });
+  return hearth::endLock(hearth::kUnlock, apiT, sessionKey);
 }

@@ -1,4 +1,4 @@
-// The range of the API areas.
+// The number of API areas, and the word that stands for a missing file name in a log line.
 #ifndef HEARTH_LOCALDB_AREA_H
 #define HEARTH_LOCALDB_AREA_H
 
@@ -10,7 +10,6 @@ namespace hearth {
 
 constexpr unsigned int kAreaCount = std::size(API_DATA_DIR);
 
-// Stands in a log line where a file has no name.
 constexpr char kNoName[] = "(none)";
 
 }  // namespace hearth

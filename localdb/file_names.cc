@@ -1,15 +1,13 @@
-// The one place where the names of database, message and schema files are formed.
+// Forms the names of database, message and schema files. No other file does.
 //
-// Each operation has a buffer of its own in every thread: a name stays as it is while other threads
-// form theirs, and a document's name survives the forming of its schema's.
+// A name lies in a buffer that belongs to one operation in one thread. So it stays as it is while
+// other threads form theirs, and a document's name stays while its schema's is formed.
 #include <cstdio>
 
-#include "hearth/json_data.h"
 #include "hearth/local_db_ctrl.h"
-#include "json/status.h"
 #include "labels/label_table.h"
 #include "localdb/area.h"
-#include "log/log.h"
+#include "log/library_log.h"
 
 const char* const API_DATA_DIR[8] = {"gateway", "wifi",       "network", "security",
                                      "service", "mediashare", "qos",     "misc"};
@@ -23,24 +21,26 @@ struct NameBuffer {
   char text[256];
 };
 
-// Writes "<location>/<area>/<stem><ending>". Null for a name that does not fit: a cut name could be
-// another file's.
+// Writes "<location>/<area>/<stem><suffix>". Answers null, with a log line, for a name that does
+// not fit: a cut name could be another file's.
 const char* formName(const char* operation, NameBuffer& buffer, const char* areaDir,
-                     const char* stem, const char* ending) {
+                     const char* stem, const char* suffix) {
   constexpr int kSize = sizeof(buffer.text);
   const char* const location = BEConfig::DATA_LOCATION.c_str();
   const int length =
-      std::snprintf(buffer.text, kSize, "%s/%s/%s%s", location, areaDir, stem, ending);
+      std::snprintf(buffer.text, kSize, "%s/%s/%s%s", location, areaDir, stem, suffix);
   if (length < 0 || length >= kSize) {
     HEARTH_LOG(LOG_ERROR, "%s: the name of %s/%s%s is longer than %d characters\n", operation,
-               areaDir, stem, ending, kSize - 1);
+               areaDir, stem, suffix, kSize - 1);
     return nullptr;
   }
   return buffer.text;
 }
 
+// The stem of a message's files is its label. An area without labels, as API_MISC, has no such
+// files and says so by a null without a line; an area out of range has had its line already.
 const char* formMessageName(const char* operation, NameBuffer& buffer, unsigned int area,
-                            unsigned int message, const char* ending) {
+                            unsigned int message, const char* suffix) {
   const char* const areaDir = LocalDbCtrl::getApiDir(area);
   const LabelTable labels = labelTable(area);
   if (labels.rows == nullptr) {
@@ -51,7 +51,7 @@ const char* formMessageName(const char* operation, NameBuffer& buffer, unsigned 
     HEARTH_LOG(LOG_ERROR, "%s: area %u has no message %u\n", operation, area, message);
     return nullptr;
   }
-  return formName(operation, buffer, areaDir, label, ending);
+  return formName(operation, buffer, areaDir, label, suffix);
 }
 
 }  // namespace
@@ -81,20 +81,4 @@ const char* LocalDbCtrl::getFileName(unsigned int apiT, unsigned int commT) {
 const char* LocalDbCtrl::getSchemaFile(unsigned int apiT, unsigned int commT) {
   static thread_local hearth::NameBuffer buffer;
   return hearth::formMessageName("getSchemaFile", buffer, apiT, commT, "_SCHEMA.ldb");
-}
-
-int LocalDbCtrl::validateObject(TreeMapObject* obj, unsigned int apiT, unsigned int commT) {
-  constexpr char kOperation[] = "validateObject";
-  const char* const schemaFile = getSchemaFile(apiT, commT);
-  if (schemaFile == nullptr) {
-    HEARTH_LOG(LOG_ERROR, "%s: failed to get schema file apiT=%d commT=%d\n", kOperation,
-               static_cast<int>(apiT), static_cast<int>(commT));
-    return hearth::kFailure;
-  }
-  if (obj == nullptr || obj->jobj == nullptr) {
-    HEARTH_LOG(LOG_ERROR, "%s: incorrect object obj=%p jobj=%p\n", kOperation,
-               static_cast<void*>(obj), static_cast<void*>(nullptr));
-    return hearth::kFailure;
-  }
-  return JsonData::validateFile(obj, schemaFile);
 }

@@ -1,3 +1,8 @@
+// Each thread's list of the slots that it holds.
+//
+// A hold lies in its handler, so entering it needs no memory and cannot fail; what may fail, the
+// copy of the key, is done before the slot is locked. A thread holds few slots at a time, and looks
+// for the newest: the list is short and is walked from its head.
 #include "localdb/holds.h"
 
 #include <new>
@@ -17,18 +22,15 @@ Hold* findNewest(Matches matches) {
   return hold;
 }
 
+// A null key is a key of its own here, different from "".
 bool isUnder(const Hold& hold, const char* sessionKey) {
   return sessionKey == nullptr ? !hold.hasKey : hold.hasKey && hold.key == sessionKey;
 }
 
 }  // namespace
 
-bool noteLookup(const Lookup& found, unsigned int area, const char* sessionKey) {
-  Hold& hold = found.use->holds[area];
-  hold.area = area;
+bool noteKey(Hold& hold, const char* sessionKey) {
   hold.hasKey = sessionKey != nullptr;
-  hold.isFallback = found.isFallback;
-  hold.version = found.version;
   try {
     hold.key.assign(hold.hasKey ? sessionKey : "");
   } catch (const std::bad_alloc&) {
@@ -37,16 +39,17 @@ bool noteLookup(const Lookup& found, unsigned int area, const char* sessionKey) 
   return true;
 }
 
-void keepHold(HandlerUse use, unsigned int area) {
-  Hold& hold = use->holds[area];
+void keepHold(Lookup found, unsigned int area) {
+  Hold& hold = found.handler->holds[area];
   hold.older = newestHold;
-  hold.use = std::move(use);
+  hold.area = area;
+  hold.found = std::move(found);
   newestHold = &hold;
 }
 
-Hold* findHold(const LOCALDB_HANDLER* handler, unsigned int area) {
+Hold* findHold(const SessionHandler* handler, unsigned int area) {
   return findNewest(
-      [=](const Hold& hold) { return hold.area == area && hold.use->handler == handler; });
+      [=](const Hold& hold) { return hold.area == area && hold.found.handler.get() == handler; });
 }
 
 Hold* findHoldUnder(const char* sessionKey, unsigned int area) {
@@ -54,13 +57,14 @@ Hold* findHoldUnder(const char* sessionKey, unsigned int area) {
       [=](const Hold& hold) { return hold.area == area && isUnder(hold, sessionKey); });
 }
 
-HandlerUse endHold(Hold& hold) {
+// The hold's memory goes with its handler, so the caller gets the reference that keeps both alive.
+HandlerRef endHold(Hold& hold) {
   Hold** link = &newestHold;
   while (*link != &hold) {
     link = &(*link)->older;
   }
   *link = hold.older;
-  return std::move(hold.use);
+  return std::move(hold.found.handler);
 }
 
 }  // namespace hearth

@@ -1,24 +1,18 @@
-// Which handler a session key names.
+// The registry answers which handler a session key names.
 #ifndef HEARTH_LOCALDB_REGISTRY_H
 #define HEARTH_LOCALDB_REGISTRY_H
 
-#include "localdb/handler_record.h"
+#include "localdb/session_handler.h"
 
 namespace hearth {
 
-// What a key names, and since when.
-struct Lookup {
-  HandlerUse use;           // null when there is no handler
-  bool isFallback = false;  // the key is not registered, the handler is that of "default"
-  unsigned int version = 0;
-};
-
-// The handler that LocalDbCtrl::getDBByKey answers, logging what that logs.
+// Finds the handler that LocalDbCtrl::getDBByKey answers, and logs the lines of that operation.
 [[nodiscard]] Lookup lookUp(const char* sessionKey);
 
-// True while no key has changed hands since a look-up, so that its answer still holds.
+// True while no key has changed hands since a lookup of that version, so that its answer holds.
 [[nodiscard]] bool isCurrent(unsigned int version);
 
+// Logs that the key, unknown or null, stands for "default".
 void logFallback(const char* sessionKey);
 
 }  // namespace hearth

@@ -1,9 +1,9 @@
-// The states of a slot.
+// The states of a slot, and the steps that lead from one to another.
 //
 //   from   event                                     to   mutex             answer
 //   0      lock: the file loads, path found          2    taken, kept       handle
 //   0      lock: the file loads, path not found      1    taken, given back null
-//   0      lock: the file does not load              0    taken, given back null
+//   0      lock: the file is missing or unreadable   0    taken, given back null
 //   1      lock: path found                          2    taken, kept       handle
 //   1      lock: path not found                      1    taken, given back null
 //   2      lock                                      2    not waited for    null
@@ -11,89 +11,127 @@
 //   2      unlock                                    1    given back first  0
 //   0, 1   save, unlock                              -    not touched       2
 //   0, 1   removal                                   0    taken, given back
-//   2      removal: waits for the holder, leaves a
-//          slot whose save is still writing          -    taken, given back
+//   2      removal: waits for the holder and for the
+//          end of its save or unlock                 0    taken, given back
 //
 // State 2 excludes as the mutex does: whoever gets the mutex and finds state 2 leaves the object
 // alone. That is what protects it while a save writes the file without the mutex, so that lockers
 // are refused at once instead of waiting for the device. The state is stored last, with release
 // order, and loaded with acquire order: who sees the state sees the object that goes with it.
+//
+// A file that holds no value (it does not parse, or is no file) loads as a handle without one, and
+// the states are the same; each lock then reads the file again until it holds one.
 #include "localdb/slot.h"
 
-#include <ctime>
-
+#include "base/atomic_word.h"
+#include "base/no_cancellation.h"
+#include "base/status.h"
 #include "hearth/json_data.h"
-#include "json/status.h"
+#include "json/handle/handle.h"
+#include "json/json_file.h"
 #include "localdb/area.h"
 #include "localdb/holds.h"
-#include "log/log.h"
+#include "log/library_log.h"
 
 namespace hearth {
 namespace {
 
-// How long a thread looks away from a slot before it looks again.
-void pauseBriefly() {
-  constexpr timespec kPause = {0, 200'000};
-  nanosleep(&kPause, nullptr);
+LOCALDB_STATE_T stateOf(const LOCALDB_HANDLER& face, unsigned int area) {
+  return acquireLoad(face.state[area]);
 }
 
 }  // namespace
 
-void Slot::construct() const {
-  object() = nullptr;
-  setState(LDB_NOT_INITIALIZED);
-  pthread_mutex_init(&mutex(), nullptr);
+void logNotLocked(const LockEnd& end) {
+  HEARTH_LOG(end.notLocked, "%s: I am not in locked state\n", end.operation);
 }
 
-void Slot::destruct() const {
-  if (state() == LDB_ACCESSIBLE) {
-    discardObject();
+void constructSlots(LOCALDB_HANDLER& face) {
+  for (unsigned int area = 0; area < kAreaCount; ++area) {
+    face.localdb[area] = nullptr;
+    releaseStore(face.state[area], LDB_NOT_INITIALIZED);
+    pthread_mutex_init(&face.mutex[area], nullptr);
   }
-  pthread_mutex_destroy(&mutex());
+}
+
+void destructSlots(LOCALDB_HANDLER& face) {
+  for (unsigned int area = 0; area < kAreaCount; ++area) {
+    if (stateOf(face, area) == LDB_ACCESSIBLE) {
+      delete face.localdb[area];
+    }
+    pthread_mutex_destroy(&face.mutex[area]);
+  }
 }
 
 LOCALDB_STATE_T Slot::state() const {
-  return __atomic_load_n(&handler_.state[area_], __ATOMIC_ACQUIRE);
+  return stateOf(handler_.face, area_);
 }
 
 void Slot::setState(LOCALDB_STATE_T state) const {
-  __atomic_store_n(&handler_.state[area_], state, __ATOMIC_RELEASE);
+  releaseStore(handler_.face.state[area_], state);
 }
 
-// Another locker may get the mutex, and then hold the slot for long, after this one has seen it
-// free; so the state is looked at again and again instead of sleeping on the mutex.
+bool Slot::tryMutex() const {
+  return pthread_mutex_trylock(&mutex()) == 0;
+}
+
+// A locker that has seen the slot free may lose it to another one, which then holds it for long.
+// So a locker does not sleep on the mutex but in the waiting room: there it is woken when the mutex
+// comes free and when the slot gets a holder. One that arrives while others wait queues behind
+// them, though the mutex may be free; else a thread that locks all the time would starve them.
 bool Slot::enter() const {
-  while (state() != LDB_LOCKED) {
-    if (pthread_mutex_trylock(&mutex()) != 0) {
-      pauseBriefly();
-      continue;
-    }
-    if (state() != LDB_LOCKED) {
-      return true;
-    }
-    leave();
+  if (state() == LDB_LOCKED) {
+    return false;
   }
-  return false;
+  bool isIn = false;
+  const auto isDecided = [&] {
+    isIn = state() != LDB_LOCKED && tryMutex();
+    return isIn || state() == LDB_LOCKED;
+  };
+  if (waitingRoom().hasQueue() || !isDecided()) {
+    waitingRoom().waitInTurn(isDecided);
+  }
+  // Between the look at the state and the mutex another locker may have come, locked the slot and
+  // started a save, which gives the mutex back in state 2.
+  if (isIn && state() == LDB_LOCKED) {
+    leave();
+    return false;
+  }
+  return isIn;
 }
 
 void Slot::leave() const {
   pthread_mutex_unlock(&mutex());
+  waitingRoom().wake();
 }
 
 void Slot::load(const char* operation) const {
-  if (state() != LDB_NOT_INITIALIZED) {
+  const bool isFirst = state() == LDB_NOT_INITIALIZED;
+  if (!isFirst && (object() == nullptr || object()->jobj != nullptr)) {
     return;
   }
   const char* const name = LocalDbCtrl::getFileName(area_);
-  object() = name != nullptr ? JsonData::createObjectFromFile(name) : nullptr;
-  if (object() == nullptr) {
+  if (isFirst ? loadFirst(name) : loadAgain(name)) {
+    setState(LDB_ACCESSIBLE);
+    HEARTH_LOG(LOG_DEBUG, "%s: Initialized local database for api type %d\n", operation,
+               static_cast<int>(area_));
+  } else if (isFirst) {
     HEARTH_LOG(LOG_WARNING, "%s: Cannot load database from %s\n", operation,
                name != nullptr ? name : kNoName);
-    return;
   }
-  setState(LDB_ACCESSIBLE);
-  HEARTH_LOG(LOG_DEBUG, "%s: Initialized local database for api type %d\n", operation,
-             static_cast<int>(area_));
+}
+
+// A file without a value makes an object too, of which only the whole can be locked.
+bool Slot::loadFirst(const char* name) const {
+  JsonFile file = findJsonFile(name);
+  const bool isRead = file.reading == Reading::kValue || file.reading == Reading::kNoValue;
+  object() = isRead ? newOwningHandle(file.value.release()) : nullptr;
+  return object() != nullptr;
+}
+
+bool Slot::loadAgain(const char* name) const {
+  object()->jobj = readJsonFile(name);
+  return object()->jobj != nullptr;
 }
 
 TreeMapObject* Slot::open(const char* path) const {
@@ -110,24 +148,43 @@ TreeMapObject* Slot::open(const char* path) const {
 
 void Slot::markLocked() const {
   setState(LDB_LOCKED);
+  waitingRoom().wake();
 }
 
-bool Slot::isLockedDatabase(const Ending& ending) const {
+// The mutex goes first, so that nobody sleeps on it for as long as a write takes. State 2 keeps
+// everybody from the object until the last step. A removal, which gets the mutex and cannot be
+// refused, waits for isSettling to end.
+int Slot::settleLock(const LockEnd& end) const {
+  isSettling().store(true, std::memory_order_relaxed);
+  pthread_mutex_unlock(&mutex());
+  const int result = leaveLockedState(end);
+  isSettling().store(false, std::memory_order_release);
+  waitingRoom().wake();
+  return result;
+}
+
+// The public fields may have been changed by the program, so both are looked at.
+int Slot::leaveLockedState(const LockEnd& end) const {
   if (state() != LDB_LOCKED) {
-    HEARTH_LOG(ending.notLocked, "%s: I am not in locked state\n", ending.operation);
-    return false;
+    logNotLocked(end);
+    return kFailure;
   }
   if (object() == nullptr) {
-    HEARTH_LOG(ending.notInitialized,
-               "%s: there is something wrong, I am is not initialized already!\n",
-               ending.operation);
+    HEARTH_LOG(end.notInitialized,
+               "%s: there is something wrong, I am is not initialized already!\n", end.operation);
     setState(LDB_NOT_INITIALIZED);
-    return false;
+    return kFailure;
   }
-  return true;
+  if (end.saves) {
+    return save(end.operation);
+  }
+  setState(LDB_ACCESSIBLE);
+  return kSuccess;
 }
 
+// The copy in memory goes even when the write has failed: the next lock reads what the file holds.
 int Slot::save(const char* operation) const {
+  const NoCancellation finish;
   const char* const name = LocalDbCtrl::getFileName(area_);
   HEARTH_LOG(LOG_DEBUG, "%s: type=%d save object %p to file %s\n", operation,
              static_cast<int>(area_), static_cast<void*>(object()),
@@ -137,40 +194,27 @@ int Slot::save(const char* operation) const {
   return written;
 }
 
-int Slot::unlock() const {
-  setState(LDB_ACCESSIBLE);
-  return kSuccess;
-}
-
 void Slot::empty(Waiting waiting) const {
-  const bool entered = enterForRemoval(waiting);
-  const bool isFree = entered && isLeftByUnlock();
-  if (isFree) {
+  const bool isIn = enterForRemoval(waiting);
+  if (isIn && state() != LDB_LOCKED) {
     discardObject();
   } else {
     HEARTH_LOG(LOG_ERROR, "Local DB is in Lock state, cannot be destroyed");
   }
-  if (entered) {
+  if (isIn) {
     leave();
   }
 }
 
+// The mutex keeps new holders out. If the slot is in state 2 even so, the last holder has given the
+// mutex back and its save or unlock is under way, which is waited for.
 bool Slot::enterForRemoval(Waiting waiting) const {
-  const bool isMine = findHold(&handler_, area_) != nullptr;
-  if (waiting == Waiting::kForHolder && !isMine) {
-    return pthread_mutex_lock(&mutex()) == 0;
+  if (waiting == Waiting::kNever || findHold(&handler_, area_) != nullptr) {
+    return tryMutex();
   }
-  return pthread_mutex_trylock(&mutex()) == 0;
-}
-
-// With the mutex in hand: true when the slot is not locked. An unlock gives the mutex back an
-// instant before it changes the state, so a locked slot gets a few looks.
-bool Slot::isLeftByUnlock() const {
-  constexpr int kLooks = 10;
-  for (int look = 0; look < kLooks && state() == LDB_LOCKED; ++look) {
-    pauseBriefly();
-  }
-  return state() != LDB_LOCKED;
+  pthread_mutex_lock(&mutex());
+  waitingRoom().waitUntil([this] { return !isSettling().load(std::memory_order_acquire); });
+  return true;
 }
 
 void Slot::discardObject() const {

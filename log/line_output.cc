@@ -1,6 +1,7 @@
-// A line is written under Logger::lock. The thread that holds it for a line leaves its name in
-// lockOwner, so that the handler of a fault in the middle of a line can tell that waiting would be
-// for ever. A dying process does not wait long for other threads either.
+// Writes a line under Logger::lock. The thread that holds the lock for a line leaves its id in
+// lockOwner: if it faults in the middle of the line, the signal handler logs on the same thread,
+// and can tell from lockOwner that waiting would be for ever. A dying process does not wait long
+// for other threads either.
 #include "log/line_output.h"
 
 #include <fcntl.h>
@@ -12,10 +13,10 @@
 #include <cstdio>
 #include <cstring>
 
+#include "base/unique_fd.h"
+#include "base/write_all.h"
 #include "hearth/be_config.h"
-#include "log/log.h"
-#include "log/unique_fd.h"
-#include "log/write_all.h"
+#include "log/library_log.h"
 
 namespace hearth {
 namespace {
@@ -34,7 +35,8 @@ bool tryLockForHalfASecond() {
   return false;
 }
 
-// Logger::lock for the time of one line.
+// Holds Logger::lock for the time of one line, unless this thread holds it for a line already or a
+// dying process waits for it in vain.
 class LineLock {
  public:
   LineLock() : isHeld_(acquire()) {
@@ -66,8 +68,8 @@ class LineLock {
   const bool isHeld_;
 };
 
-// Standard output for the time of one line: through stdio, or past it when another thread of a
-// dying process keeps it.
+// Standard output for the time of one line. Writes through stdio; if another thread of a dying
+// process keeps stdio's lock, writes past it to the descriptor.
 class Console {
  public:
   Console() : isStdio_(acquire()) {}
@@ -100,10 +102,12 @@ class Console {
   const bool isStdio_;
 };
 
-// A terminal may need a moment; a pipe that is read too slowly loses lines.
+// A log file that is a terminal may need a moment; one that is a pipe, read too slowly, loses
+// lines.
 constexpr int kFilePatienceMilliseconds = 100;
 
-// False when the file cannot be opened. A pipe that nobody reads counts as that.
+// False when the file cannot be opened, which a pipe that nobody reads cannot. What the device does
+// not take is lost.
 bool appendToFile(const char* path, const LogLine& line) {
   const UniqueFd file(
       open(path, O_WRONLY | O_APPEND | O_CREAT | O_CLOEXEC | O_NOCTTY | O_NONBLOCK, 0666));
@@ -119,9 +123,9 @@ bool appendToFile(const char* path, const LogLine& line) {
 void writeLine(const LogLine& line) {
   const LineLock lock;
   const char* const path = BEConfig::LOG_FILE.c_str();
-  const bool isMissed = relaxedLoad(Logger::enableFileLog) != 0 && !appendToFile(path, line);
+  const bool isUnopened = relaxedLoad(Logger::enableFileLog) != 0 && !appendToFile(path, line);
   Console console;
-  if (isMissed) {
+  if (isUnopened) {
     console.write("fail to open file ");
     console.write(path);
     console.write("\n");
@@ -129,7 +133,7 @@ void writeLine(const LogLine& line) {
   console.write(line.data(), line.size());
 }
 
-void loseTheRightToWait() {
+void stopWaitingForLocks() {
   processIsDying = true;
 }
 

@@ -1,18 +1,21 @@
-// Where a finished line goes: to the log file, then to standard output, one line at a time.
+// Writes finished lines: each to the log file, then to standard output, one line at a time.
 #ifndef HEARTH_LOG_LINE_OUTPUT_H
 #define HEARTH_LOG_LINE_OUTPUT_H
 
-#include "log/log_line.h"
+#include "log/line.h"
 
 namespace hearth {
 
 // Writes the line to the log file, if file logging is on, and to standard output, both under
-// Logger::lock. Only a line that its own thread's unfinished line would block goes without it.
+// Logger::lock. A line from the handler of a fault in the middle of a line goes without the lock,
+// since its own thread holds it. A log file that cannot be opened is named on standard output.
+// Threads: any.
 void writeLine(const LogLine& line);
 
-// From now on no line waits longer than half a second for Logger::lock, nor at all for standard
-// output's own lock: the process is dying, and whoever holds them may never let go.
-void loseTheRightToWait();
+// Called when the process is dying: the threads that hold locks may never let go of them. From now
+// on no line waits longer than half a second for Logger::lock, and none at all for the lock of
+// standard output.
+void stopWaitingForLocks();
 
 }  // namespace hearth
 

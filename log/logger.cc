@@ -1,3 +1,10 @@
+// The logger's entry points. A line passes five steps, each in its own place:
+//
+//   filter   Logger::print    the group's bit and the severity's switch; most lines end here
+//   format   log/line         the text, on the stack
+//   lock     log/line_output  Logger::lock, so that lines stay whole and in one order
+//   append   log/line_output  to the log file, if file logging is on
+//   show     log/line_output  on standard output
 #include "hearth/logger.h"
 
 #include <fcntl.h>
@@ -7,12 +14,13 @@
 #include <csignal>
 #include <cstdarg>
 
+#include "base/no_cancellation.h"
+#include "base/unique_fd.h"
 #include "hearth/be_config.h"
+#include "log/crash_handler.h"
+#include "log/library_log.h"
+#include "log/line.h"
 #include "log/line_output.h"
-#include "log/log.h"
-#include "log/log_line.h"
-#include "log/signal_handler.h"
-#include "log/unique_fd.h"
 
 uint32_t Logger::mask = 0;
 int Logger::enableFileLog = 1;
@@ -29,13 +37,14 @@ const char* const Logger::LogGroupNames[19] = {"UTIL",           "WSL",         
 namespace hearth {
 namespace {
 
-// The bit of a group; none for a group that has no place in the mask.
+// The group's bit in the mask; 0 for a group beyond the mask's 32 bits.
 uint32_t groupBit(LOG_GROUP_T group) {
-  const auto place = static_cast<uint32_t>(group);
-  return place < 32 ? 1U << place : 0U;
+  const auto number = static_cast<uint32_t>(group);
+  return number < 32 ? 1U << number : 0U;
 }
 
-// True when no file has the name. A file that is there but cannot be described is not missing.
+// True when no file has the name. A file that is there but that stat() cannot describe (too large
+// for it, no permission) is not missing.
 bool isMissing(const char* path) {
   struct stat status;
   if (stat(path, &status) == 0) {
@@ -44,16 +53,18 @@ bool isMissing(const char* path) {
   return errno == ENOENT || errno == ENOTDIR || errno == ENAMETOOLONG || errno == ELOOP;
 }
 
-// Makes an empty file; one that another process has made meanwhile keeps what it holds.
+// Makes an empty file. A file that another process has made meanwhile keeps its contents.
 bool create(const char* path) {
   return static_cast<bool>(UniqueFd(
       open(path, O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC | O_NOCTTY | O_NONBLOCK, 0666)));
 }
 
-// Out of line, so that a line that is filtered out does not pay for the buffer.
+// Out of line, so that a line that is filtered out does not pay for the buffer of one that is
+// written.
 __attribute__((noinline, format(printf, 3, 0))) void printLine(LOG_TYPE_T type, LOG_GROUP_T group,
                                                                const char* format,
                                                                va_list arguments) {
+  const NoCancellation guard;
   const int kept = errno;
   const LogLine line(type, group, format, arguments);
   writeLine(line);
@@ -64,8 +75,10 @@ __attribute__((noinline, format(printf, 3, 0))) void printLine(LOG_TYPE_T type, 
 }  // namespace hearth
 
 int Logger::init() {
+  const hearth::NoCancellation guard;
   hearth::relaxedStore(mask, static_cast<uint32_t>(BEConfig::LOG_MASK));
   const char* const file = BEConfig::LOG_FILE.c_str();
+  // A log file that exists leaves file logging as it was.
   if (hearth::isMissing(file)) {
     const bool isOn = hearth::create(file) && BEConfig::LOG_TO_FILE != 0;
     hearth::relaxedStore(enableFileLog, isOn ? 1 : 0);

@@ -1,5 +1,9 @@
-// What a rule asks for, in words. A sentence is a text with gaps: '%' and a letter that says
-// which of the facts known of the failure stands there.
+// Finds the words for a failure.
+//
+// Two tables hold the sentences, one by keyword and one by trouble. A sentence is a text with gaps,
+// '%' and a letter; the letter says which of the facts known of the failure stands there, and
+// Sentence::fill has their list. A sentence quotes parts of documents that anybody may have sent,
+// so every text in it is cut when it is long and made harmless: UTF-8, without control characters.
 #include "schema/describe.h"
 
 #include <json-c/json.h>
@@ -8,21 +12,22 @@
 #include <utility>
 
 #include "base/utf8.h"
-#include "schema/assertions.h"
-#include "schema/equality.h"
-#include "schema/number.h"
+#include "schema/keywords/assertions.h"
+#include "schema/keywords/equality.h"
+#include "schema/keywords/number.h"
 #include "schema/text.h"
 
-namespace hearth {
-namespace schema {
+namespace hearth::schema {
 namespace {
 
-constexpr size_t kLongestShown = 60;
+// In bytes, of a text that a sentence quotes.
+constexpr std::size_t kLongestShown = 60;
 
 // In the order of json_type. The article belongs to the name.
 constexpr char kTypes[][11] = {"null",      "a boolean", "a number", "an integer",
                                "an object", "an array",  "a string"};
 
+// Sentences go on behind the place of the instance: "/a must be a string, but is null".
 struct FailureRow {
   Id keyword;
   const char* sentence;
@@ -56,6 +61,7 @@ constexpr FailureRow kFailures[] = {
     {Id::kNone, "does not satisfy %k"},
 };
 
+// These stand behind "cannot be checked: ".
 struct TroubleRow {
   Trouble trouble;
   char sentence[51];
@@ -75,6 +81,7 @@ constexpr TroubleRow kTroubles[] = {
     {Trouble::kUnknownVocabulary, "the schema requires a vocabulary that is not known"},
 };
 
+// The last row is for keywords that have no sentence of their own.
 const char* failureOf(Id keyword) {
   const FailureRow* row = kFailures;
   while (row->keyword != keyword && row->keyword != Id::kNone) {
@@ -83,33 +90,36 @@ const char* failureOf(Id keyword) {
   return row->sentence;
 }
 
-size_t sizeOf(json_object* value) {
+// How many elements, members or characters the value has.
+std::size_t sizeOf(json_object* value) {
   switch (json_object_get_type(value)) {
     case json_type_array:
       return json_object_array_length(value);
     case json_type_object:
-      return static_cast<size_t>(json_object_object_length(value));
+      return static_cast<std::size_t>(json_object_object_length(value));
     default:
       return countCharacters(textOf(value));
   }
 }
 
-// So that the sentence stays UTF-8, and nothing in it moves a terminal's cursor.
-void addHarmless(std::string_view text, std::string* out) {
+// Puts a '?' for each byte that is no character, and a blank for each character that could move a
+// terminal's cursor or change its colours.
+void addHarmless(std::string_view text, std::string& out) {
   while (!text.empty()) {
     const Character first = firstCharacter(text);
-    const bool moves = first.code < ' ' || (first.code >= 0x7F && first.code < 0xA0);
-    *out += !first.isValid ? "?" : moves ? " " : text.substr(0, first.size);
+    const bool isControl = first.code < ' ' || (first.code >= 0x7F && first.code < 0xA0);
+    out += !first.isValid ? "?" : isControl ? " " : text.substr(0, first.size);
     text.remove_prefix(first.size);
   }
 }
 
-// What is known of a failure, and the sentence about it.
+// The sentence about a failure, and what is known of it. A fact that is not given here must not
+// stand in a sentence that is added.
 class Sentence {
  public:
   Sentence(json_object* instance, Id keyword, json_object* value, Effort* effort)
       : instance_(instance), keyword_(keyword), value_(value), effort_(effort) {}
-  Sentence(size_t count, Id keyword, json_object* value)
+  Sentence(std::size_t count, Id keyword, json_object* value)
       : keyword_(keyword), value_(value), count_(count) {}
 
   Sentence& add(const char* sentence) {
@@ -123,6 +133,7 @@ class Sentence {
     return *this;
   }
 
+  // A name is quoted whole: whoever reads the sentence must be able to find the member.
   Sentence& addName(const char* name) {
     addText(name, std::string_view::npos);
     return *this;
@@ -162,7 +173,8 @@ class Sentence {
     }
   }
 
-  // json-c's own rendering would write into the value, which others may be reading.
+  // Scalars as JSON has them, containers by their size. json-c's own rendering would write into the
+  // value, which others may be reading.
   void addValue(json_object* value) {
     switch (json_object_get_type(value)) {
       case json_type_boolean:
@@ -187,73 +199,80 @@ class Sentence {
     }
   }
 
+  // "an object".
   void addType(json_object* value) { out_ += kTypes[json_object_get_type(value)]; }
 
   void addNumber(uint64_t number) { out_ += decimal(number); }
 
+  // As few digits as mean the number, whatever the locale.
   void addNumber(const Number& number) {
     if (number.isDouble) {
       char text[32];
-      out_.append(text, std::to_chars(text, text + sizeof text, number.real).ptr);
+      out_.append(text, std::to_chars(text, text + sizeof(text), number.real).ptr);
     } else {
       out_ += number.negative ? "-" : "";
       addNumber(number.magnitude);
     }
   }
 
-  // In quotes, and cut when it is long.
-  void addText(std::string_view text, size_t mostBytes) {
+  // In quotes; a text of more bytes than that is cut between two characters.
+  void addText(std::string_view text, std::size_t mostBytes) {
     const std::string_view start = startOf(text, mostBytes);
     out_ += '"';
-    addHarmless(start, &out_);
+    addHarmless(start, out_);
     out_ += start.size() < text.size() ? "...\"" : "\"";
   }
 
+  // "an array of 2 elements": its contents may be as long as the document.
   void addContainer(json_object* container, const char* noun) {
-    const size_t size = sizeOf(container);
+    const std::size_t size = sizeOf(container);
     addType(container);
-    append(&out_, {" of ", decimal(size), noun, size == 1 ? "" : "s"});
+    append({" of ", decimal(size), noun, size == 1 ? "" : "s"}, out_);
   }
 
-  // The last ones as "...".
+  // The values of a list; of a long one the first eight.
   void addList() {
-    constexpr size_t kMost = 8;
-    const size_t count = json_object_array_length(value_);
-    for (size_t i = 0; i < count && i < kMost; ++i) {
+    constexpr std::size_t kMost = 8;
+    const std::size_t count = json_object_array_length(value_);
+    for (std::size_t i = 0; i < count && i < kMost; ++i) {
       out_ += i ? ", " : "";
       addValue(json_object_array_get_idx(value_, i));
     }
     out_ += count > kMost ? ", ..." : "";
   }
 
+  // "a string", or "one of the types "string", "null"".
   void addTypesWanted() {
     if (json_object_get_type(value_) == json_type_array) {
       out_ += "one of the types ";
       return addList();
     }
     const std::string_view name = json_object_get_string(value_);
-    const bool vowel = name == "object" || name == "array" || name == "integer";
-    append(&out_, {name == "null" ? "" : vowel ? "an " : "a ", name});
+    const bool isVowel = name == "object" || name == "array" || name == "integer";
+    append({name == "null" ? "" : isVowel ? "an " : "a ", name}, out_);
   }
 
+  // They are looked for once more, since the failure did not say which ones they are. The budget
+  // for words may be too small for that.
   void addEqualElements() {
     const EqualPair pair = findEqualElements(instance_, *effort_);
     if (pair.found) {
-      append(&out_, {"elements ", decimal(pair.first), " and ", decimal(pair.second)});
+      append({"elements ", decimal(pair.first), " and ", decimal(pair.second)}, out_);
     } else {
       out_ += "some";
     }
   }
 
+  // "1 element", "2 elements".
   void addEnding() {
     uint64_t count = 0;
-    out_ += isCount(value_, &count) && count == 1 ? "" : "s";
+    out_ += isCount(value_, count) && count == 1 ? "" : "s";
   }
 
   json_object* instance_ = nullptr;
   Id keyword_;
   json_object* value_;
-  size_t count_ = 0;
+  std::size_t count_ = 0;
   Effort* effort_ = nullptr;
   std::string out_;
 };
@@ -277,10 +296,11 @@ std::string describeFailure(json_object* instance, Id keyword, json_object* valu
   return std::move(sentence.add(failureOf(boundOf(keyword, schema, draft))).text());
 }
 
+// A list in "dependencies" does not say which member it is for: the walk is at the list itself.
 std::string describeMissing(const char* name, Id keyword, const char* needer) {
   Sentence sentence(0, keyword, nullptr);
   sentence.add("must have the member ").addName(name);
-  if (needer) {
+  if (needer != nullptr) {
     sentence.add(", because it has ").addName(needer);
   } else if (keyword == Id::kDependencies) {
     sentence.add(", because another member needs it");
@@ -288,15 +308,16 @@ std::string describeMissing(const char* name, Id keyword, const char* needer) {
   return std::move(sentence.text());
 }
 
-std::string describeCount(size_t count, Id keyword, json_object* value) {
+std::string describeCount(std::size_t count, Id keyword, json_object* value) {
   Sentence sentence(count, keyword, value);
   return std::move(sentence.add(failureOf(keyword)).text());
 }
 
-std::string describeClosest(size_t number, const std::string& where, const std::string& message) {
+std::string describeClosest(std::size_t number, const std::string& where,
+                            const std::string& message) {
   std::string out = joined({"; the closest is number ", decimal(number), ": "});
-  addHarmless(where.empty() ? "it" : where, &out);
-  append(&out, {" ", message});
+  addHarmless(where.empty() ? "it" : where, out);
+  append({" ", message}, out);
   return out;
 }
 
@@ -310,5 +331,4 @@ std::string describeTrouble(Trouble trouble, Id keyword, json_object* value) {
   return std::move(sentence.text());
 }
 
-}  // namespace schema
-}  // namespace hearth
+}  // namespace hearth::schema

@@ -6,8 +6,7 @@
 #include <cstddef>
 #include <cstdint>
 
-namespace hearth {
-namespace schema {
+namespace hearth::schema {
 
 // Why a validation ended before its end. The answer is then "does not conform", whatever `not` or
 // another combination would make of it.
@@ -26,7 +25,7 @@ enum class Trouble : uint8_t {
   kUnknownVocabulary,
 };
 
-// Whether the schema is at fault, and no limit of ours.
+// True when the schema is at fault, and no limit of ours.
 constexpr bool isOfSchema(Trouble trouble) {
   return trouble != Trouble::kTooDeep && trouble != Trouble::kTooMuchWork &&
          trouble != Trouble::kNoMemory && trouble != Trouble::kPatternLimit;
@@ -38,13 +37,13 @@ constexpr unsigned kMaxDepth = 100;
 // The walk down takes no more stack than this, which only the large frames of a build with
 // sanitizers reach before that depth. With the compiler of patterns on top it fits a thread of 128
 // KiB.
-constexpr size_t kMaxStack = size_t{64} * 1024;
+constexpr std::size_t kMaxStack = std::size_t{64} * 1024;
 
 class Effort {
  public:
   // False when the budget is used up, which stops the validation, or when it was stopped before.
-  [[nodiscard]] bool spend(size_t steps) {
-    if (steps > left_ || stopped()) {
+  [[nodiscard]] bool spend(std::size_t steps) {
+    if (steps > left_ || isStopped()) {
       return stop(Trouble::kTooMuchWork);
     }
     left_ -= steps;
@@ -62,17 +61,16 @@ class Effort {
   // Takes a stop back: what made it turned out not to count.
   void forget() { trouble_ = Trouble::kNone; }
 
-  [[nodiscard]] bool stopped() const { return trouble_ != Trouble::kNone; }
+  [[nodiscard]] bool isStopped() const { return trouble_ != Trouble::kNone; }
   [[nodiscard]] Trouble trouble() const { return trouble_; }
 
  private:
   // A step is a keyword looked at, a value compared, a member visited: some tens of nanoseconds on
   // a desk computer, so that the whole is less than a second there. A request takes thousands.
-  size_t left_ = 10'000'000;
+  std::size_t left_ = 10'000'000;
   Trouble trouble_ = Trouble::kNone;
 };
 
-}  // namespace schema
-}  // namespace hearth
+}  // namespace hearth::schema
 
 #endif

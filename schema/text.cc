@@ -1,27 +1,26 @@
+// Putting texts together, and a number in digits.
 #include "schema/text.h"
 
 #include <cinttypes>
 #include <cstdio>
 
-namespace hearth {
-namespace schema {
+namespace hearth::schema {
 
-void append(std::string* out, std::initializer_list<std::string_view> texts) {
+void append(std::initializer_list<std::string_view> texts, std::string& out) {
   for (const std::string_view text : texts) {
-    *out += text;
+    out += text;
   }
 }
 
 std::string joined(std::initializer_list<std::string_view> texts) {
   std::string out;
-  append(&out, texts);
+  append(texts, out);
   return out;
 }
 
 std::string decimal(uint64_t number) {
   char text[24];
-  return {text, static_cast<size_t>(snprintf(text, sizeof text, "%" PRIu64, number))};
+  return {text, static_cast<std::size_t>(snprintf(text, sizeof(text), "%" PRIu64, number))};
 }
 
-}  // namespace schema
-}  // namespace hearth
+}  // namespace hearth::schema

@@ -11,13 +11,12 @@
 
 struct json_object;
 
-namespace hearth {
-namespace schema {
+namespace hearth::schema {
 
 // The versions of the schema language, oldest first.
 enum class Draft : uint8_t { k4, k6, k7, k2019, k2020 };
 
-// Why an instance does not conform: a rule that it breaks.
+// A rule that an instance breaks, or the reason that ended the validation.
 struct Violation {
   std::string instanceLocation;  // JSON pointer to the value at fault, "" for the whole instance
   std::string schemaLocation;    // JSON pointer to the rule; a built-in metaschema's URI before it
@@ -26,7 +25,7 @@ struct Violation {
   std::string message;           // for a person: "must be at most 64 characters long, but has 80"
 };
 
-// Whether the instance conforms to the schema. Neither value is changed, kept or released; a null
+// True when the instance conforms to the schema. Neither value is changed, kept or released; a null
 // instance is JSON's null, and nothing conforms to a null schema. A schema that does not name its
 // draft is read as `unnamed`. A schema that cannot be used, or that asks for more work, depth or
 // memory than there is, is never conformed to. With a violation, the first one in the order of the
@@ -41,14 +40,13 @@ struct Violation {
 struct Audience {
   bool (*found)(void* context, Violation& violation);
   void* context;
-  size_t limit;
+  std::size_t limit;
 };
 
 // The same question, with every violation told as hearth/violations.h has it.
 Conformance tellViolations(json_object* instance, json_object* schema, Audience audience,
                            Draft unnamed = Draft::k7) noexcept;
 
-}  // namespace schema
-}  // namespace hearth
+}  // namespace hearth::schema
 
 #endif

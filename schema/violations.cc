@@ -1,4 +1,5 @@
-// The public operation over this folder's own validator.
+// The public operation over this folder's own validator: hands each violation on as C strings,
+// which are the validator's and live as long as the call.
 #include "hearth/violations.h"
 
 #include "schema/validate.h"
@@ -24,7 +25,8 @@ bool passOn(void* context, schema::Violation& told) {
 Conformance findViolations(json_object* instance, json_object* schema, unsigned int limit,
                            ViolationFound found, void* context) noexcept {
   Listener listener = {found, context};
-  return schema::tellViolations(instance, schema, {passOn, &listener, found ? limit : 0U});
+  return schema::tellViolations(instance, schema,
+                                {passOn, &listener, found != nullptr ? limit : 0U});
 }
 
 }  // namespace hearth

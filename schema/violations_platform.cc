@@ -1,4 +1,6 @@
-// The public operation over a platform's validator, which answers yes or no.
+// The public operation over a platform's validator, which answers yes or no: a no is told as one
+// violation of the whole instance. Only a schema that is neither object nor boolean is known to be
+// unusable.
 #include "hearth/violations.h"
 #include "schema/json_validate.h"
 
@@ -11,7 +13,7 @@ Conformance findViolations(json_object* instance, json_object* schema, unsigned 
   if (isSchema && json_validate_instance(instance, schema) != 0) {
     return Conformance::kConforms;
   }
-  if (found && limit > 0) {
+  if (found != nullptr && limit > 0) {
     found(context, {sizeof(Violation), "", "", "", "",
                     isSchema ? "breaks a rule of the schema"
                              : "cannot be checked: the schema is neither object nor boolean"});

@@ -1,4 +1,8 @@
 // The hearth command: its command line, and how every failure ends as one line and an exit code.
+//
+// The command line is CLI11's. Its callbacks run the chosen command while it parses; a command that
+// cannot do its work throws a Failure through the parser to main, which prints it. The output of a
+// command that succeeds is written last.
 #include <json-c/json.h>
 
 #include <algorithm>
@@ -8,8 +12,8 @@
 #include "hearth/be_config.h"
 #include "hearth/logger.h"
 #include "hearth/version.h"
-#include "tools/command.h"
-#include "tools/text.h"
+#include "tools/command/command.h"
+#include "tools/terminal/text.h"
 
 #ifdef HEARTH_HAS_PCRE2
 #define PCRE2_CODE_UNIT_WIDTH 8
@@ -19,6 +23,7 @@
 namespace hearth::tool {
 namespace {
 
+// The end of the help of the command line as a whole.
 constexpr char kHelp[] =
     "Examples:\n"
     "  hearth areas                                    what there is below ./data\n"
@@ -37,12 +42,14 @@ constexpr char kHelp[] =
     "hearth commands wait for each other, and none overwrites a change that it has not seen. The\n"
     "backend takes no part in that: what it holds in memory, it may save over an edit later.";
 
+// The options of all commands.
 struct GlobalOptions {
   std::string data;
   bool verbose = false;
 };
 
-// The library's log goes to standard error with descriptor 1, and to no file.
+// Called between parsing and running the command. The library prints its log on descriptor 1, which
+// Output has joined to standard error; it goes to no file.
 void configure(const GlobalOptions& options) {
   BEConfig::DATA_LOCATION = options.data;
   Logger::enableFileLog = 0;
@@ -64,6 +71,8 @@ std::string versions() {
 #endif
 }
 
+// The callback runs when the words are parsed and before the command does, in whatever order the
+// options and the command stand.
 void addGlobals(CLI::App& app, GlobalOptions& options) {
   options.data = BEConfig::DATA_LOCATION;
   app.add_option("--data", options.data, "the data location ($HEARTH_DATA; default ./data)")
@@ -75,7 +84,9 @@ void addGlobals(CLI::App& app, GlobalOptions& options) {
   app.parse_complete_callback([&options] { configure(options); });
 }
 
-// A negative number is no option: it goes behind a "--" at the end, where it is VALUE as before.
+// The words of the command line, in the reverse order that the parser takes. A negative number is
+// no option, but the parser would take it for one: it is moved behind a "--" at the end, where it
+// is VALUE as before.
 std::vector<std::string> arguments(int argc, char** argv) {
   std::vector<std::string> words(argv + 1, argv + argc);
   const auto end = std::find(words.begin(), words.end(), "--");
@@ -84,16 +95,18 @@ std::vector<std::string> arguments(int argc, char** argv) {
   };
   const auto negative = std::stable_partition(
       words.begin(), end, [&](const std::string& word) { return !isNegative(word); });
+  // One "--" in front of the numbers serves for all words behind it; a second would be a word.
   if (negative != end) {
     words.insert(negative, "--");
     words.erase(std::remove(std::find(words.begin(), words.end(), "--") + 1, words.end(), "--"),
                 words.end());
   }
-  std::reverse(words.begin(), words.end());  // as the parser takes them
+  std::reverse(words.begin(), words.end());
   return words;
 }
 
-std::string commandNames(const CLI::App& app, const std::string& word) {
+// "; did you mean 'get'?", or nothing.
+std::string suggestCommand(const CLI::App& app, const std::string& word) {
   std::vector<std::string> names;
   for (const CLI::App* const command :
        app.get_subcommands([](const CLI::App* sub) { return !sub->get_group().empty(); })) {
@@ -102,6 +115,7 @@ std::string commandNames(const CLI::App& app, const std::string& word) {
   return didYouMean(word, names);
 }
 
+// Prints the parser's message, in this command's words where the parser's would not help.
 int complainOf(const CLI::App& app, const CLI::ParseError& error) {
   const std::vector<CLI::App*> chosen = app.get_subcommands();
   std::string text = error.what();
@@ -111,17 +125,19 @@ int complainOf(const CLI::App& app, const CLI::ParseError& error) {
   }
   if (chosen.empty() && !app.remaining().empty()) {
     const std::string word = app.remaining().front();
-    text = "no command " + inQuotes(word) + commandNames(app, word);
+    text = "no command " + inQuotes(word) + suggestCommand(app, word);
   }
   const std::string command = chosen.empty() ? "" : chosen.front()->get_name() + " ";
   complain(text + " (try 'hearth " + command + "--help')");
   return static_cast<int>(Exit::kUsage);
 }
 
+// Puts the command line together, parses it, which runs the command, and writes the output.
 int run(int argc, char** argv) {
   Context context;
   GlobalOptions globals;
   CLI::App app("Look into and change the documents and databases of a gateway", "hearth");
+  // The parser's help says much about each option that its own text says better.
   for (const char* const noise : {"TEXT", "REQUIRED", "Excludes"}) {
     app.get_formatter()->label(noise, "");
   }
@@ -145,13 +161,15 @@ int run(int argc, char** argv) {
   } catch (const CLI::ParseError& error) {
     return complainOf(app, error);
   }
-  context.out.finish();
+  context.out.finish();  // also prints help and version
   return static_cast<int>(context.exit);
 }
 
 }  // namespace
 }  // namespace hearth::tool
 
+// No exception leaves the command: a Failure brings its exit code, any other counts as trouble
+// with a file.
 int main(int argc, char** argv) {
   using namespace hearth::tool;
   try {

@@ -1,197 +1,143 @@
-#include "examples/gatewayd/areas.h"
+#include "areas.h"
 
+#include <algorithm>
 #include <chrono>
-#include <optional>
-#include <thread>
 
-#include "examples/gatewayd/messages.h"
-#include "examples/gatewayd/redaction.h"
-#include "examples/gatewayd/url_path.h"
+#include "messages.h"
+#include "url_path.h"
 
 namespace {
 
-struct PutJson {
-  void operator()(json_object* value) const { json_object_put(value); }
-};
-using Json = std::unique_ptr<json_object, PutJson>;
+using hearth::Fault;
+using hearth::View;
 
-// The whole database of an area. hearth refuses a held area at once; another request of the same
-// session holds it for milliseconds only, so a few more tries spare the client one.
-class Database {
- public:
-  Database(API_TYPE_T area, const std::string& key) {
-    constexpr int kTries = 200;
-    for (int i = 0; i < kTries; ++i) {
-      lock_.emplace(area, "", key);
-      if (*lock_) {
-        return;
-      }
-      std::this_thread::sleep_for(std::chrono::milliseconds(1));
-    }
+// How long a request waits for another one that holds its area.
+constexpr std::chrono::seconds kPatience(2);
+
+int statusOf(Fault fault) {
+  switch (fault) {
+    case Fault::kNoValue:
+      return 404;
+    case Fault::kNotStored:
+      return 409;
+    case Fault::kRefused:
+      return 422;
+    case Fault::kBusy:
+      return 423;
+    case Fault::kNoSession:
+      return 401;
+    default:
+      return 500;
   }
-
-  explicit operator bool() const { return lock_.has_value() && *lock_ && value() != nullptr; }
-  TreeMapObject& operator*() const { return *lock_->operator->(); }
-  TreeMapObject* operator->() const { return lock_->operator->(); }
-  json_object* value() const { return lock_->operator->()->jobj; }
-  [[nodiscard]] bool save() { return lock_->save(); }
-
- private:
-  std::optional<AreaLock> lock_;
-};
-
-Answer noDatabase(API_TYPE_T area, const Databases& databases) {
-  const LOCALDB_HANDLER* const handler = LocalDbCtrl::getDBByKey(databases.key().c_str());
-  if (handler != nullptr &&
-      __atomic_load_n(&handler->state[area], __ATOMIC_ACQUIRE) == LDB_LOCKED) {
-    return {Outcome::kHeld, "", "another request holds this area; try again"};
-  }
-  return {Outcome::kBroken, "", "this area's database cannot be read"};
 }
+
+Answer failed(const hearth::Failure& failure) {
+  return {statusOf(failure.fault), "", failure.sentence};
+}
+
+const Answer kNotFound = {404, "", "nothing is at this path"};
+const Answer kDoesNotFit = {409, "", "this cannot be done to the value at this path"};
 
 bool namesSecret(const std::vector<std::string>& segments) {
-  for (const std::string& segment : segments) {
-    if (isSecret(segment)) {
-      return true;
-    }
-  }
-  return false;
+  return std::any_of(segments.begin(), segments.end(), hearth::isSecretName);
 }
 
-// The value at a path as text, or "null"; secrets are left out of it.
-std::string show(const TreeMapObject& database, const std::string& path) {
-  const Handle copy(database.clone(path.c_str()));
-  if (copy == nullptr) {
-    return "null";
-  }
-  removeSecrets(copy->jobj);
-  return json_object_to_json_string_ext(copy->jobj,
-                                        JSON_C_TO_STRING_PLAIN | JSON_C_TO_STRING_NOSLASHESCAPE);
+std::string forClient(View value) {
+  const hearth::Result<hearth::Value> shown = hearth::withoutSecrets(value);
+  return shown ? hearth::toText(*shown) : "null";
 }
 
-// Puts a value into a database.
-bool put(TreeMapObject& database, const Target& target, json_object* value) {
-  return JsonData::setJObj(database.jobj, target.path.c_str(), value) == 0;
-}
-
-// Merges the members of `changes` into the object at the target, as a JSON merge patch does: null
-// removes a member, an object merges with what is there, anything else replaces it.
-bool merge(json_object* object, json_object* changes) {
-  json_object_object_foreach(changes, name, change) {
+// Merges the members of `changes` into an object, as a JSON merge patch does: null removes a
+// member, an object merges with what is there, anything else replaces it.
+void merge(View object, View changes) {
+  for (const auto& [name, change] : hearth::members(changes)) {
     json_object* member = nullptr;
-    json_object_object_get_ex(object, name, &member);
-    if (change == nullptr) {
-      json_object_object_del(object, name);
-    } else if (json_object_is_type(change, json_type_object) == 0) {
-      if (json_object_object_add(object, name, json_object_get(change)) != 0) {
-        return false;
-      }
+    json_object_object_get_ex(object.raw(), name.data(), &member);
+    if (!change) {
+      json_object_object_del(object.raw(), name.data());
+    } else if (!change.isObject()) {
+      json_object_object_add(object.raw(), name.data(), hearth::Value::sharing(change).release());
     } else {
-      if (json_object_is_type(member, json_type_object) == 0) {
-        member = json_object_new_object();
-        json_object_object_add(object, name, member);
+      if (!View(member).isObject()) {
+        member = hearth::newObject().release();
+        json_object_object_add(object.raw(), name.data(), member);
       }
-      if (!merge(member, change)) {
-        return false;
-      }
+      merge(member, change);
     }
   }
-  return true;
 }
 
-// Makes the change; an outcome other than kDone and kMade says why it cannot be made.
-Outcome apply(TreeMapObject& database, const Change& change) {
-  const Target target = findTarget(database, change.segments);
-  if (target.kind == Target::Kind::kNothing) {
-    return Outcome::kNotFound;
-  }
+// Makes the change in the copy. The status is a success's, or says why it cannot be made.
+Answer apply(hearth::Change& change, const Target& target, const Wanted& wanted) {
   const bool isThere = target.kind == Target::Kind::kValue;
-  switch (change.action) {
-    case Action::kReplace: {
-      // A copy: what the request has sent must not be shared by two databases.
-      const Json copy(change.value != nullptr ? JsonData::cloneObject(change.value) : nullptr);
-      if (target.kind == Target::Kind::kRoot || !put(database, target, copy.get())) {
-        return Outcome::kWrongType;
+  const bool isRoot = target.kind == Target::Kind::kRoot;
+  switch (wanted.action) {
+    case Action::kReplace:
+      if (isRoot) {
+        return kDoesNotFit;
       }
-      return isThere ? Outcome::kDone : Outcome::kMade;
-    }
+      change.set(target.path, wanted.value);
+      return {isThere ? 200 : 201, "", ""};
     case Action::kMerge: {
-      if (target.kind == Target::Kind::kFree) {
-        return Outcome::kNotFound;
+      const View object = hearth::find(change, target.path);
+      const hearth::Result<hearth::Value> changes = hearth::copy(wanted.value);
+      if (!isThere && !isRoot) {
+        return kNotFound;
       }
-      const Handle object(database.get(target.path.c_str()));
-      const Json copy(JsonData::cloneObject(change.value));
-      const bool fits = object != nullptr && copy != nullptr &&
-                        json_object_is_type(object->jobj, json_type_object) != 0;
-      return fits && merge(object->jobj, copy.get()) ? Outcome::kDone : Outcome::kWrongType;
+      if (!object.isObject() || !changes || !View(*changes).isObject()) {
+        return kDoesNotFit;
+      }
+      merge(object, *changes);
+      return {200, "", ""};
     }
     case Action::kRemove:
-      if (!isThere) {
-        return target.kind == Target::Kind::kRoot ? Outcome::kWrongType : Outcome::kNotFound;
+      if (!isRoot && !change.remove(target.path)) {
+        return kNotFound;
       }
-      database.del(target.path.c_str());
-      return Outcome::kDone;
+      return isRoot ? kDoesNotFit : Answer{200, "", ""};
   }
-  return Outcome::kWrongType;
-}
-
-std::string problemOf(Outcome outcome) {
-  switch (outcome) {
-    case Outcome::kNotFound:
-      return "nothing is at this path";
-    case Outcome::kWrongType:
-      return "this cannot be done to the value at this path";
-    default:
-      return "";
-  }
+  return kDoesNotFit;
 }
 
 }  // namespace
 
-Answer Areas::read(API_TYPE_T area, const std::vector<std::string>& segments,
-                   Databases& databases) {
+Answer readValue(API_TYPE_T area, const std::vector<std::string>& segments,
+                 const hearth::Session& session) {
   if (namesSecret(segments)) {
-    return {Outcome::kForbidden, "", "secrets can be set but not read"};
+    return {403, "", "secrets can be set but not read"};
   }
-  const Databases::Use use = databases.use(area);
-  const Database database(area, databases.key());
+  const hearth::Result<hearth::AreaLock> database =
+      hearth::AreaLock::take(area, "", session, kPatience);
   if (!database) {
-    return noDatabase(area, databases);
+    return failed(database.failure());
   }
   const Target target = findTarget(*database, segments);
   if (target.kind == Target::Kind::kNothing || target.kind == Target::Kind::kFree) {
-    return {Outcome::kNotFound, "", problemOf(Outcome::kNotFound)};
+    return kNotFound;
   }
-  return {Outcome::kDone, show(*database, target.path), ""};
+  return {200, forClient(hearth::find(*database, target.path)), ""};
 }
 
-Answer Areas::change(API_TYPE_T area, const Change& change, Databases& databases) {
-  const std::lock_guard<std::mutex> turn(turns_[area]);
-  const Databases::Use use = databases.use(area);
-  Database database(area, databases.key());
-  if (!database) {
-    return noDatabase(area, databases);
+Answer changeValue(API_TYPE_T area, const Wanted& wanted, const hearth::Session& session) {
+  hearth::Result<hearth::Change> change = hearth::Change::begin(area, "", session, kPatience);
+  if (!change) {
+    return failed(change.failure());
   }
-  const Handle attempt(database->clone(nullptr));
-  const Outcome outcome = attempt != nullptr ? apply(*attempt, change) : Outcome::kBroken;
-  if (outcome != Outcome::kDone && outcome != Outcome::kMade) {
-    return {outcome, "", problemOf(outcome)};
+  const Target target = findTarget(*change, wanted.segments);
+  if (target.kind == Target::Kind::kNothing) {
+    return kNotFound;
   }
-  // What the parser would not read back is not saved: the same limit shows in a copy.
-  if (Handle(attempt->clone(nullptr)) == nullptr) {
-    return {Outcome::kRefused, "", "the database would be nested too deep"};
+  Answer answer = apply(*change, target, wanted);
+  if (answer.status >= 400) {
+    return answer;
   }
-  const std::string refusal = findRefusal(area, change, *attempt, databases.key());
-  if (!refusal.empty()) {
-    return {Outcome::kRefused, "", refusal};
+  const hearth::Result<void> valid = validateRequest(area, wanted, *change, session.key());
+  if (!valid) {
+    return failed(valid.failure());
   }
-  apply(*database, change);
-  const std::string value = change.action == Action::kRemove
-                                ? ""
-                                : show(*database, findTarget(*database, change.segments).path);
-  if (!database.save()) {
-    return {Outcome::kBroken, "", "the change could not be saved; the file is as it was"};
+  if (wanted.action != Action::kRemove && !namesSecret(wanted.segments)) {
+    answer.value = forClient(hearth::find(*change, target.path));
   }
-  databases.noteSaved(area);
-  return {outcome, namesSecret(change.segments) ? "" : value, ""};
+  const hearth::Result<void> done = change->commit();
+  return done ? answer : failed(done.failure());
 }

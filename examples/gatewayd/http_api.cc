@@ -1,9 +1,7 @@
-#include "examples/gatewayd/http_api.h"
+#include "http_api.h"
 
-#include <json-c/json.h>
-
-#include "examples/gatewayd/messages.h"
-#include "examples/gatewayd/url_path.h"
+#include "messages.h"
+#include "url_path.h"
 
 namespace {
 
@@ -16,42 +14,18 @@ constexpr char kJson[] = "application/json";
 constexpr std::size_t kLongestPath = 512;
 
 void fail(Response& response, int status, const std::string& problem) {
-  const Handle message(new TreeMapObject(false));
-  message->set("error", problem.c_str());
+  const hearth::Value message = hearth::newObject();
+  static_cast<void>(hearth::set(message, "error", problem));
   response.status = status;
-  response.set_content(json_object_to_json_string_ext(
-                           message->jobj, JSON_C_TO_STRING_PLAIN | JSON_C_TO_STRING_NOSLASHESCAPE),
-                       kJson);
-}
-
-int statusOf(Outcome outcome) {
-  switch (outcome) {
-    case Outcome::kDone:
-      return 200;
-    case Outcome::kMade:
-      return 201;
-    case Outcome::kNotFound:
-      return 404;
-    case Outcome::kForbidden:
-      return 403;
-    case Outcome::kWrongType:
-      return 409;
-    case Outcome::kRefused:
-      return 422;
-    case Outcome::kHeld:
-      return 423;
-    case Outcome::kBroken:
-      break;
-  }
-  return 500;
+  response.set_content(hearth::toText(message), kJson);
 }
 
 void answer(Response& response, const Answer& result) {
-  if (!result.problem.empty() || statusOf(result.outcome) >= 400) {
-    fail(response, statusOf(result.outcome), result.problem);
+  if (result.status >= 400) {
+    fail(response, result.status, result.problem);
     return;
   }
-  response.status = result.value.empty() ? 204 : statusOf(result.outcome);
+  response.status = result.value.empty() ? 204 : result.status;
   if (!result.value.empty()) {
     response.set_content(result.value, kJson);
   }
@@ -85,21 +59,6 @@ bool isJson(const Request& request) {
   return request.get_header_value("Content-Type").rfind(kJson, 0) == 0;
 }
 
-// The value of a text that holds one JSON value and nothing else.
-bool parse(const std::string& text, json_object*& value) {
-  json_tokener* const tokener = json_tokener_new();
-  if (tokener == nullptr) {
-    return false;
-  }
-  json_tokener_set_flags(tokener, JSON_TOKENER_STRICT | JSON_TOKENER_VALIDATE_UTF8);
-  // With its NUL, so that a number at the end is known to be whole.
-  value = json_tokener_parse_ex(tokener, text.c_str(), static_cast<int>(text.size()) + 1);
-  const bool isWhole = json_tokener_get_error(tokener) == json_tokener_success &&
-                       text.find('\0') == std::string::npos;
-  json_tokener_free(tokener);
-  return isWhole;
-}
-
 void setCommonHeaders(const Request& request, Response& response) {
   response.set_header("X-Content-Type-Options", "nosniff");
   response.set_header("Referrer-Policy", "no-referrer");
@@ -115,7 +74,7 @@ void logRequest(API_TYPE_T area, const std::string& stem, const Request& request
   const auto group = static_cast<LOG_GROUP_T>(LOG_GROUP_APIV1_GATEWAY + static_cast<int>(area));
   Logger::print(LOG_INFO, area == API_MISC ? LOG_GROUP_API_AL : group, "%s %s by %s: %d\n",
                 request.method.c_str(), stem.empty() ? "(unnamed)" : stem.c_str(),
-                session.databases->key().c_str(), response.status);
+                session.databases.key().c_str(), response.status);
 }
 
 }  // namespace
@@ -163,7 +122,7 @@ bool HttpApi::mayProceed(const Request& request, Response& response) {
 bool HttpApi::find(const Request& request, Response& response, Work& work) {
   const std::string rest = request.path.substr(sizeof(kApi) - 1);
   const std::size_t slash = std::min(rest.find('/'), rest.size());
-  const auto area = areaNamed(rest.substr(0, slash));
+  const auto area = hearth::areaNamed(rest.substr(0, slash));
   if (!area) {
     fail(response, 404, "there is no such area");
     return false;
@@ -183,12 +142,11 @@ bool HttpApi::find(const Request& request, Response& response, Work& work) {
 
 void HttpApi::read(const Request& request, Response& response) {
   if (request.path == "/api/v1/areas") {
-    const Handle names(new TreeMapObject(true));
+    const hearth::Value names = hearth::newArray();
     for (const char* const name : API_DATA_DIR) {
-      names->addArrayItem(name);
+      static_cast<void>(hearth::append(names, name));
     }
-    response.set_content(json_object_to_json_string_ext(names->jobj, JSON_C_TO_STRING_PLAIN),
-                         kJson);
+    response.set_content(hearth::toText(names), kJson);
     return;
   }
   Work work;
@@ -196,7 +154,7 @@ void HttpApi::read(const Request& request, Response& response) {
     return;
   }
   const std::string stem = stemOfRead(work.area, work.segments);
-  answer(response, areas_.read(work.area, work.segments, *work.session->databases));
+  answer(response, readValue(work.area, work.segments, work.session->databases));
   logRequest(work.area, stem, request, *work.session, response);
 }
 
@@ -205,14 +163,14 @@ void HttpApi::change(Action action, const Request& request, Response& response) 
   if (!find(request, response, work)) {
     return;
   }
-  json_object* value = nullptr;
-  if (action != Action::kRemove && !parse(request.body, value)) {
-    fail(response, 400, "the body is no JSON value");
+  const hearth::Result<hearth::Value> body =
+      action != Action::kRemove ? hearth::parse(request.body) : hearth::Value();
+  if (!body) {
+    fail(response, 400, "the body is no JSON: " + body.failure().sentence);
     return;
   }
-  const Handle owner(new TreeMapObject(value));
-  const Change wanted = {action, work.segments, value};
-  answer(response, areas_.change(work.area, wanted, *work.session->databases));
+  const Wanted wanted = {action, work.segments, *body};
+  answer(response, changeValue(work.area, wanted, work.session->databases));
   logRequest(work.area, stemOfChange(work.area, wanted), request, *work.session, response);
 }
 

@@ -18,9 +18,9 @@
 
 #include <string>
 
-#include "examples/gatewayd/areas.h"
-#include "examples/gatewayd/login.h"
-#include "examples/gatewayd/sessions.h"
+#include "areas.h"
+#include "login.h"
+#include "sessions.h"
 
 class HttpApi {
  public:
@@ -47,7 +47,6 @@ class HttpApi {
 
   SessionStore& sessions_;
   Login& login_;
-  Areas areas_;
 };
 
 #endif

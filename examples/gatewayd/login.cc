@@ -1,20 +1,25 @@
-#include "examples/gatewayd/login.h"
+#include "login.h"
 
 #include <memory>
 
-#include "examples/backend.h"
-#include "examples/gatewayd/messages.h"
+namespace {
+
+bool conforms(int32_t setting, hearth::View message, const char* label) {
+  return setting == 0 || hearth::validateMessage(message, API_GATEWAY, label);
+}
+
+}  // namespace
 
 LoginResult Login::attempt(const std::string& request, const std::string& address) {
-  const Handle message(new TreeMapObject(false));
-  message->set("messageId", 1);
-  const Handle data(JsonData::createObject(request.c_str()));
-  if (data == nullptr || json_object_is_type(data->jobj, json_type_object) == 0) {
+  hearth::Result<hearth::Value> data = hearth::parse(request);
+  if (!data || !hearth::View(*data).isObject()) {
     return answer(400, "", "the request is no JSON object", 0);
   }
-  message->set("data", data.get());
-  message->set("data.address", address.c_str());
-  if (!conforms(BEConfig::VALIDATION_ON_REQUEST, *message, API_GATEWAY, "GATEWAY_LOGIN_REQ")) {
+  const hearth::Value message = hearth::newObject();
+  const bool isMade = hearth::set(message, "messageId", 1) &&
+                      hearth::set(message, "data", std::move(*data)) &&
+                      hearth::set(message, "data.address", address);
+  if (!isMade || !conforms(BEConfig::VALIDATION_ON_REQUEST, message, "GATEWAY_LOGIN_REQ")) {
     return answer(422, "", "the login request does not conform to its schema", 0);
   }
 
@@ -25,7 +30,7 @@ LoginResult Login::attempt(const std::string& request, const std::string& addres
   }
   // Counted before the password is looked at: whatever happens next, the attempt was made.
   BELoginRecord::setAttempt(address.c_str());
-  if (!isRight(*message)) {
+  if (!isRight(message)) {
     const unsigned int nextWait = BELoginRecord::getAttempt(address.c_str()).waitMinutes;
     Logger::print(LOG_WARNING, LOG_GROUP_APIV1_GATEWAY, "GATEWAY_LOGIN_REQ from %s refused\n",
                   address.c_str());
@@ -41,34 +46,35 @@ LoginResult Login::attempt(const std::string& request, const std::string& addres
   return answer(200, token, "ok", 0);
 }
 
-bool Login::isRight(TreeMapObject& message) const {
-  const char* user = nullptr;
-  const char* password = nullptr;
-  const bool isComplete =
-      message.get_ex("data.user", user) && message.get_ex("data.password", password);
-  return isComplete && static_cast<int>(equalInConstantTime(user, user_)) +
-                               static_cast<int>(equalInConstantTime(password, password_)) ==
-                           2;
+bool Login::isRight(hearth::View message) const {
+  const auto user = hearth::get<std::string>(message, "data.user");
+  const auto password = hearth::get<std::string>(message, "data.password");
+  return user && password &&
+         static_cast<int>(equalInConstantTime(*user, user_)) +
+                 static_cast<int>(equalInConstantTime(*password, password_)) ==
+             2;
 }
 
 LoginResult Login::answer(int status, const std::string& token, const char* text,
                           unsigned int waitMinutes) const {
-  const Handle message(new TreeMapObject(false));
-  message->set("messageId", 2);
-  message->set("status.code", status == 200 ? 0 : 1);
-  message->set("status.text", text);
-  message->set("data.waitMinutes", waitMinutes);
+  const hearth::Value message = hearth::newObject();
+  const auto put = [&message](const char* path, const auto& value) {
+    static_cast<void>(hearth::set(message, path, value));
+  };
+  put("messageId", 2);
+  put("status.code", status == 200 ? 0 : 1);
+  put("status.text", text);
+  put("data.waitMinutes", waitMinutes);
   const std::shared_ptr<Session> session = sessions_.find(token);
   if (session != nullptr) {
-    message->set("data.session", session->databases->key().c_str());
-    message->set("data.role", "administrator");
-    message->set("data.expiresInSeconds", static_cast<int>(sessions_.idleLimit().count()));
-    message->set("data.mustChangePassword", false);
-    if (!conforms(BEConfig::VALIDATION_ON_RESPONSE, *message, API_GATEWAY, "GATEWAY_LOGIN_RESP")) {
+    put("data.session", session->databases.key());
+    put("data.role", "administrator");
+    put("data.expiresInSeconds", sessions_.idleLimit().count());
+    put("data.mustChangePassword", false);
+    if (!conforms(BEConfig::VALIDATION_ON_RESPONSE, message, "GATEWAY_LOGIN_RESP")) {
       sessions_.close(token);
       return answer(500, "", "the response does not conform to its schema", 0);
     }
   }
-  return {status, token, json_object_to_json_string_ext(message->jobj, JSON_C_TO_STRING_PLAIN),
-          waitMinutes};
+  return {status, token, hearth::toText(message), waitMinutes};
 }

@@ -5,7 +5,7 @@
 #include <mutex>
 #include <string>
 
-#include "examples/gatewayd/sessions.h"
+#include "sessions.h"
 
 struct LoginResult {
   int status;         // of the HTTP answer
@@ -23,7 +23,7 @@ class Login {
   LoginResult attempt(const std::string& request, const std::string& address);
 
  private:
-  bool isRight(TreeMapObject& message) const;
+  bool isRight(hearth::View message) const;
   LoginResult answer(int status, const std::string& token, const char* text,
                      unsigned int waitMinutes) const;
 

@@ -9,8 +9,7 @@
 #include <cstring>
 #include <string>
 
-#include "examples/gatewayd/http_api.h"
-#include "hearth/hearth.h"
+#include "http_api.h"
 
 namespace {
 

@@ -1,11 +1,7 @@
-#include "examples/gatewayd/messages.h"
-
-#include <json-c/json.h>
+#include "messages.h"
 
 #include <cstdlib>
 #include <sstream>
-
-#include "schema/validate.h"
 
 namespace {
 
@@ -93,48 +89,28 @@ Match findResource(API_TYPE_T area, const std::vector<std::string>& segments) {
 }
 
 // The message that says what the resource now is.
-Handle makeMessage(const Match& match, const TreeMapObject& now, unsigned int row,
-                   const std::string& sessionKey) {
+hearth::Value makeMessage(const Match& match, hearth::View now, unsigned int row,
+                          const std::string& sessionKey) {
   const Resource& resource = *match.resource;
-  Handle message(new TreeMapObject(false));
-  message->set("messageId", static_cast<int>(row) + 1);
-  message->set("session", sessionKey.c_str());
+  hearth::Value message = hearth::newObject();
+  const auto put = [&message](const std::string& path, const auto& value) {
+    static_cast<void>(hearth::set(message, path, value));  // what is missing, the schema will say
+  };
+  put("messageId", row + 1);
+  put("session", sessionKey);
   if (resource.firstId[0] != '\0') {
-    message->set((std::string("data.") + resource.firstId).c_str(), match.firstIndex);
+    put(std::string("data.") + resource.firstId, match.firstIndex);
   }
   if (resource.ownId[0] != '\0') {
-    message->set((std::string("data.") + resource.ownId).c_str(), now.get<int>("id"));
+    put(std::string("data.") + resource.ownId, hearth::getOr(now, "id", 0));
   }
-  const Handle part(now.get(resource.part));
+  const hearth::View part = hearth::find(now, resource.part);
   for (const std::string& member : split(resource.members, ' ')) {
-    const Handle copy(part != nullptr ? part->clone(member.c_str()) : nullptr);
-    if (copy != nullptr) {
-      message->set(("data." + member).c_str(), copy.get());
+    if (const hearth::View value = hearth::find(part, member)) {
+      put("data." + member, value);
     }
   }
   return message;
-}
-
-// Why a document does not conform to the schema in a file; empty when it does, or when there is no
-// such file. hearth itself answers yes or no; the reason comes from its validator.
-std::string violationOf(const TreeMapObject& document, const char* schemaFile,
-                        const std::string& prefix) {
-  const Handle schema(JsonData::createObjectFromFile(schemaFile));
-  if (schema == nullptr) {
-    return "";
-  }
-  hearth::schema::Violation violation;
-  if (hearth::schema::validate(document.jobj, schema->jobj, &violation)) {
-    return "";
-  }
-  return prefix + violation.instanceLocation + ": " + violation.message + " (rule " +
-         violation.schemaLocation + ")";
-}
-
-// The schema of an area's whole database stands beside it: "wifi/wifi_SCHEMA.ldb".
-std::string areaSchema(API_TYPE_T area) {
-  std::string name = LocalDbCtrl::getFileName(area);
-  return name.insert(name.rfind(".ldb"), "_SCHEMA");
 }
 
 }  // namespace
@@ -144,34 +120,28 @@ std::string stemOfRead(API_TYPE_T area, const std::vector<std::string>& segments
   return match.resource != nullptr ? match.resource->read : "";
 }
 
-std::string stemOfChange(API_TYPE_T area, const Change& change) {
-  const Match match = findResource(area, change.segments);
-  if (match.resource == nullptr || (match.isWhole && change.action == Action::kRemove)) {
+std::string stemOfChange(API_TYPE_T area, const Wanted& wanted) {
+  const Match match = findResource(area, wanted.segments);
+  if (match.resource == nullptr || (match.isWhole && wanted.action == Action::kRemove)) {
     return "";
   }
-  const bool isMade = match.isWhole && change.action == Action::kReplace;
+  const bool isMade = match.isWhole && wanted.action == Action::kReplace;
   return isMade ? match.resource->made : match.resource->changed;
 }
 
-std::string findRefusal(API_TYPE_T area, const Change& change, const TreeMapObject& changed,
-                        const std::string& sessionKey) {
-  if (BEConfig::VALIDATION_ON_REQUEST == 0) {
-    return "";
+hearth::Result<void> validateRequest(API_TYPE_T area, const Wanted& wanted, hearth::View changed,
+                                     const std::string& sessionKey) {
+  const std::string label = stemOfChange(area, wanted) + "_REQ";
+  const std::optional<unsigned int> row = hearth::messageRow(area, label);
+  const Match match = findResource(area, wanted.segments);
+  const hearth::View now = hearth::find(changed, match.path);
+  if (BEConfig::VALIDATION_ON_REQUEST == 0 || !row || !now) {
+    return {};
   }
-  const std::string stem = stemOfChange(area, change);
-  if (!stem.empty()) {
-    const Match match = findResource(area, change.segments);
-    const std::string label = stem + "_REQ";
-    const unsigned int row = messageRow(area, label.c_str());
-    const Handle now(changed.get(match.path.c_str()));
-    const Handle message(now != nullptr ? makeMessage(match, *now, row, sessionKey) : nullptr);
-    if (message != nullptr && LocalDbCtrl::validateObject(message.get(), area, row) != 0) {
-      return violationOf(*message, LocalDbCtrl::getSchemaFile(area, row), label + " at ");
-    }
+  const hearth::Value message = makeMessage(match, now, *row, sessionKey);
+  hearth::Failure failure = hearth::validateMessage(message, area, *row).failure();
+  if (failure.fault != hearth::Fault::kNone) {
+    failure.sentence.insert(0, label + " at ");
   }
-  return violationOf(changed, areaSchema(area).c_str(), "");
-}
-
-bool conforms(int32_t setting, TreeMapObject& document, API_TYPE_T area, const char* label) {
-  return setting == 0 || LocalDbCtrl::validateObject(&document, area, messageRow(area, label)) == 0;
+  return failure;
 }

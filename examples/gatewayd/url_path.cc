@@ -1,8 +1,6 @@
-#include "examples/gatewayd/url_path.h"
+#include "url_path.h"
 
 #include <algorithm>
-
-#include "examples/backend.h"
 
 namespace {
 
@@ -21,15 +19,6 @@ bool isPlain(const std::string& segment) {
 
 }  // namespace
 
-std::optional<API_TYPE_T> areaNamed(const std::string& segment) {
-  for (unsigned int area = API_GATEWAY; area <= API_MISC; ++area) {
-    if (segment == LocalDbCtrl::getApiDir(area)) {
-      return static_cast<API_TYPE_T>(area);
-    }
-  }
-  return std::nullopt;
-}
-
 std::optional<std::vector<std::string>> splitSegments(const std::string& rest) {
   std::vector<std::string> segments;
   for (std::size_t start = 0; start < rest.size();) {
@@ -43,35 +32,28 @@ std::optional<std::vector<std::string>> splitSegments(const std::string& rest) {
   return segments;
 }
 
-Target findTarget(const TreeMapObject& database, const std::vector<std::string>& segments) {
+Target findTarget(hearth::View database, const std::vector<std::string>& segments) {
   Target target;
   target.kind = Target::Kind::kRoot;
   for (const std::string& segment : segments) {
-    const Handle container(target.kind == Target::Kind::kFree ? nullptr
-                                                              : database.get(target.path.c_str()));
-    if (container == nullptr) {
-      return {};
-    }
-    const int length = container->len();
-    const bool isObject = json_object_is_type(container->jobj, json_type_object) != 0;
-    if (!isObject && (length < 0 || !isIndex(segment))) {
-      return {};
-    }
-    const std::string token = isObject ? segment : "[" + segment + "]";
-    target.container = target.path;
-    target.path += (target.path.empty() ? "" : ".") + token;
-    target.name = segment;
-    if (isObject) {
-      json_object* member = nullptr;
-      const bool found = json_object_object_get_ex(container->jobj, token.c_str(), &member) != 0;
-      target.kind = found ? Target::Kind::kValue : Target::Kind::kFree;
-    } else {
-      const int index = std::stoi(segment);
+    const hearth::View container =
+        target.kind == Target::Kind::kFree ? hearth::View() : hearth::find(database, target.path);
+    bool isThere = false;
+    if (container.isObject()) {
+      isThere = json_object_object_get_ex(container.raw(), segment.c_str(), nullptr) != 0;
+    } else if (container.isArray() && isIndex(segment)) {
+      const std::size_t length = hearth::elements(container).size();
+      const auto index = static_cast<std::size_t>(std::stoi(segment));
       if (index > length) {
         return {};
       }
-      target.kind = index < length ? Target::Kind::kValue : Target::Kind::kFree;
+      isThere = index < length;
+    } else {
+      return {};
     }
+    target.path += target.path.empty() ? "" : ".";
+    target.path += container.isObject() ? segment : "[" + segment + "]";
+    target.kind = isThere ? Target::Kind::kValue : Target::Kind::kFree;
   }
   return target;
 }

@@ -7,14 +7,11 @@
 #ifndef HEARTH_EXAMPLES_GATEWAYD_URL_PATH_H
 #define HEARTH_EXAMPLES_GATEWAYD_URL_PATH_H
 
+#include <hearth/kit.h>
+
 #include <optional>
 #include <string>
 #include <vector>
-
-#include "hearth/hearth.h"
-
-// The area of a URL segment.
-std::optional<API_TYPE_T> areaNamed(const std::string& segment);
 
 // The segments of the rest of a URL; none when one of them cannot be part of a path.
 std::optional<std::vector<std::string>> splitSegments(const std::string& rest);
@@ -28,10 +25,8 @@ struct Target {
     kFree      // its container is there, and a value could be put into it
   };
   Kind kind = Kind::kNothing;
-  std::string path;       // as hearth writes it
-  std::string container;  // the path of the container
-  std::string name;       // the last segment
+  std::string path;  // as hearth writes it
 };
-Target findTarget(const TreeMapObject& database, const std::vector<std::string>& segments);
+Target findTarget(hearth::View database, const std::vector<std::string>& segments);
 
 #endif

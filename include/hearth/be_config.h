@@ -28,8 +28,10 @@ class HEARTH_API BEConfig {
   static int32_t LOG_INFO_ENABLE;
   static int32_t LOG_TO_FILE;  // read by Logger::init when it creates the log file
   static int32_t REPO_TYPE;
-  static int32_t AUTH_EXPIRATION;  // seconds when read from the file, else the default 1440
-  static int32_t AUTH_CLEANUP;     // seconds when the file has "system", else the default 60
+  static int32_t AUTH_EXPIRATION;  // seconds if the file has "timer" in "system" (86400 without
+                                   // a "session" there), else the default 1440
+  static int32_t AUTH_CLEANUP;     // seconds if the file has "system" (3600 without a
+                                   // "cleanup_time" there), else the default 60
   static int32_t WEBSERVER_PORT;
   static int32_t VALIDATION_ON_REQUEST;
   static int32_t VALIDATION_ON_RESPONSE;
@@ -42,7 +44,9 @@ class HEARTH_API BEConfig {
   static int32_t GUEST_NETWORK_ENABLE;
 
   // Texts. Relative paths are relative to the working directory; port lists are decimal numbers
-  // joined by commas, stored as given.
+  // joined by commas, stored as given. LOG_FILE and DATA_LOCATION stay valid to the end of the
+  // process, for threads that outlive main and for the report of a crash; the others are destroyed
+  // when the library is unloaded.
   static std::string LOG_FILE;       // read at every line
   static std::string DATA_LOCATION;  // first component of every database, message and schema file
   static std::string WEBSERVER_DOCROOT;
@@ -61,8 +65,9 @@ class HEARTH_API BEConfig {
   static std::string AUTH_SECRET_STR;
 
   // Overrides the settings from the JSON file at path, once per process, and starts the login
-  // records when "enable_bruteforce_prevent" is 1, true or missing. Its messages about missing and
-  // wrong keys go straight to standard output, since the logger is started after it.
+  // records: "enable_bruteforce_prevent" starts them with 1 and true, and also when it is missing
+  // or of a wrong type (null, 1.0, "0"); false and every other integer leave them stopped. Messages
+  // about missing and wrong keys go straight to standard output, since the logger is started later.
   // Failure: a file that is missing, unreadable or not JSON (a null path included) leaves every
   // default in force and starts nothing; a wrong key leaves its own default in force; a second call
   // only logs a warning. A file whose root is not an object ends the process with exit(0) after a
@@ -70,9 +75,9 @@ class HEARTH_API BEConfig {
   // Threads: call it once, on the start-up thread, before Logger::init.
   static void init(const char* path);
 
-  // The system's uptime in whole seconds.
-  // Failure: 0 when it cannot be read.
-  // Threads: any.
+  // The seconds since the system was started (not the backend, nor a session), from the first
+  // number of "/proc/uptime": rounded to six decimals, then cut to whole seconds, so 99.9999996
+  // gives 100. Failure: 0 when it cannot be read; beyond 32 bits, the nearest number. Threads: any.
   static int32_t get_Session_Uptime();
 };
 

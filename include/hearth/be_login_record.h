@@ -18,8 +18,10 @@ struct LOGIN_ATTEMPT_INFO {
 };
 
 // The file is the only state: every operation reads it whole, and those that change it replace it
-// whole. An operation that finds it unreadable, or its root not an array, logs an error and stops
-// the store; a later init starts it again with an empty file.
+// whole, or write it in place where it cannot be replaced (a full disk, a folder that takes no new
+// file, a file that is a mount point). An operation that finds it unreadable, or its root not an
+// array, logs an error and stops the store: from then on nothing is counted and no address waits,
+// until the backend calls init again, which starts with an empty file.
 class HEARTH_API BELoginRecord {
  public:
   BELoginRecord() = delete;
@@ -27,23 +29,26 @@ class HEARTH_API BELoginRecord {
   // The store is started: init has made its file, and no operation has found it broken since.
   static std::atomic<bool> isRunning;
 
-  // Held by the three record operations from before the file is read until after it is written.
+  // Held by the three record operations from before the file is read until after it is written. Not
+  // taken by init and deinit: a backend that calls those while requests run holds it around the
+  // call.
   static pthread_mutex_t lock;
 
-  // Starts the store on a new, empty file. BEConfig::init calls it when the configuration asks.
+  // Starts the store on an empty file: counts of an earlier run are gone. BEConfig::init calls it
+  // when the configuration asks; after an operation has stopped the store, the backend does.
   // Failure: a file that cannot be written is reported on standard output, and the store stays
   // stopped; a store that is running already is left alone, with a warning.
-  // Threads: none may be in a record operation meanwhile.
+  // Threads: none may be in a record operation meanwhile; see lock.
   static void init();
 
   // Empties the file. The store stays as it was, started or stopped.
   // Failure: reported on standard output.
-  // Threads: none may be in a record operation meanwhile.
+  // Threads: none may be in a record operation meanwhile; see lock.
   static void deinit();
 
   // Counts one attempt of the address, at the current time.
-  // Failure: a null address is logged; a stopped store does nothing; a file that cannot be written
-  // keeps what it held. The result is 1 in every case.
+  // Failure: a null address is logged; a stopped store does nothing; an attempt that cannot be
+  // written to the file is lost, which is logged as an error. The result is 1 in every case.
   // Ownership: the address is copied, exactly as given.
   // Threads: any.
   static int setAttempt(const char* ipAddress);

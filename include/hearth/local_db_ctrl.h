@@ -42,7 +42,10 @@ enum LOCALDB_STATE_T : uint32_t {
 };
 
 // The databases of one session, one slot per area. Made and destroyed by LocalDbCtrl; the fields
-// are there to be looked at.
+// are there to be looked at. Threads: others may be changing them, so read a state with
+// __atomic_load_n(&handler->state[area], __ATOMIC_ACQUIRE); it may have changed when you act on it.
+// localdb and what it points to belong to the slot's holder, the mutex to the library. Requires:
+// the session is not removed meanwhile.
 struct HEARTH_API LOCALDB_HANDLER {
   LOCALDB_HANDLER();
   ~LOCALDB_HANDLER();
@@ -63,15 +66,18 @@ class HEARTH_API LocalDbCtrl {
   // --- Sessions ----------------------------------------------------------------------------------
 
   // The handlers by session key. Owned by the registry; change it through the operations below
-  // only.
+  // only, and look into it while no other thread is in one of them. It is never destroyed: the
+  // operations work on for threads that outlast the program's static objects.
   static std::map<std::string, LOCALDB_HANDLER*> controllers;
 
   // Registers a new handler under "default", with nothing loaded yet, and drops all earlier ones.
+  // Removes the temporary files that saves of a process that died have left in the areas' folders.
   // Threads: call it once, before any other database operation.
   static void init();
 
   // Makes a handler for the session and loads every area's file into it as last saved; what another
   // handler holds unsaved is not seen. A file that does not load is tried again by its first lock.
+  // All eight copies stay in memory until they are saved or the session is removed.
   // Result: 1 when made; 0 for a null key and for a session that has one already.
   // Ownership: the key is copied; the handler is the registry's.
   static int cloneNewDB(const char* sessionKey);
@@ -82,30 +88,46 @@ class HEARTH_API LocalDbCtrl {
   static LOCALDB_HANDLER* getDBByKey(const char* sessionKey);
 
   // Removes the session and destroys its handler; "default" is a session like any other. Waits for
-  // the holders of its slots, but not for a save that is writing and not for the calling thread
-  // itself: a slot still held keeps the handler alive until its holder is done.
+  // the holders of its slots and for the saves that they end with: what was saved is in its file
+  // when this returns, so a handler made afterwards has read it. A slow device holds it up, and so
+  // does a database that is a pipe: as long as somebody drains it, then for a second.
+  // Slots that the calling thread holds itself are logged and left to it; they keep the handler
+  // alive until they are saved or unlocked, under the same key.
   // Result: 1 in every case.
   // Requires: the calling thread holds no slot of another handler that is being removed.
   static int removeDB(const char* sessionKey);
 
   // --- Lock, save, unlock ------------------------------------------------------------------------
   // The holder of a slot is the thread that locked it; it ends its lock with exactly one save or
-  // unlock for the same area and key, even if the session has been removed since. A thread that
-  // exits without doing so leaves the slot locked for good.
+  // unlock for the same area and key, even if the session has been removed or made anew since: a
+  // thread's save or unlock ends the lock that it took last under that key, wherever that was. Only
+  // a thread without one means the handler that the key names now. A thread that exits without
+  // ending its locks leaves the slots locked for good. Cancelling a thread (pthread_cancel) does
+  // not cut an operation off: it takes effect at the thread's next cancellation point after it.
 
   // Takes the area's slot and gives a handle on the value at path ("" for the whole database). The
   // area's file is loaded first when it is not in memory.
   // Failure: null, with nothing held: the slot is held already (at once, without waiting), the file
-  // is missing, nothing is at path, the area is out of range, path is null, or there is no handler.
+  // is missing or could not be read (the next lock tries again), nothing is at path, the area is
+  // out of range, path is null, or there is no handler. Which of them it was, the log tells at
+  // severities WARNING and ERROR, but for "nothing is at path". A caller that must know locks ""
+  // and looks for the value itself; null then means that the slot is held if its state in
+  // getDBByKey's handler is LDB_LOCKED.
+  // A file that holds no value (it does not parse, holds null, or is no regular file) loads as a
+  // database without one: "" gives a handle with a null jobj, whose save answers 2 and leaves the
+  // file alone; any other path gives null. Each lock reads such a file again, so putting a good one
+  // in its place is all that is needed.
   // Ownership: for "" the handle is the slot's own and must not be deleted; otherwise it is
   // borrowed and the caller deletes it. Neither may be used to read or write after the save or
   // unlock.
   static TreeMapObject* lockDbObject(unsigned int apiT, const char* path, const char* sessionKey);
 
   // Writes the area's whole database to its file (see JsonData::saveObjectToFile), discards the
-  // copy in memory and ends the lock. The next lock reads the file again. Result: 0 when written; 2
-  // when the write failed (the changes are lost, the file is as it was) and when the calling thread
-  // holds no such lock (nothing is touched).
+  // copy in memory and ends the lock. The next lock reads the file again. What json-c cannot hold
+  // is written as it was read, changed or not: an integer beyond 64 bits as the nearest that fits,
+  // -0 as 0, of members of one name the last, nothing of what followed the root value.
+  // Result: 0 when written; 2 when the write failed (the changes are lost, the file is as it was)
+  // and when the calling thread holds no such lock (nothing is touched).
   static int saveDbObject(API_TYPE_T apiT, const char* sessionKey);
 
   // Ends the lock and keeps the changes in memory: the next holder in the same handler sees them,

@@ -8,7 +8,10 @@
 //   APIV1_SECURITY|ERROR: no such rule
 //
 // The file is opened, appended to and closed for every line: it can be renamed away at any time
-// (log rotation), and what was logged before a power cut has left the process.
+// (log rotation), and what was logged before a power cut has left the process. Standard output is
+// the C library's: a terminal shows each line at its end, but a pipe or a file gets lines in blocks
+// of some kilobytes and the rest when the process exits, which SIGKILL denies it. A backend that
+// wants every line at once says setvbuf(stdout, nullptr, _IOLBF, 0) when it starts.
 //
 // <syslog.h> defines macros named LOG_INFO, LOG_WARNING and LOG_DEBUG. In a source file that needs
 // both, include this header first, or undefine the three macros before including it.
@@ -93,7 +96,8 @@ class HEARTH_API Logger {
   // Failure: a log file that cannot be opened is named on standard output, the line still goes to
   // standard output, and the next line tries the file again.
   // Ownership: nothing is kept; no heap memory is used, and errno stays as it was.
-  // Threads: any; lines never interleave, and file and console show them in one order.
+  // Threads: any; lines never interleave, and file and console show them in one order. A thread
+  // that is cancelled (pthread_cancel) meanwhile writes its line to the end first.
   static void print(LOG_TYPE_T type, LOG_GROUP_T group, const char* format, ...)
       HEARTH_PRINTF_LIKE(3, 4);
 };
@@ -102,7 +106,15 @@ class HEARTH_API Logger {
 // 10 frames of the faulting thread's stack to standard error (none where the C library cannot) and
 // calls exit(1). It never returns. Logger::init installs it for SIGSEGV; the backend may install it
 // for further signals with signal().
+// The end: an alarm ends the process with _exit(1) after 30 seconds, whatever holds exit up. For
+// that the handler takes SIGALRM over, with any alarm that the backend has set, and unblocks it in
+// its thread.
+// Failure: a stack that has overflowed is not reported, since the handler runs on the stack of the
+// thread that faults: the process ends by SIGSEGV. A fault inside the handler goes on with its next
+// step.
 // Threads: any. It waits for no lock that its own thread holds, and for others only a bounded time.
+// A second thread that faults meanwhile is held, unreported, until the process ends; the other
+// threads run on until then, and may log.
 HEARTH_API void be_sig_handler(int signalNumber);
 
 #endif

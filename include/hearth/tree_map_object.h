@@ -40,13 +40,14 @@ class HEARTH_API TreeMapObject {
 
   // Stores a value at path, making what is missing on the way.
   // T: int, unsigned int (stored as a signed 32-bit number), double, bool, const char* (copied).
-  // Failure: logged; a null text changes nothing.
+  // Failure: logged, as JsonData::setJObj refuses; a null text changes nothing.
   template <typename T>
   void set(const char* path, T value) = delete;
 
   // Stores the other handle's value at path. The document shares it: both see later changes.
   // Ownership: the document takes a reference of its own; the caller still deletes obj.
-  // Failure: logged. A value that holds the place it would be stored in is refused.
+  // Failure: logged, twice: by JsonData::setJObj, whose refusals are these, and with the path. A
+  // null obj changes nothing; one without a value stores JSON null.
   void set(const char* path, TreeMapObject* obj);
 
   // The value at path, always with an answer: 0, 0.0, false or null when there is none, json-c's
@@ -67,7 +68,8 @@ class HEARTH_API TreeMapObject {
   bool get_ex(const char* path, T& out) const = delete;
 
   // Removes the member or element at path; later elements move up. Nothing there: nothing happens.
-  // A member holding JSON null counts as nothing.
+  // A member holding JSON null counts as nothing, and so does an element named by an index without
+  // digits, "[x]" or "[+]", which reading takes for 0: "Wrong array index" is logged.
   void del(const char* path);
 
   // --- The value as an array ---------------------------------------------------------------------
@@ -82,8 +84,8 @@ class HEARTH_API TreeMapObject {
 
   // Stores item's value at index, or at the end when index is past it. Result: where it now is.
   // Ownership: array and item share the value; the caller still deletes item, whose key_obj becomes
-  // the index. Failure: -1, also for a null item, one without a value, and a value that holds this
-  // array.
+  // the index. Failure: -1 and nothing logged: also for a null item, one without a value, one whose
+  // value is this array or holds it at any depth, and without memory.
   int setArrayItem(unsigned int index, TreeMapObject* item);
   int addArrayItem(TreeMapObject* item);
 
@@ -94,17 +96,23 @@ class HEARTH_API TreeMapObject {
 
   // Removes one element, or all. Result: how many are left.
   // The elements move to a new array, which takes the old one's place in this handle and in its
-  // container; any other handle on the old array is stale: deleting it stays safe while the
-  // document lives, and removing through it answers -1.
+  // container. Any other handle on the old array is stale:
+  // - a borrowed one may be deleted, and removing through it answers -1 while its container lives;
+  // - an owning one keeps the old array with all its elements. So a removal through a handle from
+  //   get("") is seen by that handle alone, not by the document.
+  // Handles on elements of the old array are stale too: their jobj_parent may be freed. They may be
+  // deleted and nothing else; a removal through one of them reads freed memory.
   int delArrayItem(unsigned int index);
   int clearArrayItems();
 
   // --- Search ------------------------------------------------------------------------------------
 
   // Owning handles on every object, at any depth and in document order, that has a member of this
-  // name and exactly this type and value. They stay valid after the document is gone.
+  // name and exactly this type and value. They stay valid after the document is gone. An object
+  // that stands in several places is found in each.
   // T: int, unsigned int (as a signed 32-bit number), double, bool, const char*.
-  // Failure: an empty list, with a log line for a key or a root that cannot be searched.
+  // Failure: an empty list, with a log line for a key or a root that cannot be searched. What there
+  // is no memory for is left out.
   template <typename T>
   std::list<TreeMapObject*> find(const char* key, T value) const = delete;
 
@@ -118,10 +126,10 @@ class HEARTH_API TreeMapObject {
   // --- Copy and log ------------------------------------------------------------------------------
 
   // An owning handle on a copy of the value at path (null or "": the whole) that shares nothing.
-  // Failure: null.
+  // Failure: null, logged: nothing is there, or JsonData::cloneObject cannot copy it.
   TreeMapObject* clone(const char* path) const;
 
-  // Logs the value at path ("" for the whole).
+  // Logs the value at path ("" for the whole), as JsonData::dumpObject does.
   void dump(const char* path);
 
   // --- Fields ------------------------------------------------------------------------------------

@@ -1,9 +1,9 @@
-// Why a value does not conform to a JSON Schema.
+// Tells why a value does not conform to a JSON Schema.
 //
 // JsonData's validation answers yes or no, and lets a value pass where there is no schema. The
 // operation here says which rule is broken where, for an error message or for a form that marks
-// every field, and tells a value that breaks a rule from a schema that is none. docs/validator.md
-// has the drafts, the limits, and what makes a schema unusable.
+// every field, and tells a value that breaks a rule from a schema that cannot be used.
+// docs/validator.md has the drafts, the limits, and the reasons that make a schema unusable.
 #ifndef HEARTH_VIOLATIONS_H
 #define HEARTH_VIOLATIONS_H
 
@@ -15,14 +15,14 @@ struct json_object;
 
 namespace hearth {
 
-// What the comparison of a value with a schema came to. Only kConforms is a yes.
+// The outcome of comparing a value with a schema. Only kConforms is a yes.
 enum class Conformance : int {
   kConforms = 0,
   kViolates = 1,   // the value breaks a rule of the schema
   kUnusable = 2,   // the schema, not the value, is at fault: it is neither object nor boolean, or
-                   // holds a keyword with a wrong value, a pattern that is none, a reference that
-                   // leads nowhere or back to itself, or asks for a vocabulary that is not known
-  kExhausted = 3,  // value and schema together are too much: depth, work, a pattern's, or memory
+                   // holds a keyword with a wrong value, a broken pattern, a reference that leads
+                   // nowhere or back to itself, or asks for a vocabulary that is not known
+  kExhausted = 3,  // value and schema take too much depth, work (a pattern's too) or memory
 };
 
 // One rule that a value breaks, or the reason that ended the comparison. All texts are there, if
@@ -49,13 +49,13 @@ struct Violation {
 
   // For a person, the end of a sentence that begins with the place: "must be at most 64 characters
   // long, but has 80". It may quote parts of the value and of the schema; whoever must not show
-  // them makes a sentence of his own from keyword, place and member. UTF-8 without control
+  // them makes a sentence of their own from keyword, place and member. UTF-8 without control
   // characters.
   const char* sentence;
 };
 
-// Hears of one violation. False ends the comparison: no further one is wanted. Must not throw.
-typedef bool (*ViolationFound)(void* context, const Violation& violation);
+// Takes one violation. False ends the comparison: no further one is wanted. Must not throw.
+using ViolationFound = bool (*)(void* context, const Violation& violation);
 
 // Compares the instance with the schema and calls found(context, ...) for each rule that is broken,
 // in the order of the walk, at most `limit` times; then the comparison ends. With a limit of 1 that
@@ -63,9 +63,9 @@ typedef bool (*ViolationFound)(void* context, const Violation& violation);
 // answer.
 //
 // Every value that breaks a rule of its own is told, at its own place: each member and element,
-// each missing member, each part of "allOf", "$ref", "then" and "else". Of "anyOf", "oneOf", "not"
-// and "contains" one violation is told, at the value that they are about. One value may break
-// several rules, and is told of for each.
+// each missing member, each part of "allOf", "$ref", "then" and "else". For "anyOf", "oneOf", "not"
+// and "contains" one violation is told, at the value that they are about. A value that breaks
+// several rules is told once for each.
 //
 // Result: kConforms when no rule is broken; then found is not called. kViolates when one is. With
 // kUnusable and kExhausted the comparison ended early: the last call, within the limit, says why,

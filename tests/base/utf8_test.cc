@@ -1,3 +1,5 @@
+// Every code point written and read back, and every text of one to four bytes that could be a
+// character.
 #include "base/utf8.h"
 
 #include <gtest/gtest.h>
@@ -8,17 +10,19 @@ namespace {
 TEST(Utf8, ReadsEveryCharacterThatItWrites) {
   for (uint32_t code = 0; code <= kLastCodePoint; ++code) {
     std::string text;
-    appendCharacter(code, &text);
+    appendCharacter(code, text);
     const Character first = firstCharacter(text + "\x80");
-    ASSERT_EQ(first.isValid, !isSurrogate(code)) << code;
-    ASSERT_EQ(first.code == code && first.size == text.size(), first.isValid) << code;
+    const bool isCharacter = !isSurrogate(code);
+    ASSERT_EQ(isCharacter, first.isValid) << code;
+    ASSERT_EQ(isCharacter, first.code == code && first.size == text.size()) << code;
   }
 }
 
-// How many texts of so many bytes are one character, by Unicode's table of well-formed sequences.
-// Behind the second byte stands only what is at the edges of what may stand there.
+// Counts the texts of each size that are one character, against the numbers that follow from
+// Unicode's table of well-formed sequences. The first two bytes take all values; the later ones
+// take the edges of the range that is allowed there.
 TEST(Utf8, ReadsNothingElse) {
-  size_t found[5] = {};
+  std::size_t found[5] = {};
   const auto look = [&](std::string_view text) {
     const Character first = firstCharacter(text);
     EXPECT_TRUE(first.isValid ||
@@ -40,24 +44,31 @@ TEST(Utf8, ReadsNothingElse) {
       look({bytes, 1});
     }
   }
-  EXPECT_EQ(found[1], 0x80U);
-  EXPECT_EQ(found[2], 0x800U - 0x80);
-  EXPECT_EQ(found[3], (0x10000U - 0x800 - 0x800) / 64 * 2);
-  EXPECT_EQ(found[4], (0x110000U - 0x10000) / 64 / 64 * 4);
+  EXPECT_EQ(0x80U, found[1]);
+  EXPECT_EQ(0x800U - 0x80, found[2]);
+  EXPECT_EQ((0x10000U - 0x800 - 0x800) / 64 * 2, found[3]);
+  EXPECT_EQ((0x110000U - 0x10000) / 64 / 64 * 4, found[4]);
 }
 
 TEST(Utf8, CutsBetweenCharacters) {
   struct Row {
     std::string_view text;
-    size_t most;
+    std::size_t mostBytes;
     std::string_view start;
-    size_t characters;
+    std::size_t characters;
   };
-  for (const Row& row :
-       {Row{"", 3, "", 0}, Row{"abc", 3, "abc", 3}, Row{"aäb", 2, "a", 3}, Row{"aäb", 3, "aä", 3},
-        Row{"\U0001f600", 3, "", 1}, Row{"\x80\x80\x80\x80\x80\x80", 5, "\x80", 0}}) {
-    EXPECT_EQ(startOf(row.text, row.most), row.start) << row.text;
-    EXPECT_EQ(countCharacters(row.text), row.characters) << row.text;
+  const Row rows[] = {
+      {"", 3, "", 0},
+      {"abc", 3, "abc", 3},
+      {"aäb", 2, "a", 3},
+      {"aäb", 3, "aä", 3},
+      {"\U0001f600", 3, "", 1},
+      {"\x80\x80\x80\x80\x80\x80", 5, "\x80", 0},
+      {"\x80\x80\x80", 2, "", 0},
+  };
+  for (const Row& row : rows) {
+    EXPECT_EQ(row.start, startOf(row.text, row.mostBytes)) << row.text;
+    EXPECT_EQ(row.characters, countCharacters(row.text)) << row.text;
   }
   EXPECT_TRUE(isUtf8("aä\u20ac\U0001f600"));
   EXPECT_FALSE(isUtf8("aä\xc3"));

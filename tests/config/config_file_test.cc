@@ -56,7 +56,7 @@ std::string complaint(const std::string& key) {
          "\nConfiguration is wrong, use default value for " + key.substr(1) + "\n";
 }
 
-// What a text prints that has no key of the root but those it spells out.
+// The complaints about a text that has no key of the root but those it spells out.
 std::string complaintsAbout(const std::string& text) {
   std::string all;
   for (const std::string& key : rootKeys()) {
@@ -67,15 +67,35 @@ std::string complaintsAbout(const std::string& text) {
   return all;
 }
 
-// The settings that differ from their defaults, "NAME=value " each.
+// The settings that differ from their defaults, "NAME=value " each; all of them without defaults.
 std::string changes(const std::map<std::string, std::string>& before) {
   std::string all;
   for (const auto& [name, value] : settings()) {
-    if (value != before.at(name)) {
+    const auto earlier = before.find(name);
+    if (earlier == before.end() || earlier->second != value) {
       all += name + "=" + value + " ";
     }
   }
   return all;
+}
+
+// Read while static objects are made, as those of a program would.
+const std::string kSettingsAtLoad = changes({});
+
+TEST(SettingsTest, HaveTheirDefaultsFromTheStart) {
+  EXPECT_EQ(
+      "API_VERSION=0 AUTH_CLEANUP=60 AUTH_EXPIRATION=1440 "
+      "AUTH_SECRET_STR=urn:gateway:auth-secret:dflt1 DATA_LOCATION=./data "
+      "DOWNLOAD_STORAGE=/tmp/be_download DUPLICATE_LOGIN_ENABLE= ENABLE_BYPASS_TOKEN=0 "
+      "ENABLE_CHECK_DUPLICATE=0 ENABLE_CROSS_DOMAIN=0 ENABLE_HTTPS=0 GUEST_NETWORK_ENABLE=0 "
+      "IPV4_ALLOW_PORTS=8081,8082 IPV6_ALLOW_PORTS=8081 LAN_ALLOW_PORTS=8081,8082 "
+      "LOG_DEBUG_ENABLE=1 LOG_ERROR_ENABLE=1 LOG_FILE=./BE.log LOG_INFO_ENABLE=1 "
+      "LOG_MASK=268435455 LOG_TO_FILE=1 LOG_WARNING_ENABLE=1 MULTIDB_MODE_ENABLE=0 REPO_TYPE=1 "
+      "SSL_CERTIFICATION_FILE=./ssl_cert.pem SYSTEM_SCRIPT_DIR=scripts "
+      "UPLOAD_STORAGE=/tmp/be_upload URL_REWRITE=url_rewrite.txt VALIDATION_ON_REQUEST=0 "
+      "VALIDATION_ON_RESPONSE=0 WAN_ALLOW_PORTS=8081 WEBSERVER_DOCROOT=www WEBSERVER_PORT=8888 "
+      "WEBSERVER_PORTS=8081,8082 WLAN_ALLOW_PORTS= ",
+      kSettingsAtLoad);
 }
 
 class ConfigFileTest : public Scratch {
@@ -124,7 +144,7 @@ TEST_F(ConfigFileTest, ValuesAndSections) {
   const std::string clean = complaint("Ncleanup_time");
   const std::string domain = complaint("Tdomain_name");
   const std::string session = complaint("Nsession");
-  const std::pair<const char*, std::string> kCases[] = {
+  const std::pair<const char*, std::string> rows[] = {
       {"{}", none + kStarted + "|1 1 "},
       {R"({"LOG_FILE":"x","system":null})", none + kStarted + "|1 1 "},
       {R"({"system":{}})", none + clean + domain + kStarted + "|1 1 AUTH_CLEANUP=3600 "},
@@ -141,14 +161,14 @@ TEST_F(ConfigFileTest, ValuesAndSections) {
        none + kStarted +
            "|1 1 AUTH_CLEANUP=2147483647 AUTH_EXPIRATION=-2147483648 AUTH_SECRET_STR=d "},
   };
-  for (const auto& [text, out] : kCases) {
+  for (const auto& [text, out] : rows) {
     check(text, out);
   }
 }
 
 // One key of the root with a value, and what follows the complaints; wrong ones have no such end.
 TEST_F(ConfigFileTest, WrongTypesKeepTheDefault) {
-  const std::tuple<const char*, const char*, const char*> kCases[] = {
+  const std::tuple<const char*, const char*, const char*> rows[] = {
       {"Nlog_mask", "255", "|1 1 LOG_MASK=255 "},
       {"Nlog_mask", "99999999999", "|1 1 LOG_MASK=2147483647 "},
       {"Nlog_mask", "255.0", nullptr},
@@ -168,7 +188,7 @@ TEST_F(ConfigFileTest, WrongTypesKeepTheDefault) {
       {"Nenable_bruteforce_prevent", "2", "|1 0 "},
       {"Nenable_bruteforce_prevent", "\"0\"", nullptr},
   };
-  for (const auto& [key, value, out] : kCases) {
+  for (const auto& [key, value, out] : rows) {
     const bool isRight = out != nullptr;
     const std::string text = std::string("{\"") + (key + 1) + "\":" + value + "}";
     const std::string rest = isRight ? out : "|1 1 ";
@@ -181,7 +201,7 @@ TEST_F(ConfigFileTest, WithoutADocumentNothingHappens) {
   mkfifo("pipe", 0666);
   const char* const none = nullptr;
   for (const char* path : {"missing", ".", "pipe", "/dev/zero", none}) {
-    EXPECT_EQ("|1 0 ", configure(path).out);
+    EXPECT_EQ("|1 0 ", configure(path).out) << (path != none ? path : "no path");
   }
   for (const char* text : {"", "{", "null", "{\"log_mask\":1", "x"}) {
     check(text, "|1 0 ");

@@ -1,4 +1,6 @@
 // What takes no memory from the heap: a path that resolves, a log line, a lock that is refused.
+#include <execinfo.h>
+
 #include <functional>
 #include <utility>
 
@@ -10,7 +12,7 @@ namespace {
 
 using Steps = std::vector<std::pair<const char*, std::function<void()>>>;
 
-// Of each step, with the log off and with every switch on.
+// Counts the allocations of each step, with the log off and with every switch on.
 void expectAllocations(int expected, const Steps& steps) {
   for (const bool isLogged : {false, true}) {
     Logger::setGroup(LOG_GROUP_UTIL, isLogged);
@@ -34,7 +36,7 @@ class Allocations : public Scratch {
     LocalDbCtrl::init();
     console_ = stdout;
     stdout = fopen("/dev/null", "w");
-    setvbuf(stdout, buffer_, _IOFBF, sizeof buffer_);
+    setvbuf(stdout, buffer_, _IOFBF, sizeof(buffer_));
     wifi_ = LocalDbCtrl::lockDbObject(API_WIFI, "", nullptr);
   }
 
@@ -85,6 +87,12 @@ TEST_F(Allocations, NoneToLogALine) {
   expectAllocations(0, lines);
   BEConfig::LOG_FILE = "no folder/log";
   expectAllocations(0, lines);
+}
+
+TEST_F(Allocations, NoneToTakeTheStackOfACrash) {
+  void* frames[10];
+  Logger::init();
+  expectAllocations(0, {{"backtrace", [&] { EXPECT_LT(1, backtrace(frames, 10)); }}});
 }
 
 TEST_F(Allocations, NoneToRefuseALock) {

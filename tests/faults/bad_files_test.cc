@@ -1,7 +1,9 @@
 // Database files that are no database: the lock answers as for any that does not parse, nothing
 // waits, and no save puts anything in their place.
+#include <json-c/json.h>
 #include <sys/stat.h>
 
+#include <memory>
 #include <tuple>
 
 #include "hearth/hearth.h"
@@ -21,7 +23,7 @@ class BadFilesTest : public Scratch {
   }
   ~BadFilesTest() override { alarm(0); }
 
-  // What is there: kind and mode, size, identity.
+  // The file's kind and mode, its size, its identity.
   static std::tuple<mode_t, off_t, ino_t> description() {
     struct stat is {};
     lstat(kFile, &is);
@@ -61,7 +63,7 @@ TEST_F(BadFilesTest, TextsThatDoNotParse) {
 }
 
 TEST_F(BadFilesTest, ThingsThatAreNoTexts) {
-  const std::pair<const char*, void (*)()> cases[] = {
+  const std::pair<const char*, void (*)()> rows[] = {
       {"folder", [] { mkdir(kFile, 0777); }},
       {"pipe", [] { mkfifo(kFile, 0666); }},
       {"50 MB of nothing",
@@ -71,7 +73,7 @@ TEST_F(BadFilesTest, ThingsThatAreNoTexts) {
        }},
       {"endless device", [] { std::filesystem::create_symlink("/dev/zero", kFile); }},
   };
-  for (const auto& [name, make] : cases) {
+  for (const auto& [name, make] : rows) {
     SCOPED_TRACE(name);
     make();
     expectUntouched();
@@ -86,10 +88,33 @@ TEST_F(BadFilesTest, AnUnreadableOne) {
   chmod(kFile, 0);
   chmod("qos", 0777);
   ASSERT_EQ(0, seteuid(me == 0 ? 65534 : me));
-  expectUntouched();
+  EXPECT_EQ(nullptr, LocalDbCtrl::lockDbObject(API_QOS, "", "default"));
+  EXPECT_EQ(LDB_NOT_INITIALIZED, LocalDbCtrl::getDBByKey("default")->state[API_QOS]);
   ASSERT_EQ(0, seteuid(me));
   chmod(kFile, 0600);
-  EXPECT_EQ(R"({"count":1})", textOf(kFile));
+  EXPECT_NE(nullptr, LocalDbCtrl::lockDbObject(API_QOS, "", "default"));
+}
+
+// The way out: the next lock reads a file that has been put in its place, and only such a one.
+TEST_F(BadFilesTest, AreReadAgainByEachLock) {
+  const auto count = [](const char* key) {
+    const std::unique_ptr<TreeMapObject> held(LocalDbCtrl::lockDbObject(API_QOS, "count", key));
+    LocalDbCtrl::unlockDbObject(API_QOS, key);
+    return held != nullptr ? json_object_get_int(held->jobj) : -1;
+  };
+  putText(kFile, "{");
+  LocalDbCtrl::cloneNewDB("s");
+  for (const char* const key : {"s", "default"}) {
+    putText(kFile, "{");
+    EXPECT_EQ(-1, count(key));
+    std::filesystem::remove(kFile);
+    EXPECT_EQ(-1, count(key));
+    EXPECT_EQ(LDB_ACCESSIBLE, LocalDbCtrl::getDBByKey(key)->state[API_QOS]) << key;
+    putText(kFile, R"({"count":1})");
+    EXPECT_EQ(1, count(key));
+    putText(kFile, R"({"count":2})");
+    EXPECT_EQ(1, count(key)) << "what is in memory stays";
+  }
 }
 
 TEST_F(BadFilesTest, LargeIsNotBad) {

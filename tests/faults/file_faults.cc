@@ -1,5 +1,6 @@
-// The names under which a program asks for files, each in the variants of 32-bit systems. No header
-// that declares them is included: their declarations differ from these in details only.
+// Defines the C library's functions for files, each in the variants of 32-bit systems. Each counts
+// its call, lets the fault happen if it is due, and else calls the real function. No header that
+// declares these functions is included, since their declarations differ from these in details.
 #include "tests/faults/file_faults.h"
 
 #include <dlfcn.h>
@@ -18,6 +19,7 @@ FileFault fault;
 int faultyCall = 0;
 int calls = 0;
 bool counts = false;
+void (*watch)(const FileCall& call) = nullptr;
 
 bool isFaulty() {
   return counts && ++calls >= faultyCall && faultyCall > 0 && (calls == faultyCall || fault.lasts);
@@ -38,7 +40,7 @@ Result failed() {
   }
 }
 
-// Any call but those below: it does nothing when it fails.
+// Any call but those below. A call that fails does nothing.
 template <typename Result, typename... Args>
 Result call(const char* name, Args... args) {
   if (isFaulty()) {
@@ -67,7 +69,24 @@ ssize_t transfer(const char* name, int fd, Buffer buffer, size_t size) {
   return real<ssize_t>(name, fd, buffer, size);
 }
 
+template <typename Result>
+Result watched(Result result, FileCall call) {
+  if (counts && watch != nullptr) {
+    const int kept = errno;
+    counts = false;
+    call.failed = result < 0;
+    watch(call);
+    counts = true;
+    errno = kept;
+  }
+  return result;
+}
+
 }  // namespace
+
+void watchFileCalls(void (*watcher)(const FileCall& call)) {
+  watch = watcher;
+}
 
 void failFileCall(int nth, const FileFault& itsFault) {
   fault = itsFault;
@@ -89,8 +108,11 @@ int countedFileCalls() {
 #define OPEN(name)                                                               \
   CALL(int, name, (const char* path, int flags, mode_t mode), path, flags, mode) \
   CALL(int, name##64, (const char* path, int flags, mode_t mode), path, flags, mode)
-#define OPENAT(name) \
-  CALL(int, name, (int folder, const char* path, int flags, mode_t mode), folder, path, flags, mode)
+#define OPENAT(name)                                                          \
+  extern "C" int name(int folder, const char* path, int flags, mode_t mode) { \
+    const int opened = call<int>(#name, folder, path, flags, mode);           \
+    return watched(opened, {"openat", opened, flags, false});                 \
+  }
 #define STAT(suffix)                                                                          \
   CALL(int, stat##suffix, (const char* path, void* status), path, status)                     \
   CALL(int, lstat##suffix, (const char* path, void* status), path, status)                    \
@@ -108,7 +130,6 @@ CALL(void*, fopen64, (const char* path, const char* mode), path, mode)
 CALL(void*, fdopendir, (int fd), fd)
 CALL(void*, readdir, (void* folder), folder)
 CALL(void*, readdir64, (void* folder), folder)
-CALL(int, fsync, (int fd), fd)
 CALL(int, fdatasync, (int fd), fd)
 CALL(int, ftruncate, (int fd, long size), fd, size)
 CALL(int, ftruncate64, (int fd, long long size), fd, size)
@@ -117,9 +138,7 @@ CALL(int, fchown, (int fd, uid_t owner, gid_t group), fd, owner, group)
 CALL(int, flock, (int fd, int operation), fd, operation)
 CALL(int, faccessat, (int folder, const char* path, int mode, int flags), folder, path, mode, flags)
 CALL(int, rename, (const char* from, const char* to), from, to)
-CALL(int, renameat, (int from, const char* old, int to, const char* made), from, old, to, made)
 CALL(int, unlink, (const char* path), path)
-CALL(int, unlinkat, (int folder, const char* path, int flags), folder, path, flags)
 CALL(ssize_t, readlinkat, (int folder, const char* path, char* target, size_t size), folder, path,
      target, size)
 
@@ -127,10 +146,19 @@ extern "C" ssize_t read(int fd, void* data, size_t size) {
   return transfer("read", fd, data, size);
 }
 extern "C" ssize_t write(int fd, const void* data, size_t size) {
-  return transfer("write", fd, data, size);
+  return watched(transfer("write", fd, data, size), {"write", fd, 0, false});
+}
+extern "C" int fsync(int fd) {
+  return watched(call<int>("fsync", fd), {"fsync", fd, 0, false});
+}
+extern "C" int renameat(int from, const char* old, int to, const char* made) {
+  return watched(call<int>("renameat", from, old, to, made), {"renameat", to, 0, false});
+}
+extern "C" int unlinkat(int folder, const char* path, int flags) {
+  return watched(call<int>("unlinkat", folder, path, flags), {"unlinkat", folder, flags, false});
 }
 
-// Closes in any case, as the system does.
+// Closes the descriptor even if the call fails, as the system does.
 extern "C" int close(int fd) {
   const bool fails = isFaulty();
   if (fails && fault.error == FileFault::kKill) {

@@ -9,15 +9,19 @@
 #include <cerrno>
 #include <chrono>
 #include <csignal>
+#include <cstring>
+#include <memory>
 #include <random>
 
+#include "base/json_ref.h"
 #include "hearth/hearth.h"
-#include "json/json_ref.h"
+#include "tests/support/captured_log.h"
 #include "tests/support/scratch.h"
 
 namespace {
 
 using hearth::JsonRef;
+using hearth::memberOf;
 
 constexpr FileFault kFaults[] = {
     {"no space", ENOSPC, false},         {"no space from there on", ENOSPC, true},
@@ -28,7 +32,7 @@ constexpr FileFault kFaults[] = {
 
 enum class Told { kNothing, kOld, kNew };
 
-// Something that is counted in a file; the file counts 1 before each attempt.
+// Something that is counted in a file. The file counts 1 before each attempt.
 struct Scenario {
   const char* name;
   const char* file;
@@ -49,12 +53,6 @@ constexpr std::size_t kFillerSize = 10000;
 std::string databaseOf(int count) {
   return R"({"count":)" + std::to_string(count) + R"(,"filler":")" + std::string(kFillerSize, 'x') +
          R"("})";
-}
-
-json_object* memberOf(json_object* object, const char* name) {
-  json_object* member = nullptr;
-  json_object_object_get_ex(object, name, &member);
-  return member;
 }
 
 void startDatabase() {
@@ -191,6 +189,36 @@ TEST_F(FileFaultsTest, LeaveTheOldOrTheNew) {
       }
       ASSERT_FALSE(HasFailure());
       EXPECT_GT(nth, scenario.leastCalls) << scenario.name;
+    }
+  }
+}
+
+// A lock whose reading of the file fails is refused, with lines that say so, or has what it asked
+// for; the next one has it in any case. The same where the handler was made without the file.
+TEST_F(FileFaultsTest, OfOneMomentAreForgottenByTheNextLock) {
+  putText(kDatabase, databaseOf(1));
+  startDatabase();
+  const auto isLocked = [](const char* key) {
+    const std::unique_ptr<TreeMapObject> held(LocalDbCtrl::lockDbObject(API_QOS, "count", key));
+    return held != nullptr && LocalDbCtrl::unlockDbObject(API_QOS, key) == 0;
+  };
+  for (const int error : {EMFILE, ENFILE, ENOMEM, EIO, EINTR}) {
+    for (const char* const key : {"default", "s"}) {
+      int nth = 1;
+      for (bool isLast = false; !isLast; ++nth) {
+        SCOPED_TRACE(testing::Message() << strerror(error) << " at call " << nth << " for " << key);
+        LocalDbCtrl::init();
+        putText("qos/qos.ldb", databaseOf(1));
+        CapturedLog log({LOG_WARNING});
+        failFileCall(nth, {"", error, false});
+        const bool isFirst = key[0] == 's' ? LocalDbCtrl::cloneNewDB(key) == 0 : isLocked(key);
+        isLast = countedFileCalls() < nth;
+        const LOCALDB_STATE_T state = LocalDbCtrl::getDBByKey(key)->state[API_QOS];
+        EXPECT_EQ(state == LDB_NOT_INITIALIZED, log.has("from ./qos/qos.ldb"));
+        EXPECT_EQ(isFirst, key[0] != 's' && state == LDB_ACCESSIBLE);
+        EXPECT_TRUE(isLocked(key));
+      }
+      EXPECT_GT(nth, 6);
     }
   }
 }

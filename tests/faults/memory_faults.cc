@@ -1,3 +1,5 @@
+// Defines malloc and its kin: each counts its call, refuses it if that is due, and else hands it on
+// to the C library under the name that glibc keeps for that.
 #include "tests/faults/memory_faults.h"
 
 #include <dlfcn.h>
@@ -22,7 +24,7 @@ int allocations = 0;
 bool counts = false;
 int blocks = 0;
 
-// Where the first refusal was met.
+// The stack of the first refusal.
 constexpr int kMostFrames = 30;
 void* frames[kMostFrames];
 int frameCount = 0;

@@ -3,16 +3,17 @@
 #ifndef HEARTH_TESTS_FAULTS_MEMORY_FAULTS_H
 #define HEARTH_TESTS_FAULTS_MEMORY_FAULTS_H
 
-// The n-th allocation from now on is refused, and all later ones too when that lasts.
+// Starts the counting. The n-th allocation from now on is refused, and all later ones too if
+// `lasts`. None is refused at 0.
 void failAllocation(int nth, bool lasts);
 
-// Ends the refusals; the allocations since.
+// Ends the counting and the refusals. Answers the number of allocations since its start.
 int countedAllocations();
 
-// Whether the first refusal was met by a library's function, or by what that had called.
+// True when the first refusal happened in a library's function or in a function that it had called.
 bool wasRefusedIn(const char* function);
 
-// Allocated and not yet freed, in the whole process.
+// The number of blocks allocated and not yet freed, in the whole process.
 int blocksInUse();
 
 #endif

@@ -12,8 +12,8 @@
 #include <list>
 #include <memory>
 
+#include "base/json_ref.h"
 #include "hearth/hearth.h"
-#include "json/json_ref.h"
 #include "tests/support/scratch.h"
 
 namespace {
@@ -35,7 +35,7 @@ constexpr char kOld[] = R"({"count":1,"list":[{"n":1},{"n":2}],"name":"of some l
 constexpr char kSchema[] =
     R"({"properties":{"name":{"type":"string","pattern":"^[a-z ]+$","maxLength":20}}})";
 
-// What a request was told, for a look at it when there is memory again.
+// The answers that a request got, to be checked when there is memory again.
 struct Told {
   bool isLoaded = false;
   bool isSet = false;
@@ -55,8 +55,8 @@ struct Told {
   }
 };
 
-// What json-c 0.16 does not survive. Its parser goes on without what it found no memory for, and
-// then may crash, leak, or leave something out; a table that cannot grow leaks the new key.
+// True for the refusals that json-c 0.16 does not survive: its parser goes on without the part that
+// it found no memory for, and then may crash, leak, or leave something out.
 bool wasRefusedToParser() {
   return wasRefusedIn("json_tokener_parse_ex");
 }
@@ -220,6 +220,32 @@ TEST_F(MemoryFaultsTest, PretendNothingAndLoseNothing) {
     EXPECT_GT(*lastRefused, 100);
   }
   munmap(lastRefused, sizeof(int));
+}
+
+// A lock that memory was short for has what it asked for or is refused; the next one has it. Each
+// in a child: json-c may end that.
+TEST_F(MemoryFaultsTest, OfOneLockAreForgottenByTheNext) {
+  constexpr int kLast = 2;
+  std::filesystem::create_directories("qos");
+  putText("qos/qos.ldb", kOld);
+  BEConfig::DATA_LOCATION = ".";
+  int refused = 0;
+  Ended ended{0, "", ""};
+  for (int nth = 1; ended.status != kLast; ++nth) {
+    ended = inChild([nth] {
+      LocalDbCtrl::init();
+      failAllocation(nth, false);
+      const Handle first(LocalDbCtrl::lockDbObject(API_QOS, "count", "default"));
+      const bool isLast = countedAllocations() < nth;
+      const Handle next(first == nullptr ? LocalDbCtrl::lockDbObject(API_QOS, "count", "default")
+                                         : nullptr);
+      const bool isRight = (first != nullptr) != (next != nullptr) || wasRefusedToParser();
+      exit(isLast ? kLast : isRight ? 0 : 1);
+    });
+    EXPECT_NE(1, ended.status) << "allocation " << nth;
+    ++refused;
+  }
+  EXPECT_GT(refused, 10);
 }
 
 }  // namespace

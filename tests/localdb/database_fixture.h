@@ -1,5 +1,5 @@
 // A small language for tests of the local database: a data directory of its own with one file per
-// area, log lines as text, and other threads that hold slots.
+// area, events that are written as words, and other threads that hold slots.
 #ifndef HEARTH_TESTS_LOCALDB_DATABASE_FIXTURE_H
 #define HEARTH_TESTS_LOCALDB_DATABASE_FIXTURE_H
 
@@ -67,17 +67,18 @@ class DatabaseTest : public Scratch {
   };
 };
 
-// Does what a word says with the area wifi: "lock PATH", "save" or "unlock"; gives the answer as
-// text ("handle", "null", "0", "2").
-inline std::string answerTo(const std::string& event, const char* key = "default") {
+// Does with the area (wifi if none is said) what the event says, "lock PATH", "save" or "unlock",
+// and gives the answer as text: "handle" or "null" of a lock, "0" or "2" of the others.
+inline std::string answerTo(const std::string& event, const char* key = "default",
+                            API_TYPE_T area = API_WIFI) {
   if (event == "save") {
-    return std::to_string(LocalDbCtrl::saveDbObject(API_WIFI, key));
+    return std::to_string(LocalDbCtrl::saveDbObject(area, key));
   }
   if (event == "unlock") {
-    return std::to_string(LocalDbCtrl::unlockDbObject(API_WIFI, key));
+    return std::to_string(LocalDbCtrl::unlockDbObject(area, key));
   }
   const std::string path = event.substr(event.find(' ') + 1);
-  TreeMapObject* const handle = LocalDbCtrl::lockDbObject(API_WIFI, path.c_str(), key);
+  TreeMapObject* const handle = LocalDbCtrl::lockDbObject(area, path.c_str(), key);
   const Handle borrowed(path.empty() ? nullptr : handle);
   return handle != nullptr ? "handle" : "null";
 }

@@ -1,6 +1,5 @@
 // File names, message documents, and the check of a message against its schema.
 #include <climits>
-#include <tuple>
 
 #include "tests/localdb/database_fixture.h"
 
@@ -16,7 +15,7 @@ TEST_F(NamesTest, AreFormedFromLocationAreaAndLabel) {
   const struct {
     unsigned int area, message;
     const char *database, *document, *schema, *lines;
-  } kRows[] = {
+  } rows[] = {
       {0, 0, "L/gateway/gateway.ldb", "L/gateway/GATEWAY_LOGIN_REQ.ldb",
        "L/gateway/GATEWAY_LOGIN_REQ_SCHEMA.ldb", ""},
       {6, 19, "L/qos/qos.ldb", "L/qos/QOS_IPTV_UPDATE_RESP.ldb",
@@ -28,25 +27,25 @@ TEST_F(NamesTest, AreFormedFromLocationAreaAndLabel) {
        "ERROR: getApiDir: there is no area 4294967295\n"},
   };
   BEConfig::DATA_LOCATION = "L";
-  for (const auto& row : kRows) {
+  for (const auto& row : rows) {
     SCOPED_TRACE(testing::Message() << "area " << row.area << " message " << row.message);
     CapturedLog log;
     const char* const document = LocalDbCtrl::getFileName(row.area, row.message);
     const char* const database = LocalDbCtrl::getFileName(row.area);
-    EXPECT_EQ(log.text(), row.lines);
-    EXPECT_EQ(orNull(LocalDbCtrl::getSchemaFile(row.area, row.message)), row.schema);
+    EXPECT_EQ(row.lines, log.text());
+    EXPECT_EQ(row.schema, orNull(LocalDbCtrl::getSchemaFile(row.area, row.message)));
     std::async(std::launch::async, [] { LocalDbCtrl::getFileName(API_WIFI); }).get();
-    EXPECT_EQ(orNull(database), row.database) << "each operation and thread has its buffer";
-    EXPECT_EQ(orNull(document), row.document);
+    EXPECT_EQ(row.database, orNull(database)) << "each operation and thread has its buffer";
+    EXPECT_EQ(row.document, orNull(document));
   }
 }
 
 TEST_F(NamesTest, AreNeverCut) {
   const std::string fits(255 - std::string("/misc/misc.ldb").size(), 'x');
   BEConfig::DATA_LOCATION = fits;
-  EXPECT_EQ(orNull(LocalDbCtrl::getFileName(API_MISC)), fits + "/misc/misc.ldb");
+  EXPECT_EQ(fits + "/misc/misc.ldb", orNull(LocalDbCtrl::getFileName(API_MISC)));
   BEConfig::DATA_LOCATION = fits + "x";
-  EXPECT_EQ(orNull(LocalDbCtrl::getFileName(API_MISC)), "null");
+  EXPECT_EQ("null", orNull(LocalDbCtrl::getFileName(API_MISC)));
   CapturedLog log;
   LocalDbCtrl::lockDbObject(API_MISC, "", "default");
   EXPECT_TRUE(log.has("getFileName: the name of misc/misc.ldb is longer than 255 characters\n"));
@@ -54,7 +53,12 @@ TEST_F(NamesTest, AreNeverCut) {
 }
 
 TEST_F(NamesTest, LeadMessageDocumentsToTheirFiles) {
-  const std::tuple<unsigned int, unsigned int, const char*, int, const char*> kRows[] = {
+  const struct {
+    unsigned int area, message;
+    const char* value;
+    int error;
+    const char* lines;
+  } rows[] = {
       {1, 0, "[1]", 0, "INFO: TreeMapObject::TreeMapObject filename=./wifi/"},
       {1, 1, "{}", 0, "INFO: TreeMapObject::TreeMapObject filename=./wifi/"},
       {1, 2, "{}", 0, "INFO: TreeMapObject::TreeMapObject filename=./wifi/"},
@@ -64,14 +68,14 @@ TEST_F(NamesTest, LeadMessageDocumentsToTheirFiles) {
   };
   folder_.file("wifi/WIFI_INTERFACE_GET_REQ.ldb", "[1]");
   folder_.file("wifi/WIFI_INTERFACE_GET_RESP.ldb", "{");
-  for (const auto& [area, message, value, error, lines] : kRows) {
+  for (const auto& row : rows) {
     CapturedLog log;
-    const TreeMapObject document(area, message);
-    EXPECT_EQ(log.text().rfind(lines, 0), 0U) << lines;
-    EXPECT_EQ(plain(document), value);
-    EXPECT_EQ(document.error, error);
-    EXPECT_EQ(document.jobj_parent, nullptr);
-    EXPECT_STREQ(document.key_obj, "");
+    const TreeMapObject document(row.area, row.message);
+    EXPECT_EQ(0U, log.text().rfind(row.lines, 0)) << row.lines;
+    EXPECT_EQ(row.value, plain(document));
+    EXPECT_EQ(row.error, document.error);
+    EXPECT_EQ(nullptr, document.jobj_parent);
+    EXPECT_STREQ("", document.key_obj);
   }
 }
 
@@ -79,17 +83,23 @@ TEST_F(NamesTest, LeadMessagesToTheirSchemas) {
   TreeMapObject object(false);
   TreeMapObject nothing;
   folder_.file("wifi/WIFI_RADIO_GET_REQ_SCHEMA.ldb", R"({"required": ["channel"]})");
-  const std::tuple<TreeMapObject*, unsigned int, unsigned int, int, const char*> kRows[] = {
+  const struct {
+    TreeMapObject* checked;
+    unsigned int area, message;
+    int result;
+    const char* line;
+  } rows[] = {
       {&object, 1, 0, 0, "The validation is passed with notice\n"},
       {&object, 1, 2, 2, "DEBUG: validateFile: validate file ./wifi/WIFI_RADIO_GET_REQ_SCHEMA"},
       {nullptr, 1, 0, 2, "ERROR: validateObject: incorrect object obj=(nil) jobj=(nil)\n"},
       {&nothing, 1, 0, 2, "ERROR: validateObject: incorrect object obj=PTR jobj=(nil)\n"},
       {nullptr, 7, 3, 2, "ERROR: validateObject: failed to get schema file apiT=7 commT=3\n"},
   };
-  for (const auto& [checked, area, message, result, line] : kRows) {
+  for (const auto& row : rows) {
     CapturedLog log;
-    EXPECT_EQ(LocalDbCtrl::validateObject(checked, area, message), result) << line;
-    EXPECT_TRUE(log.has(line)) << line << "not in\n" << log.text();
+    EXPECT_EQ(row.result, LocalDbCtrl::validateObject(row.checked, row.area, row.message))
+        << row.line;
+    EXPECT_TRUE(log.has(row.line)) << row.line << "not in\n" << log.text();
   }
 }
 

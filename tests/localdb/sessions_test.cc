@@ -1,13 +1,11 @@
-// Sessions: which handler a key names, and what becomes of a handler that is removed while in use.
-#include <fcntl.h>
-#include <poll.h>
-#include <sys/stat.h>
-#include <unistd.h>
-
+// Sessions: which handler a key names, and what happens to a handler that is removed while in use.
 #include <chrono>
+#include <optional>
+#include <sstream>
 #include <tuple>
 
 #include "tests/localdb/database_fixture.h"
+#include "tests/localdb/held_calls.h"
 
 namespace {
 
@@ -22,19 +20,19 @@ bool contains(const std::string& text, const std::string& part) {
 
 TEST_F(SessionsTest, NameTheirHandlerOrTheDefault) {
   LOCALDB_HANDLER* const usual = LocalDbCtrl::getDBByKey("default");
-  EXPECT_EQ(linesOf([] { LocalDbCtrl::getDBByKey("default"); }), "");
-  EXPECT_EQ(linesOf([] { LocalDbCtrl::getDBByKey(nullptr); }),
-            "ERROR: getDBByKey: sessionKey is NULL, return the default controller\n");
-  EXPECT_EQ(linesOf([] { LocalDbCtrl::getDBByKey("s"); }),
-            "ERROR: getDBByKey: Cannot found key s, return the default controller\n");
-  EXPECT_EQ(LocalDbCtrl::getDBByKey(nullptr), usual);
+  EXPECT_EQ("", linesOf([] { LocalDbCtrl::getDBByKey("default"); }));
+  EXPECT_EQ("ERROR: getDBByKey: sessionKey is NULL, return the default controller\n",
+            linesOf([] { LocalDbCtrl::getDBByKey(nullptr); }));
+  EXPECT_EQ("ERROR: getDBByKey: Cannot found key s, return the default controller\n",
+            linesOf([] { LocalDbCtrl::getDBByKey("s"); }));
+  EXPECT_EQ(usual, LocalDbCtrl::getDBByKey(nullptr));
   for (const std::string& key : {std::string(), std::string("s"), std::string(1000, 'k')}) {
     SCOPED_TRACE(key);
-    EXPECT_EQ(LocalDbCtrl::getDBByKey(key.c_str()), usual);
+    EXPECT_EQ(usual, LocalDbCtrl::getDBByKey(key.c_str()));
     LocalDbCtrl::cloneNewDB(key.c_str());
-    EXPECT_NE(LocalDbCtrl::getDBByKey(key.c_str()), usual);
+    EXPECT_NE(usual, LocalDbCtrl::getDBByKey(key.c_str()));
     LocalDbCtrl::removeDB(key.c_str());
-    EXPECT_EQ(LocalDbCtrl::getDBByKey(key.c_str()), usual);
+    EXPECT_EQ(usual, LocalDbCtrl::getDBByKey(key.c_str()));
   }
 }
 
@@ -49,8 +47,16 @@ TEST_F(SessionsTest, AreMadeFromTheFilesAndRemoved) {
                             std::to_string(area) + "\n";
     removed += isMissing ? "" : "DEBUG: ~TreeMapObject: this=PTR\nDEBUG:      release jobj=PTR\n";
   }
+  const std::string begun = made.substr(0, made.find("\n") + 1);
+  EXPECT_EQ(begun + removed.substr(0, removed.find("\n") + 1), linesOf(LocalDbCtrl::init))
+      << "nothing is held";
   made += "DEBUG: cloneNewDB: new handler created for session s\n";
-  const std::tuple<int (*)(const char*), const char*, int, std::string> kRows[] = {
+  const struct {
+    int (*operation)(const char*);
+    const char* key;
+    int result;
+    std::string lines;
+  } rows[] = {
       {LocalDbCtrl::cloneNewDB, "s", 1, made},
       {LocalDbCtrl::cloneNewDB, "s", 0,
        "DEBUG: cloneNewDB: session DB is already for key s, something weird\n"},
@@ -61,37 +67,94 @@ TEST_F(SessionsTest, AreMadeFromTheFilesAndRemoved) {
       {LocalDbCtrl::removeDB, nullptr, 1,
        "WARN: removeDB: sessionKey is NULL, nothing to be removed\n"},
   };
-  for (const auto& [operation, key, result, lines] : kRows) {
+  for (const auto& row : rows) {
     CapturedLog log;
-    EXPECT_EQ(operation(key), result) << lines;
-    EXPECT_EQ(log.text(), lines);
+    EXPECT_EQ(row.result, row.operation(row.key)) << row.lines;
+    EXPECT_EQ(row.lines, log.text());
   }
 }
 
-// Removal waits for the holder, who ends its lock on the handler that it locked: whatever the key
-// names by then, and without disturbing the default handler that another thread holds.
+// A removal waits for the holder of any slot, the first or the last, without a line. The holder
+// ends its lock on the handler that it locked, whatever the key names by then, and does not disturb
+// the default handler, which another thread holds.
 TEST_F(SessionsTest, OutliveTheirKeyWhileHeld) {
-  for (const char* ending : {"save", "unlock"}) {
-    for (const bool isMadeAgain : {true, false}) {
-      SCOPED_TRACE(testing::Message() << ending << (isMadeAgain ? " made again" : ""));
-      folder_.file("wifi/wifi.ldb", kFreshFile);
-      LocalDbCtrl::cloneNewDB(kSession);
-      ASSERT_TRUE(locked(kWifi, kSession, 7));
-      Holder other(kWifi, "default");
-      auto removal = std::async(std::launch::async, [] { LocalDbCtrl::removeDB(kSession); });
-      while (LocalDbCtrl::getDBByKey(kSession) != LocalDbCtrl::getDBByKey("default")) {
-        std::this_thread::yield();
-      }
-      EXPECT_EQ(isMadeAgain ? LocalDbCtrl::cloneNewDB(kSession) : 1, 1);
-      EXPECT_EQ(removal.wait_for(std::chrono::milliseconds(10)), std::future_status::timeout);
-      EXPECT_EQ(answerTo(ending, kSession), "0");
-      removal.get();
-      EXPECT_EQ(fileHolds(kWifi, "count"), ending == std::string("save") ? 7 : 0);
-      EXPECT_EQ(answerTo(ending, kSession), "2") << "there was one lock";
-      EXPECT_EQ(stateOf(kWifi), LDB_LOCKED);
-      EXPECT_EQ(other.end([] { return answerTo("unlock", nullptr); }), "0");
-      LocalDbCtrl::removeDB(kSession);
+  for (const auto& [area, ending, isMadeAgain] : {std::tuple(API_GATEWAY, "save", false),
+                                                  {API_MISC, "save", true},
+                                                  {API_GATEWAY, "unlock", true},
+                                                  {API_MISC, "unlock", false}}) {
+    SCOPED_TRACE(testing::Message() << area << ending << (isMadeAgain ? " made again" : ""));
+    folder_.file(std::string(API_DATA_DIR[area]) + "/" + API_DATA_DIR[area] + ".ldb", kFreshFile);
+    LocalDbCtrl::cloneNewDB(kSession);
+    ASSERT_TRUE(locked(area, kSession, 7));
+    Holder other(area, "default");
+    CapturedLog log({LOG_ERROR});
+    auto removal = std::async(std::launch::async, [] { LocalDbCtrl::removeDB(kSession); });
+    while (LocalDbCtrl::getDBByKey(kSession) != LocalDbCtrl::getDBByKey("default")) {
+      std::this_thread::yield();
     }
+    EXPECT_EQ(1, isMadeAgain ? LocalDbCtrl::cloneNewDB(kSession) : 1);
+    EXPECT_EQ(std::future_status::timeout, removal.wait_for(std::chrono::milliseconds(10)));
+    EXPECT_EQ("0", answerTo(ending, kSession, area));
+    removal.get();
+    EXPECT_FALSE(log.has(kLockState));
+    EXPECT_EQ(ending == std::string("save") ? 7 : 0, fileHolds(area, "count"));
+    EXPECT_EQ("2", answerTo(ending, kSession, area)) << "there was one lock";
+    EXPECT_EQ(LDB_LOCKED, stateOf(area));
+    EXPECT_EQ("0", other.end([area = area] { return answerTo("unlock", nullptr, area); }));
+    LocalDbCtrl::removeDB(kSession);
+  }
+}
+
+// One thread takes several holds on one area. Each lock that gets a slot writes its number into it;
+// a save or unlock is shown by the number that the file then has, or "no". It ends the last lock
+// under its key; without one, the lock of the slot that the key names, whatever key it was under.
+TEST_F(SessionsTest, EndTheLockThatWasTakenUnderTheirKey) {
+  const std::pair<const char*, const char*> rows[] = {
+      {"lock default, clone a, lock a, save default, save a", "1 2 1 2"},
+      {"lock default, clone a, lock a, remove a, save a, save default", "1 2 2 1"},
+      {"lock default, clone a, lock a, remove a, unlock a, save default", "1 2 0 1"},
+      {"lock default, clone a, lock a, remove a, clone a, save a, save default", "1 2 2 1"},
+      {"lock a, clone a, save a, save a", "1 1 no"},
+      {"lock a, clone a, lock a, save a, save a, save a", "1 2 2 1 no"},
+      {"lock a, clone a, lock a, remove a, save a, save a", "1 2 2 1"},
+      {"clone a, lock a, remove a, lock a, save a, save a", "1 2 2 1"},
+      {"clone a, lock a, remove a, clone a, lock a, save a, save a", "1 2 2 1"},
+      {"clone a, lock a, remove a, lock a, clone a, lock a, save a, save a, save a", "1 2 3 3 2 1"},
+      {"lock -, lock default, lock a, save -", "1 no no 1"},
+      {"lock -, init, lock -, save -, save -", "1 2 2 1"},
+      {"lock -, save default", "1 1"},
+      {"lock a, save -", "1 1"},
+      {"lock a, save b", "1 1"},
+      {"lock default, init, lock a, save a, save a, save default", "1 2 2 no 1"},
+      {"lock default, init, save a, save default", "1 no 1"},
+      {"clone a, lock a, save default, save a", "1 no 1"},
+      {"clone a, lock a, lock default, remove default, save -, save default, save a", "1 2 no 2 1"},
+      {"clone default, lock default, remove default, save a, save default", "1 no 1"},
+  };
+  for (const auto& [events, answers] : rows) {
+    LocalDbCtrl::init();
+    folder_.file("wifi/wifi.ldb", kFreshFile);
+    std::istringstream all(replaced(events, ",", ""));
+    std::string heard;
+    int locks = 0;
+    for (std::string event, name; all >> event;) {
+      const char* const key =
+          event != "init" && all >> name && name != "-" ? name.c_str() : nullptr;
+      if (event == "init") {
+        LocalDbCtrl::init();
+      } else if (event == "clone") {
+        LocalDbCtrl::cloneNewDB(key);
+      } else if (event == "remove") {
+        LocalDbCtrl::removeDB(key);
+      } else if (event == "lock") {
+        const bool isLocked = locked(kWifi, key, locks + 1);
+        heard += isLocked ? " " + std::to_string(++locks) : " no";
+      } else {
+        heard +=
+            answerTo(event, key) != "0" ? " no" : " " + std::to_string(fileHolds(kWifi, "count"));
+      }
+    }
+    EXPECT_EQ(answers, heard.substr(1)) << events;
   }
 }
 
@@ -102,52 +165,56 @@ TEST_F(SessionsTest, AreFreedByTheirLastHolder) {
   // Its own holder removes it, without waiting for itself.
   EXPECT_TRUE(contains(linesOf([] { LocalDbCtrl::removeDB("s"); }), kLockState));
   EXPECT_TRUE(contains(linesOf([] { LocalDbCtrl::init(); }), kLockState));
-  EXPECT_EQ(LocalDbCtrl::controllers.size(), 1U);
+  EXPECT_EQ(1U, LocalDbCtrl::controllers.size());
   ASSERT_TRUE(locked(kWifi, nullptr, 9)) << "the new default handler's own slot";
-  EXPECT_EQ(answerTo("unlock", nullptr), "0");
-  EXPECT_EQ(stateOf(kWifi), LDB_ACCESSIBLE) << "what the key names now comes first";
-  EXPECT_EQ(answerTo("save", nullptr), "0");
-  EXPECT_EQ(fileHolds(kWifi, "count"), 8);
+  EXPECT_EQ("0", answerTo("unlock", nullptr));
+  EXPECT_EQ(LDB_ACCESSIBLE, stateOf(kWifi)) << "what the key names now comes first";
+  EXPECT_EQ("0", answerTo("save", nullptr));
+  EXPECT_EQ(8, fileHolds(kWifi, "count"));
   EXPECT_TRUE(contains(linesOf([] { LocalDbCtrl::unlockDbObject(API_QOS, "s"); }), "release jobj"))
       << "nobody else can free what unlock kept";
 }
 
-// A save writes without the mutex. Here it writes more than a pipe takes, and so lasts until the
-// pipe is read.
-TEST_F(SessionsTest, AreLeftAloneWhileASaveWrites) {
+// A save writes without the mutex. Meanwhile lockers are refused, and a removal waits without a
+// line, so that the session's next handler reads what was saved.
+TEST_F(SessionsTest, AreRemovedWhenTheirSavesAreWritten) {
   LocalDbCtrl::cloneNewDB("s");
-  LocalDbCtrl::lockDbObject(kWifi, "", "s")->set("text", std::string(100'000, 'x').c_str());
-  LocalDbCtrl::unlockDbObject(kWifi, "s");
-  Holder saver(kWifi, "s");
-  const std::string pipe = LocalDbCtrl::getFileName(kWifi);
-  std::filesystem::remove(pipe);
-  ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
-  const int reader = open(pipe.c_str(), O_RDONLY | O_NONBLOCK);
-  std::string locks, saved;
-  const std::string lines = linesOf([&] {
-    auto saving = std::async(std::launch::async,
-                             [&saver] { return saver.end([] { return answerTo("save", "s"); }); });
-    pollfd filling{reader, POLLIN, 0};
-    poll(&filling, 1, 60'000);
-    locks = answerTo("lock ", "s") + (locked(API_QOS, "s") ? " other" : "");
-    LocalDbCtrl::unlockDbObject(API_QOS, "s");
+  auto held = std::make_optional<SlowFlush>(SlowFlush::kHeld);
+  Holder saver(kWifi, "s", 7);
+  CapturedLog log({LOG_ERROR});
+  auto saving = std::async(std::launch::async,
+                           [&saver] { return saver.end([] { return answerTo("save", "s"); }); });
+  SlowFlush::waitForOne();
+  EXPECT_EQ("null", answerTo("lock ", "s"));
+  EXPECT_EQ("handle", answerTo("lock ", "s", API_QOS));
+  EXPECT_EQ("0", answerTo("unlock", "s", API_QOS));
+  auto removal = std::async(std::launch::async, [] {
     LocalDbCtrl::removeDB("s");
-    char part[4096];
-    while (read(reader, part, sizeof part) != 0) {
-    }
-    saved = saving.get();
+    return LocalDbCtrl::cloneNewDB("s");
   });
-  close(reader);
-  EXPECT_EQ(locks, "null other");
-  EXPECT_EQ(saved, "0");
-  EXPECT_TRUE(contains(lines, kLockState));
+  EXPECT_EQ(std::future_status::timeout, removal.wait_for(std::chrono::milliseconds(20)));
+  held.reset();
+  EXPECT_EQ(1, removal.get());
+  Handle seen(LocalDbCtrl::lockDbObject(kWifi, "count", "s"));
+  EXPECT_EQ("7", plain(*seen));
+  EXPECT_EQ("0", saving.get());
+  EXPECT_EQ("0", answerTo("unlock", "s"));
+  EXPECT_FALSE(log.has(kLockState));
+}
+
+// A removal does not wait for a state that the program wrote by its own hand: nobody would end it.
+TEST_F(SessionsTest, AreLeftInAStateThatNobodyEnds) {
+  LocalDbCtrl::cloneNewDB("s");
+  __atomic_store_n(&LocalDbCtrl::getDBByKey("s")->state[kWifi], LDB_LOCKED, __ATOMIC_RELEASE);
+  const Handle left(LocalDbCtrl::getDBByKey("s")->localdb[kWifi]);
+  EXPECT_EQ(kLockState, linesOf([] { LocalDbCtrl::removeDB("s"); }, {LOG_ERROR}));
 }
 
 TEST(HandlerTest, StandsAlone) {
   const LOCALDB_HANDLER handler;
   for (unsigned int area = 0; area < std::size(handler.state); ++area) {
-    EXPECT_EQ(handler.state[area], LDB_NOT_INITIALIZED);
-    EXPECT_EQ(handler.localdb[area], nullptr);
+    EXPECT_EQ(LDB_NOT_INITIALIZED, handler.state[area]);
+    EXPECT_EQ(nullptr, handler.localdb[area]);
   }
 }
 

@@ -1,3 +1,4 @@
+// The logger as a program meets it: what its filters let through, and where a line goes.
 #include "hearth/logger.h"
 
 #include <fcntl.h>
@@ -6,7 +7,6 @@
 #include <algorithm>
 #include <cerrno>
 #include <sstream>
-#include <tuple>
 
 #include "tests/support/captured_log.h"
 #include "tests/support/scratch.h"
@@ -35,15 +35,20 @@ class LoggerTest : public Scratch {
 };
 
 TEST_F(LoggerTest, FiltersByGroupThenSeverity) {
-  // Written or not: with INFO, WARN, DEBUG, ERROR alone off, and with all on.
-  const std::tuple<uint32_t, int, int, const char*> kCases[] = {
+  struct Row {
+    uint32_t mask;
+    int type;
+    int group;
+    const char* written;  // w or -: with INFO, WARN, DEBUG, ERROR alone off, and with all on
+  };
+  const Row rows[] = {
       {0, LOG_PRINT, 0, "-----"},           {1, LOG_INFO, 0, "-wwww"},
       {1, LOG_WARNING, 0, "w-www"},         {1, LOG_DEBUG, 0, "ww-ww"},
       {1, LOG_ERROR, 0, "www-w"},           {1, 7, 0, "wwwww"},
       {0xfffffffe, LOG_PRINT, 0, "-----"},  {0x80000000, LOG_PRINT, 31, "wwwww"},
       {0xffffffff, LOG_PRINT, 32, "-----"}, {0xffffffff, LOG_PRINT, -1, "-----"},
   };
-  for (const auto& [mask, type, group, expected] : kCases) {
+  for (const auto& [mask, type, group, expected] : rows) {
     Logger::mask = mask;
     std::string written;
     for (int32_t* const enabled : logSwitches()) {
@@ -56,14 +61,39 @@ TEST_F(LoggerTest, FiltersByGroupThenSeverity) {
   }
 }
 
+TEST_F(LoggerTest, GroupsHaveTheirNames) {
+#define HEARTH_GROUP(name) \
+  { LOG_GROUP_##name, #name }
+  const std::pair<LOG_GROUP_T, const char*> rows[] = {
+      HEARTH_GROUP(UTIL),           HEARTH_GROUP(WSL),           HEARTH_GROUP(API_AL),
+      HEARTH_GROUP(APIV1_GATEWAY),  HEARTH_GROUP(APIV1_WIFI),    HEARTH_GROUP(APIV1_NETWORK),
+      HEARTH_GROUP(APIV1_SECURITY), HEARTH_GROUP(APIV1_SERVICE), HEARTH_GROUP(APIV1_MEDIA),
+      HEARTH_GROUP(APIV1_QOS),      HEARTH_GROUP(FAL),           HEARTH_GROUP(LDB_GATEWAY),
+      HEARTH_GROUP(LDB_WIFI),       HEARTH_GROUP(LDB_NETWORK),   HEARTH_GROUP(LDB_SECURITY),
+      HEARTH_GROUP(LDB_SERVICE),    HEARTH_GROUP(LDB_MEDIA),     HEARTH_GROUP(LDB_QOS),
+      HEARTH_GROUP(UTEST)};
+  int value = 0;
+  for (const auto& [group, name] : rows) {
+    EXPECT_EQ(value, group) << name;
+    EXPECT_STREQ(name, Logger::LogGroupNames[value++]);
+  }
+  EXPECT_EQ(19, value);
+}
+
 TEST_F(LoggerTest, SetGroupChangesOneBit) {
-  const std::tuple<uint32_t, int, bool, uint32_t> kCases[] = {
+  struct Row {
+    uint32_t before;
+    int group;
+    bool isEnabled;
+    uint32_t after;
+  };
+  const Row rows[] = {
       {0, 0, true, 1},         {5, 2, false, 1},
       {0, 31, true, 1U << 31}, {0xffffffff, 31, false, 0x7fffffff},
       {5, 40, true, 5},        {5, 40, false, 5},
       {5, 32, true, 5},        {5, -1, false, 5},
   };
-  for (const auto& [before, group, isEnabled, after] : kCases) {
+  for (const auto& [before, group, isEnabled, after] : rows) {
     Logger::mask = before;
     Logger::setGroup(static_cast<LOG_GROUP_T>(group), isEnabled);
     EXPECT_EQ(after, Logger::mask) << before << " " << group << " " << isEnabled;
@@ -75,19 +105,25 @@ TEST_F(LoggerTest, InitSettlesFileLogging) {
   putText("full", "kept\n");
   symlink("target", "dangling");
   symlink("loop", "loop");
-  const std::tuple<const char*, int, int, int> kCases[] = {
+  struct Row {
+    const char* file;
+    int logToFile;  // the setting
+    int before;     // file logging, before and after init
+    int after;
+  };
+  const Row rows[] = {
       {"new1", 1, 0, 1},     {"new2", 5, 1, 1},   {"new3", 0, 1, 0},     {"full", 0, 1, 1},
       {"full", 1, 0, 0},     {"folder", 0, 1, 1}, {"dangling", 1, 0, 1}, {"missing/log", 1, 1, 0},
       {"full/log", 1, 1, 0}, {"", 1, 1, 0},       {"loop", 1, 1, 0},     {"/dev/null", 0, 1, 1},
   };
   BEConfig::LOG_MASK = 0x5a;
-  for (const auto& [file, logToFile, before, after] : kCases) {
+  for (const auto& [file, logToFile, before, after] : rows) {
     BEConfig::LOG_FILE = file;
     BEConfig::LOG_TO_FILE = logToFile;
     Logger::enableFileLog = before;
     EXPECT_EQ(0, Logger::init());
     EXPECT_EQ(after, Logger::enableFileLog) << file << " " << logToFile;
-    EXPECT_EQ(0x5aU, Logger::mask);
+    EXPECT_EQ(0x5aU, Logger::mask) << file;
   }
   EXPECT_EQ("kept\n", textOf("full"));
   EXPECT_EQ((std::set<std::string>{"dangling", "folder", "full", "loop", "new1", "new2", "new3",
@@ -115,13 +151,23 @@ TEST_F(LoggerTest, FileThatCannotBeOpenedIsNamedAndTriedAgain) {
   for (const std::string& file : {std::string("missing/log"), std::string("."), std::string(""),
                                   std::string("pipe"), tooLong}) {
     BEConfig::LOG_FILE = file;
-    EXPECT_EQ("fail to open file " + file + "\n" + kLine, printed());
+    EXPECT_EQ("fail to open file " + file + "\n" + kLine, printed()) << file.substr(0, 80);
   }
   BEConfig::LOG_FILE = "missing/log";
   mkdir("missing", 0777);
   EXPECT_EQ(kLine, printed());
   BEConfig::LOG_FILE = "/dev/full";
   EXPECT_EQ(kLine, printed()) << "a full device is nobody's business";
+}
+
+TEST_F(LoggerTest, WaitsForWhoeverHoldsTheLock) {
+  pthread_mutex_lock(&Logger::lock);
+  std::thread other([] { printed(); });
+  usleep(100'000);  // plenty for a line that does not wait
+  EXPECT_EQ("", textOf("log"));
+  pthread_mutex_unlock(&Logger::lock);
+  other.join();
+  EXPECT_EQ(kLine, textOf("log"));
 }
 
 TEST_F(LoggerTest, LinesOfThreadsDoNotInterleave) {

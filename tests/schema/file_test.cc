@@ -1,4 +1,5 @@
-// The two functions of the seam, on files: what is read, and what is refused without a wait.
+// The two functions of the seam, on files: which documents are read, and which files are refused
+// without a wait.
 #include <sys/stat.h>
 
 #include <utility>
@@ -16,20 +17,20 @@ TEST_F(FileTest, ReadsDocumentsOfEveryKind) {
                                               {"\"1\"", 0}, {"{", 0},        {"nul", 0}};
   for (const auto& [text, conforms] : rows) {
     putText("instance", text);
-    EXPECT_EQ(json_validate_instance_from_file("instance", "schema"), conforms) << text;
+    EXPECT_EQ(conforms, json_validate_instance_from_file("instance", "schema")) << text;
   }
   putText("null", "null");
-  EXPECT_EQ(json_validate_instance_from_file("null", "null"), 0);
-  EXPECT_EQ(json_validate_instance(nullptr, nullptr), 0);
+  EXPECT_EQ(0, json_validate_instance_from_file("null", "null"));
+  EXPECT_EQ(0, json_validate_instance(nullptr, nullptr));
 }
 
 TEST_F(FileTest, RefusesWhatIsNoRegularFile) {
   putText("true", "true");
-  ASSERT_EQ(mkfifo("pipe", 0600), 0);
+  ASSERT_EQ(0, mkfifo("pipe", 0600));
   const char* const none = nullptr;
   for (const char* const wrong : {"pipe", "missing", ".", "/dev/zero", "/dev/null", none}) {
-    EXPECT_EQ(json_validate_instance_from_file(wrong, "true"), 0) << testing::PrintToString(wrong);
-    EXPECT_EQ(json_validate_instance_from_file("true", wrong), 0) << testing::PrintToString(wrong);
+    EXPECT_EQ(0, json_validate_instance_from_file(wrong, "true")) << testing::PrintToString(wrong);
+    EXPECT_EQ(0, json_validate_instance_from_file("true", wrong)) << testing::PrintToString(wrong);
   }
 }
 

@@ -1,8 +1,9 @@
-// What the official suite leaves open or says for other drafts than those at hand.
+// Cases that the official suite leaves open, or has for other drafts than those at hand, by topic.
+// check.h says how to read a row.
 #include "check.h"
+#include "schema/format/punycode.h"
 
-namespace hearth {
-namespace schema {
+namespace hearth::schema {
 namespace {
 
 #define D4 R"("$schema":"http://json-schema.org/draft-04/schema#",)"
@@ -188,16 +189,25 @@ TEST(Validate, MatchesPatternsAsEcmaScriptDoes) {
       {"7", R"({"pattern":"[]"})", "[]", R"(["","a"])"},
       {"7", R"({"pattern":"^[^]$"})", R"(["\n"])", R"([""])"},
       {"7", R"({"pattern":"(?<=\\$)\\d+(?!%)\\b"})", R"(["$12"])", R"(["12"])"},
+      {"7", R"({"pattern":"(?<=ab|c)x"})", R"(["abx","cx"])", R"(["bx","x"])"},
+      {"7", R"x({"pattern":"(?<!\\$)\\b5(?<!a{2}5)"})x", R"(["5","a 5"])", R"(["$5","aa5"])"},
+      {"7", R"({"pattern":"(?<=a+)b"})", "[]", R"(["ab"])"},
+      {"7", R"({"pattern":"^\\u{1F600}\\u{41}[\\u{61}-\\u{000000007a}]$"})",
+       R"(["\ud83d\ude00Am"])", R"(["\ud83d\ude00AM","u{1F600}Am"])"},
+      {"7", R"({"pattern":"\\u{d83d}|\\u{10ffff}"})", R"(["\udbff\udfff"])",
+       R"(["u","\ud83d\ude00"])"},
       // What PCRE2 knows and ECMA-262 does not is no pattern at all.
       {"7", R"({"format":"regex"})", R"x(["a*?b??","(?<n>x)","[\\b]","\\cA","(?<=a+)b"])x",
        R"x(["a++","(?>a)","(?i)a","(*UTF)a","\\A","\\Qa","a**","(?#c)","(?P<n>x)","\\u{110000}",
-        "\\c1","\\","[a","\\k1","\\2","[b-a]","\\xg","(?|a)"])x"},
+        "\\c1","\\","[a","\\k1","\\2","[b-a]","\\xg","(?|a)","\\u{}","\\u{12",
+        "\\u{g}","\\u{100000041}","(?<-a)"])x"},
   });
 }
 
 TEST(Validate, TakesOverlongFormsForNoCharacters) {
   check({
       {"7", "{\"pattern\":\"^[\xC0\xAF]$\"}", "[]", R"(["/"])"},
+      {"7", "{\"pattern\":\"^[\xEF\xBC\xA1-\xEF\xBF\xBD]$\"}", R"(["\uff21"])", R"(["/"])"},
       {"7", "{\"pattern\":\"^[\xED\xA0\x80-\xED\xBF\xBF/]$\"}", "[]", R"(["/"])"},
       {"4679", R"({"format":"idn-email"})", "[\"\xC3\xA4@b\"]", "[\"\xC0\xAF@b\"]"},
       {"4679", R"({"format":"iri"})", "[\"a:\xC3\xA4\"]", "[\"a:\xC0\xAF\",\"a:\xC3\"]"},
@@ -216,9 +226,62 @@ TEST(Validate, ChecksFormats) {
       {"4679", R"({"format":"email"})", R"(["a.b@c","\"a@\\\"b\"@[IPv6:::1]"])",
        R"(["a..b@c","@c","a@","a b@c","a@-c"])"},
       {"4679", R"({"format":"uri-template"})", R"(["{?a,b*}%41"])", R"(["{","}","{a:0}","%4"])"},
+      {"4679", R"({"format":"uri"})", R"(["http://[v1.a:b]:8/","a://[VaF.~!]"])",
+       R"(["a://[v.a]","a://[v1.]","a://[v1a]","a://[vg.a]","a://[v1.a/]","a://[w1.a]","a://[v1.a"])"},
+      {"4679", R"({"format":"iri"})", R"(["a://ä"])", R"(["a://[v1.ä]"])"},
+      {"4679", R"({"format":"relative-json-pointer"})", R"(["0","10","120#","345/a~1b","90/"])",
+       R"(["01","00#","10##","10a","-1","+1","","1/~2","#"])"},
+      {"4679", R"({"format":"email"})",
+       R"x(["\"a b\"@c","\"a@b\"@c","\"\"@c","\"a\\\"b\"@c","\"a\\\\\"@c","\"(.,;)\"@c"])x",
+       R"x(["\"a\"b\"@c","\"a@c","a\"@c","\"a\\\"@c","\"a\\\\\"b\"@c","\"a\"b@c","\"@c","\"\u0001\"@c",
+        "\"\u007f\"@c","\"ä\"@c"])x"},
+      {"4679", R"({"format":"idn-email"})", R"x(["\"ä b\"@ä"])x", R"x(["\"ä\"b\"@c"])x"},
+      {"4679", R"({"format":"idn-hostname"})",
+       R"(["münchen.de","xn--mnchen-3ya.de","XN--MNCHEN-3YA","xn--tda","中国","xn--fiqs8s","faß","xn--fa-hia",
+        "ليهمابتكلموشعربي"])",
+       R"(["xn--","xn--a","xn---tda","xn--mnchen-3yb!","xn--mnchen-3y","xn--a-","xn--99999999","München"])"},
+      // One label from right to left makes all others be clear in their direction.
+      {"4679", R"({"format":"idn-hostname"})", R"(["1a.b.ü","a1.b.אב"])",
+       R"(["1a.b.אב","אב.1a.ü"])"},
   });
 }
 
+// The samples of RFC 3492.
+TEST(Validate, KnowsPunycode) {
+  const std::pair<const char*, const char*> rows[] = {
+      {"egbpdaj6bu4bxfgehfvwxn", "ليهمابتكلموشعربي؟"},
+      {"ihqwcrb4cv8a8dqg056pqjye", "他们为什么不说中文"},
+      {"ihqwctvzc91f659drss3x8bo0yb", "他們爲什麽不說中文"},
+      {"Proprostnemluvesky-uyb24dma41a", "Pročprostěnemluvíčesky"},
+      {"4dbcagdahymbxekheh6e0a7fei0b", "למההםפשוטלאמדבריםעברית"},
+      {"i1baa7eci9glrd9b2ae1bj0hfcgg6iyaf8o0a1dig0cd", "यहलोगहिन्दीक्योंनहींबोलसकतेहैं"},
+      {"n8jok5ay5dzabd5bym9f0cm5685rrjetr6pdxa", "なぜみんな日本語を話してくれないのか"},
+      {"b1abfaaepdrnnbgefbadotcwatmq2g4l", "почемужеонинеговорятпорусски"},
+      {"PorqunopuedensimplementehablarenEspaol-fmd56a", "PorquénopuedensimplementehablarenEspañol"},
+      {"TisaohkhngthchnitingVit-kjcr8268qyxafd2f1b9g", "TạisaohọkhôngthểchỉnóitiếngViệt"},
+      {"3B-ww4c5e180e575a65lsy2b", "3年B組金八先生"},
+      {"-with-SUPER-MONKEYS-pc58ag80a8qai00g7n9n", "安室奈美恵-with-SUPER-MONKEYS"},
+      {"Hello-Another-Way--fc4qua05auwb3674vfr0b", "Hello-Another-Way-それぞれの場所"},
+      {"2-u9tlzr9756bt3uc0v", "ひとつ屋根の下2"},
+      {"MajiKoi5-783gue6qz075azm5e", "MajiでKoiする5秒前"},
+      {"de-jg4avhby1noc0d", "パフィーdeルンバ"},
+      {"d9juau41awczczp", "そのスピードで"},
+      {"-> $1.00 <--", "-> $1.00 <-"},
+  };
+  for (const auto& [ascii, text] : rows) {
+    std::string encoded, decoded;
+    EXPECT_TRUE(encodePunycode(text, encoded) && encoded == ascii) << encoded;
+    EXPECT_TRUE(decodePunycode(ascii, decoded) && decoded == text) << decoded;
+  }
+  const std::string tooLong(64, 'a');
+  std::string out;
+  for (const char* const bad :
+       {"a-b", "é", "99999999999", "ihqwcrb4cv8a8dqg056pqjy.", tooLong.c_str(), "en32g"}) {
+    EXPECT_FALSE(decodePunycode(bad, out)) << bad;
+  }
+  EXPECT_FALSE(encodePunycode(tooLong + "ä", out));
+  EXPECT_FALSE(encodePunycode("\xC0\xAF", out));
+}
+
 }  // namespace
-}  // namespace schema
-}  // namespace hearth
+}  // namespace hearth::schema

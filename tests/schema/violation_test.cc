@@ -1,15 +1,20 @@
-// What is told about the first violation, and what a schema that cannot be used is refused with.
-#include <tuple>
-
+// The first violation: where and why, the reason a schema that cannot be used is refused with, and
+// that mean pairs of schema and instance come to an end.
 #include "check.h"
 #include "tests/support/scratch.h"
 
-namespace hearth {
-namespace schema {
+namespace hearth::schema {
 namespace {
 
+#define D19 R"("$schema":"https://json-schema.org/draft/2019-09/schema",)"
+
 struct Told {
-  const char *schema, *instance, *instanceLocation, *schemaLocation, *keyword, *message;
+  std::string schema;
+  std::string instance;
+  const char* instanceLocation;
+  const char* schemaLocation;
+  const char* keyword;
+  std::string message;
 };
 
 TEST(Violation, TellsWhereAndWhy) {
@@ -39,6 +44,11 @@ TEST(Violation, TellsWhereAndWhy) {
        "must have at least 1 matching \"contains\", but has 0"},
       {R"({"dependencies":{"a":["b"]}})", R"({"a":1})", "", "/dependencies", "dependencies",
        "must have the member \"b\", because another member needs it"},
+      {"{" D19 R"("dependentRequired":{"a":["b"]}})", R"({"a":1})", "", "/dependentRequired",
+       "dependentRequired", "must have the member \"b\", because it has \"a\""},
+      // A long text is cut between two characters.
+      {R"({"const":1})", "\"" + repeated("x", 59) + "äy\"", "", "/const", "const",
+       "must be 1, but is \"" + repeated("x", 59) + "...\""},
       {R"({"not":{}})", "1", "", "/not", "not", "must not match the schema of \"not\""},
       {R"({"oneOf":[true,true]})", "1", "", "/oneOf", "oneOf",
        "must match exactly one of the alternatives, but matches more"},
@@ -56,16 +66,21 @@ TEST(Violation, TellsWhereAndWhy) {
   for (const Told& row : rows) {
     Violation violation;
     EXPECT_FALSE(validate(parsed(row.instance).get(), parsed(row.schema).get(), &violation));
-    EXPECT_EQ(violation.instanceLocation, row.instanceLocation) << row.schema;
-    EXPECT_EQ(violation.schemaLocation, row.schemaLocation) << row.schema;
-    EXPECT_EQ(violation.keyword, row.keyword) << row.schema;
-    EXPECT_EQ(violation.message, row.message) << row.schema;
+    EXPECT_EQ(row.instanceLocation, violation.instanceLocation) << row.schema;
+    EXPECT_EQ(row.schemaLocation, violation.schemaLocation) << row.schema;
+    EXPECT_EQ(row.keyword, violation.keyword) << row.schema;
+    EXPECT_EQ(row.message, violation.message) << row.schema;
   }
 }
 
 // A schema that cannot be used is never conformed to, whatever stands around it.
 TEST(Violation, RefusesUnusableSchemas) {
-  const std::tuple<std::string, const char*, const char*> rows[] = {
+  struct Unusable {
+    std::string schema;
+    const char* schemaLocation;
+    const char* reason;
+  };
+  const Unusable rows[] = {
       {R"({"type":5})", "/type", "\"type\" cannot have the value 5"},
       {R"({"type":"text"})", "/type", "\"type\" cannot have the value \"text\""},
       {R"({"minLength":-1})", "/minLength", "\"minLength\" cannot have the value -1"},
@@ -91,17 +106,18 @@ TEST(Violation, RefusesUnusableSchemas) {
        "a pattern of \"pattern\" takes too much work"},
   };
   const JsonRef text = parsed("\"" + repeated("a", 60) + "!\"");
-  for (const auto& row : rows) {
-    const std::string& schema = std::get<0>(row);
-    const auto names = [&](const char* word) { return schema.find(word) != std::string::npos; };
+  for (const auto& [schema, schemaLocation, reason] : rows) {
+    const auto names = [&text = schema](const char* word) {
+      return text.find(word) != std::string::npos;
+    };
     const JsonRef instance = names("Properties") || names("required") ? parsed(R"({"a":1})")
                              : names("multipleOf")                    ? parsed("1")
                                                    : JsonRef(json_object_get(text.get()));
     Violation violation;
     EXPECT_FALSE(validate(instance.get(), parsed(schema).get(), &violation)) << schema;
-    EXPECT_EQ(violation.message, std::string("cannot be checked: ") + std::get<2>(row)) << schema;
+    EXPECT_EQ(std::string("cannot be checked: ") + reason, violation.message) << schema;
     if (schema.find("#\"") == std::string::npos) {
-      EXPECT_EQ(violation.schemaLocation, std::get<1>(row)) << schema;
+      EXPECT_EQ(schemaLocation, violation.schemaLocation) << schema;
       const JsonRef inside =
           parsed(R"({"not":{"anyOf":[{"$id":"http://x/"}]},"not":)" + schema + "}");
       EXPECT_FALSE(validate(instance.get(), inside.get())) << schema;
@@ -141,11 +157,22 @@ std::vector<std::pair<std::string, std::string>> meanPairs() {
   pairs.emplace_back(R"({"items":{"enum":[)" + repeated("1,", 20'000) + "2]}}",
                      "[" + repeated("2,", 20'000) + "2]");
   const std::string name = "\"" + repeated("n", 1'000'000) + "\"";
+  const std::string ones = repeated("0,", 9'999) + repeated("1,", 9'999);
+  std::string names = "\"a\"";
+  for (int i = 0; i < 200'000; ++i) {
+    names += ",\"" + std::to_string(i) + "\"";
+  }
   for (const std::string& leaf :
        {std::string(R"({"properties":{"a":{}}})"), R"({"properties":{)" + name + ":{}}}",
         R"({"required":[)" + name + "]}"}) {
     pairs.emplace_back(doubled(leaf, "allOf"), "{" + name + ":1}");
   }
+  // Few to find, many to tell.
+  pairs.emplace_back(doubled(R"({"type":"string"})", "allOf"), "1");
+  pairs.emplace_back(doubled(R"({"properties":{)" + name + ":false}}", "allOf"),
+                     "{" + name + ":1}");
+  pairs.emplace_back(doubled(R"({"uniqueItems":true})", "allOf"), "[" + ones + "1]");
+  pairs.emplace_back(R"({"required":[)" + names + "]}", "{}");
   pairs.emplace_back(R"({"format":"idn-hostname","pattern":"^b"})",
                      "\"" + repeated("a.", 500'000) + "\"");
   pairs.emplace_back(R"({"anyOf":[)" + repeated(R"({"type":"string"},)", 50'000) + "false]}", "1");
@@ -169,11 +196,13 @@ TEST(Violation, EndsSoonOnASmallStack) {
         Violation violation;
         EXPECT_FALSE(validate(instance.get(), schema.get(), &violation, draft))
             << schemaText.substr(0, 60) << ": " << violation.message;
+        if (draft == Draft::k7) {
+          EXPECT_EQ(violation.message, firstOfAll(instance.get(), schema.get(), draft));
+        }
       }
     }
   });
 }
 
 }  // namespace
-}  // namespace schema
-}  // namespace hearth
+}  // namespace hearth::schema

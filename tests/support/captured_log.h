@@ -1,4 +1,4 @@
-// Log lines, handles and values as texts to compare.
+// Turns log lines, handles and values into texts, which tests compare.
 #ifndef HEARTH_TESTS_SUPPORT_CAPTURED_LOG_H
 #define HEARTH_TESTS_SUPPORT_CAPTURED_LOG_H
 
@@ -10,13 +10,14 @@
 #include <string>
 #include <vector>
 
+#include "base/json_ref.h"
 #include "hearth/be_config.h"
 #include "hearth/logger.h"
 #include "hearth/tree_map_object.h"
-#include "json/json_ref.h"
 
 using Handle = std::unique_ptr<TreeMapObject>;
 
+// A value from its text, and a value's or a handle's text on one line.
 inline hearth::JsonRef parse(const std::string& text) {
   return hearth::JsonRef(json_tokener_parse(text.c_str()));
 }
@@ -27,6 +28,7 @@ inline std::string plain(const TreeMapObject& handle) {
   return plain(handle.jobj);
 }
 
+// The text with every occurrence of a part replaced.
 inline std::string replaced(std::string text, const std::string& part, const std::string& by) {
   for (std::size_t at = 0; (at = text.find(part, at)) != std::string::npos; at += by.size()) {
     text.replace(at, part.size(), by);
@@ -34,15 +36,15 @@ inline std::string replaced(std::string text, const std::string& part, const std
   return text;
 }
 
-// In the order of LOG_TYPE_T.
+// The switches of the severities, in the order of LOG_TYPE_T.
 inline std::array<int32_t*, 4> logSwitches() {
   return {&BEConfig::LOG_INFO_ENABLE, &BEConfig::LOG_WARNING_ENABLE, &BEConfig::LOG_DEBUG_ENABLE,
           &BEConfig::LOG_ERROR_ENABLE};
 }
 
-// Catches standard output while it lives, with the library's lines of the severities given let
-// through and nothing written to a file. The group and its padding are taken off the lines, and an
-// address is PTR: "DEBUG: ~TreeMapObject: this=PTR".
+// Catches standard output while it lives. The library logs the given severities only, and nothing
+// to a file. In the text, the group and its padding are taken off the lines, and an address is PTR:
+// "DEBUG: ~TreeMapObject: this=PTR".
 class CapturedLog {
  public:
   static std::vector<LOG_TYPE_T> all() { return {LOG_INFO, LOG_WARNING, LOG_DEBUG, LOG_ERROR}; }
@@ -69,10 +71,10 @@ class CapturedLog {
   CapturedLog(const CapturedLog&) = delete;
   CapturedLog& operator=(const CapturedLog&) = delete;
 
-  // Ends the capture.
+  // Ends the capture and answers what was written.
   const std::string& text() {
-    if (!taken_) {
-      taken_ = true;
+    if (!isTaken_) {
+      isTaken_ = true;
       Logger::mask = 0;
       text_ = replaced(testing::internal::GetCapturedStdout(), "UTIL          |", "\1");
       text_ = replaced(replaced(text_, "\1 ", ""), "\1", "");
@@ -86,11 +88,11 @@ class CapturedLog {
   bool has(const std::string& part) { return text().find(part) != std::string::npos; }
 
  private:
-  bool taken_ = false;
+  bool isTaken_ = false;
   std::string text_;
 };
 
-// The lines that the work logs.
+// Does the work and answers the lines that it logs.
 inline std::string linesOf(const std::function<void()>& work,
                            const std::vector<LOG_TYPE_T>& severities = CapturedLog::all()) {
   CapturedLog log(severities);

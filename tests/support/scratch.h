@@ -1,5 +1,5 @@
-// What tests of files and processes share: a folder to work in, whole files as texts, and work done
-// in a child process, in threads, or on a small stack.
+// Tools of tests that work with files, processes and threads: a scratch folder, whole files as
+// texts, and work done in a child process, in threads, or on a small stack.
 #ifndef HEARTH_TESTS_SUPPORT_SCRATCH_H
 #define HEARTH_TESTS_SUPPORT_SCRATCH_H
 
@@ -19,6 +19,7 @@
 #include <thread>
 #include <vector>
 
+// The whole file; an empty text where there is none.
 inline std::string textOf(const std::string& path) {
   std::ifstream file(path, std::ios::binary);
   return {std::istreambuf_iterator<char>(file), {}};
@@ -36,7 +37,7 @@ inline std::set<std::string> namesIn(const std::string& folder) {
   return names;
 }
 
-// A folder of its own for a test, removed with all that is in it.
+// A new folder, removed with its contents at the end of its scope.
 class TempDir {
  public:
   explicit TempDir(const std::string& parent = std::filesystem::temp_directory_path())
@@ -53,7 +54,7 @@ class TempDir {
   std::string operator/(const std::string& name) const { return path_ + "/" + name; }
   const std::string& path() const { return path_; }
 
-  // Makes a file with these contents, and its folder; gives its whole path.
+  // Makes a file with these contents, and its folder. Answers its whole path.
   std::string file(const std::string& name, const std::string& contents) const {
     const std::filesystem::path path = *this / name;
     std::filesystem::create_directories(path.parent_path());
@@ -66,7 +67,7 @@ class TempDir {
   std::string path_;
 };
 
-// A new folder, which is the working folder while the test runs.
+// The fixture of a test in a new folder, which is the working folder while the test runs.
 class Scratch : public testing::Test {
  protected:
   explicit Scratch(const std::string& parent = std::filesystem::temp_directory_path())
@@ -78,7 +79,7 @@ class Scratch : public testing::Test {
   const TempDir folder_;
 };
 
-// The same in memory, where flushing takes no time.
+// A scratch folder in memory, where flushing takes no time.
 class ScratchInMemory : public Scratch {
  protected:
   ScratchInMemory()
@@ -86,7 +87,7 @@ class ScratchInMemory : public Scratch {
                                               : std::filesystem::temp_directory_path().string()) {}
 };
 
-// What the work writes to standard output.
+// Does the work and answers what it writes to standard output.
 inline std::string printed(const std::function<void()>& work) {
   testing::internal::CaptureStdout();
   work();
@@ -98,7 +99,8 @@ struct Ended {
   std::string out, err;
 };
 
-// Does the work in a child, which a minute ends at the latest. Work that returns ends with 0.
+// Does the work in a child process, which a minute ends at the latest. Work that returns ends it
+// with status 0.
 inline Ended inChild(const std::function<void()>& work) {
   const TempDir outputs;
   fflush(nullptr);
@@ -118,7 +120,7 @@ inline Ended inChild(const std::function<void()>& work) {
           outputs.contentsOf("out"), outputs.contentsOf("err")};
 }
 
-// Does the work in so many threads at once, each of which knows its number.
+// Does the work in so many threads at once, and gives each its number. Waits for all of them.
 inline void inThreads(unsigned int count, const std::function<void(unsigned int)>& work) {
   std::vector<std::thread> threads;
   for (unsigned int number = 0; number < count; ++number) {
@@ -129,7 +131,7 @@ inline void inThreads(unsigned int count, const std::function<void(unsigned int)
   }
 }
 
-// Does the work on a thread with the stack that the product's threads have.
+// Does the work on a thread with a stack as small as the backend's threads have, and waits for it.
 inline void onSmallStack(std::function<void()> work) {
   pthread_attr_t attributes;
   pthread_attr_init(&attributes);

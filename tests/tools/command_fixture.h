@@ -1,5 +1,13 @@
-// The language of the command's tests: every row is a line for the shell, run in a copy of the
-// sample gateway, and what must come of it.
+// The language of the command's tests. A row is a line for the shell, run in a copy of the sample
+// gateway, and what must come of it:
+//
+//   {"hearth get f.json i", "7\n"}                     succeeds with this output and no error
+//   {"hearth set f.json x.[5] 1", "", "stored as"}     succeeds with this output and this error
+//   {"hearth get wfii a", 2, "did you mean 'wifi'?"}   fails with this exit code and this error
+//   Row("hearth check", 1, "").printing("*")           fails, and has output all the same
+//
+// The output is all of standard output, "*" for anything; the error is a part of standard error,
+// and an empty one means that nothing is there. f.json is kSmall; ./data is the sample gateway.
 #ifndef HEARTH_TESTS_TOOLS_COMMAND_FIXTURE_H
 #define HEARTH_TESTS_TOOLS_COMMAND_FIXTURE_H
 
@@ -8,18 +16,21 @@
 
 #include "tests/support/scratch.h"
 
-// A line that succeeds with this output, or fails with this error. The output is all of standard
-// output, "*" for anything; the error is a part of standard error, which is empty where that is.
 struct Row {
-  Row(const std::string& itsLine, const std::string& itsOut = "", const std::string& itsErr = "")
-      : Row(itsLine, 0, itsOut, itsErr) {}
-  Row(const std::string& itsLine, int itsExit, const std::string& itsErr)
-      : Row(itsLine, itsExit, "", itsErr) {}
-  Row(std::string itsLine, int itsExit, std::string itsOut, std::string itsErr)
-      : line(std::move(itsLine)), exit(itsExit), out(std::move(itsOut)), err(std::move(itsErr)) {}
-  const std::string line;
-  const int exit;
-  const std::string out, err;
+  Row(std::string itsLine, std::string itsOut = "", std::string itsErr = "")
+      : line(std::move(itsLine)), out(std::move(itsOut)), err(std::move(itsErr)) {}
+  Row(std::string itsLine, int itsExit, std::string itsErr)
+      : line(std::move(itsLine)), exit(itsExit), err(std::move(itsErr)) {}
+
+  Row printing(const std::string& text) const {
+    Row row = *this;
+    row.out = text;
+    return row;
+  }
+
+  std::string line;
+  int exit = 0;
+  std::string out, err;
 };
 
 class CommandTest : public testing::Test {
@@ -29,6 +40,7 @@ class CommandTest : public testing::Test {
     dir_.file("f.json", kSmall);
   }
 
+  // The contents of all files but those of the test itself.
   std::map<std::string, std::string> files() const {
     std::map<std::string, std::string> result;
     for (const auto& entry : std::filesystem::recursive_directory_iterator(dir_.path())) {
@@ -40,7 +52,7 @@ class CommandTest : public testing::Test {
     return result;
   }
 
-  // Runs the line; a command that fails must have changed no file.
+  // Runs the line. A line that fails must have changed no file.
   void run(const Row& row) {
     SCOPED_TRACE(row.line);
     const auto before = files();
@@ -51,17 +63,18 @@ class CommandTest : public testing::Test {
     const int status = system(script.c_str());
     ASSERT_TRUE(WIFEXITED(status));
     const std::string err = dir_.contentsOf("err");
-    EXPECT_EQ(WEXITSTATUS(status), row.exit) << err;
+    EXPECT_EQ(row.exit, WEXITSTATUS(status)) << err;
     if (row.out != "*") {
-      EXPECT_EQ(dir_.contentsOf("out"), row.out);
+      EXPECT_EQ(row.out, dir_.contentsOf("out"));
     }
-    EXPECT_TRUE(err.find(row.err) != std::string::npos && err.empty() == row.err.empty()) << err;
+    EXPECT_TRUE(err.find(row.err) != std::string::npos && err.empty() == row.err.empty())
+        << "expected: " << row.err << "\nin: " << err;
     if (row.exit != 0) {
-      EXPECT_TRUE(files() == before) << "a failure changed a file";
-      // One line of a message, all of which can be shown anywhere.
+      EXPECT_TRUE(before == files()) << "a failure changed a file";
+      // The error is one line, behind any notes, and harmless on a terminal.
       const std::regex lines("((hearth: note: [^\\n]*\\n)*hearth: [^\\n]+\\n)?");
       EXPECT_TRUE(std::regex_match(err, lines)) << err;
-      EXPECT_EQ(err.find_first_of("\x1b\r\b\x7f"), std::string::npos) << err;
+      EXPECT_EQ(std::string::npos, err.find_first_of("\x1b\r\b\x7f")) << err;
     }
   }
 

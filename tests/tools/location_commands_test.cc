@@ -38,11 +38,11 @@ TEST_F(CommandTest, Validates) {
         {"echo '{' >s.json; hearth validate --schema s.json f.json; e=$?; rm s.json; exit $e", 3,
          "'s.json': not JSON"},
 #if HEARTH_TOOLS_SHOW_VIOLATIONS
-        {"hearth validate --json --schema rules.json f.json", 1,
-         "{\n  \"conforms\": false,\n  \"pointer\": \"/i\",\n  \"rule\": "
-         "\"/properties/i/maximum\",\n"
-         "  \"keyword\": \"maximum\",\n  \"message\": \"must be at most 3, but is 7\"\n}\n",
-         ""},
+        Row("hearth validate --json --schema rules.json f.json", 1, "")
+            .printing(
+                "{\n  \"conforms\": false,\n  \"pointer\": \"/i\",\n"
+                "  \"rule\": \"/properties/i/maximum\",\n  \"keyword\": \"maximum\",\n"
+                "  \"message\": \"must be at most 3, but is 7\"\n}\n"),
 #endif
   });
 }
@@ -64,7 +64,7 @@ TEST_F(CommandTest, ChecksADataLocation) {
   });
 #endif
   runAll({
-      {"hearth --data nowhere check", 1, "*", ""},
+      Row("hearth --data nowhere check", 1, "").printing("*"),
   });
 }
 
@@ -94,7 +94,7 @@ TEST_F(CommandTest, ExplainsAConfiguration) {
       R"("enable_bruteforce_prevent":false,"system":{"cleanup_time":5,"timer":{"sesion":3}}})");
   const std::string squeeze = " | sed 's/  */ /g' | grep ";
   runAll({
-      {"hearth config data/gateway.conf | wc -l; ls -A | grep login", 1, "37\n", ""},
+      Row("hearth config data/gateway.conf | wc -l; ls -A | grep login", 1, "").printing("37\n"),
       {"hearth config c.conf" + squeeze + "-E 'mask|log_f|rewrite|brute|system|https|PORT '",
        "url_rewrite_path /p/url_rewrite.txt file\n"
        "log_file ./l file\n"
