@@ -11,14 +11,18 @@ if ((EUID != 0)); then
   as_root=(unshare --user --map-auto --map-root-user)
 fi
 
-# The sources from which this machine's apt takes Debian, as lines of a sources.list.
+# The sources from which this machine's apt takes Debian, as lines of a sources.list: all, or those of
+# one suite.
 debian_sources() {
+  # shellcheck disable=SC2016  # the fields are apt's
   local fields='$(ORIGIN)|$(REPO_URI)|$(RELEASE)|$(COMPONENT)'
   apt-get indextargets --format "$fields" 'Created-By: Packages' | sort -u |
-    awk -F'|' '/^Debian\|/ { print "deb", $2, $3, $4 }'
+    awk -F'|' -v suite="${1:-}" '/^Debian\|/ && (suite == "" || $3 == suite) { print "deb", $2, $3, $4 }'
 }
 
-# PREPARATION is a shell command that the root runs once, before it is put away.
+# PREPARATION is a shell command that the root runs once, before it is put away. A root of several
+# architectures is made of the release alone: its lists agree with each other, while those of updates
+# may be out of step for hours.
 open_root() {
   local name=$1 prepare=$2 options=() packages=() word
   shift 2
@@ -30,8 +34,13 @@ open_root() {
     fi
   done
   scripts/setup root
-  local sources key archive
-  sources=$(debian_sources)
+  local sources key archive suite
+  suite=$(. /etc/os-release && echo "$VERSION_CODENAME")
+  if [[ ${options[*]} == *--architectures=* ]]; then
+    sources=$(debian_sources "$suite")
+  else
+    sources=$(debian_sources)
+  fi
   key=$(sha256sum <<<"$sources ${options[*]} ${packages[*]} $prepare" | cut -c 1-12)
   archive=${XDG_CACHE_HOME:-$HOME/.cache}/hearth/roots/$name-$key.tar
   if [[ ! -e $archive ]]; then
@@ -42,7 +51,7 @@ open_root() {
       --aptopt='APT::Install-Recommends "false"' --aptopt='APT::Get::Assume-Yes "true"' \
       --include="$(IFS=, && echo "${packages[*]}")" "${options[@]}" \
       --customize-hook="chroot \"\$1\" /bin/sh -ec '${prepare:-true}'" \
-      "$(. /etc/os-release && echo "$VERSION_CODENAME")" "${archive%.tar}.new.tar" - <<<"$sources"
+      "$suite" "${archive%.tar}.new.tar" - <<<"$sources"
     mv "${archive%.tar}.new.tar" "$archive"
   fi
   root=$(mktemp -d "${TMPDIR:-/tmp}/hearth-root.XXXXXX")
