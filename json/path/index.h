@@ -10,6 +10,8 @@
 #include <cstddef>
 #include <cstdint>
 
+#include "base/ascii.h"
+
 namespace hearth {
 
 inline bool isIndexToken(const char* token) {
@@ -32,10 +34,6 @@ struct IndexText {
 // False when the index of an index token is 0 only because its text is no number: "[x]", "[+]".
 // Requires a token that carries an index.
 [[nodiscard]] bool hasDigits(const char* token, std::size_t length);
-
-inline bool isDigit(char c) {
-  return c >= '0' && c <= '9';
-}
 
 constexpr std::size_t kShortestIndexToken = 3;
 

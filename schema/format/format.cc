@@ -9,19 +9,19 @@ namespace {
 
 using Check = bool (*)(std::string_view text, Patterns& patterns);
 
-template <bool (*check)(std::string_view)>
+template <bool (*kCheck)(std::string_view)>
 bool ofText(std::string_view text, Patterns&) {
-  return check(text);
+  return kCheck(text);
 }
 
-template <bool (*check)(std::string_view, bool), bool international>
+template <bool (*kCheck)(std::string_view, bool), bool kInternational>
 bool ofUri(std::string_view text, Patterns&) {
-  return check(text, international);
+  return kCheck(text, kInternational);
 }
 
-template <bool (*check)(std::string_view, bool, Patterns&), bool international>
+template <bool (*kCheck)(std::string_view, bool, Patterns&), bool kInternational>
 bool ofName(std::string_view text, Patterns& patterns) {
-  return check(text, international, patterns);
+  return kCheck(text, kInternational, patterns);
 }
 
 // A pattern that would take too much work to match is a pattern all the same.
