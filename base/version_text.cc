@@ -7,5 +7,6 @@
 
 extern "C" {
 extern const char hearth_version_text[];
+// NOLINTNEXTLINE(readability-identifier-naming): the linker is told this name
 const char hearth_version_text[] = "hearth " HEARTH_VERSION;
 }
