@@ -1,7 +1,8 @@
 // json-c's parser takes a text in pieces and reports a value as soon as it is complete. Two of its
 // habits need care here:
 //   - A number or a word at the very end of a text could go on in the next piece, so the parser
-//     waits. A second piece, which holds only the end of the text, makes it finish.
+//     waits. A second piece, a line end, makes it finish. A NUL would too, but one behind a
+//     comment that nobody closed makes the parser answer with the innermost value it has.
 //   - Where memory runs out inside a value, the parser leaves that part out without an error. It
 //     does leave ENOMEM in errno, which nothing else on the way sets, so errno is asked.
 #include "base/json_parser.h"
@@ -30,12 +31,13 @@ ParsedJson parseJson(std::string_view text, int flags) {
   parsed.value.reset(
       json_tokener_parse_ex(tokener.get(), text.data(), static_cast<int>(text.size())));
   parsed.end = json_tokener_get_parse_end(tokener.get());
-  if (json_tokener_get_error(tokener.get()) == json_tokener_continue) {
-    // json-c counts the terminating zero byte as the end of the text.
-    constexpr char kEndOfText[] = "";
-    parsed.value.reset(json_tokener_parse_ex(tokener.get(), kEndOfText, sizeof(kEndOfText)));
-  }
   parsed.error = json_tokener_get_error(tokener.get());
+  if (parsed.error == json_tokener_continue) {
+    constexpr char kEnd[] = {'\n'};
+    parsed.value.reset(json_tokener_parse_ex(tokener.get(), kEnd, sizeof(kEnd)));
+    const bool isComplete = json_tokener_get_error(tokener.get()) == json_tokener_success;
+    parsed.error = isComplete ? json_tokener_success : json_tokener_error_parse_eof;
+  }
   parsed.isOutOfMemory = errno == ENOMEM;
   if (!parsed.isValid()) {  // a value with holes must not be taken for the text's
     parsed.value.reset();

@@ -79,15 +79,14 @@ TEST_F(FileReadTest, RefusesWhatIsNoFileWithoutOpeningIt) {
 TEST_F(FileReadTest, TellsWhyThereIsNoValue) {
   putText("whole", "[1]");
   putText("cut", "[1");
+  putText("comment", "[\"\"//");
   putText("null", "null");
   symlink("nowhere", "link");
-  const std::pair<const char*, Reading> rows[] = {{"whole", Reading::kValue},
-                                                  {"cut", Reading::kNoValue},
-                                                  {"null", Reading::kNoValue},
-                                                  {"link", Reading::kMissing},
-                                                  {"whole/file", Reading::kMissing},
-                                                  {nullptr, Reading::kMissing},
-                                                  {"/proc/self/mem", Reading::kUnreadable}};
+  const std::pair<const char*, Reading> rows[] = {
+      {"whole", Reading::kValue},     {"cut", Reading::kNoValue},
+      {"comment", Reading::kNoValue}, {"null", Reading::kNoValue},
+      {"link", Reading::kMissing},    {"whole/file", Reading::kMissing},
+      {nullptr, Reading::kMissing},   {"/proc/self/mem", Reading::kUnreadable}};
   for (const auto& [path, reading] : rows) {
     const JsonFile file = findJsonFile(path);
     EXPECT_EQ(reading, file.reading) << (path != nullptr ? path : "(null)");
