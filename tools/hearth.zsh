@@ -8,7 +8,7 @@ if (( $#candidates )); then
   # A step of a path may go on, so no blank follows it.
   local -a ends
   [[ $candidates[1] == *.* ]] && ends=(-S '')
-  compadd $ends -a candidates
+  compadd "${ends[@]}" -a candidates
 else
   _files
 fi

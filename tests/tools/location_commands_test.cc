@@ -134,7 +134,8 @@ TEST_F(CommandTest, ExplainsItself) {
       {"hearth gte wifi a", 2, "no command 'gte'; did you mean 'get'?"},
       {"hearth get wifi", 2, "PATH is required (try 'hearth get --help')"},
       {"hearth get wifi a --frob", 2, "--frob"},
-      {"hearth --version", "*"},
+      {"hearth --version | sed 's/[0-9][0-9.]*[0-9]/N/g'",
+       "hearth N (json-c N, PCRE2 N, built-in validator)\n"},
       {"for c in '' $(hearth complete -- ''); do hearth $c --help | grep -c Examples: ; done | "
        "sort -u",
        "1\n"},
