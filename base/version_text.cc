@@ -6,6 +6,8 @@
 #include "hearth/version.h"
 
 extern "C" {
+// NOLINTBEGIN(readability-identifier-naming): the linker is told this name
 extern const char hearth_version_text[];
 const char hearth_version_text[] = "hearth " HEARTH_VERSION;
+// NOLINTEND(readability-identifier-naming)
 }

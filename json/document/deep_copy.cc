@@ -38,6 +38,18 @@ bool isPlainFraction(const char* text) {
   return end != fraction && *end == '\0';
 }
 
+// Reads a plain fraction, whatever locale the backend has set. False where the C++ library cannot
+// (libc++ reads whole numbers only): the value then takes the long way.
+bool readFraction(const char* text, double& number) {
+#ifdef __cpp_lib_to_chars
+  return std::from_chars(text, text + std::strlen(text), number).ec == std::errc();
+#else
+  static_cast<void>(text);
+  static_cast<void>(number);
+  return false;
+#endif
+}
+
 // json-c answers the largest signed number for every one above it. So only when it answers that one
 // is the number asked for as an unsigned one.
 json_object* copyInteger(json_object* value) {
@@ -104,25 +116,13 @@ bool NodeCopy::makeElements(json_object* array, int levels, json_object* copy) {
   return true;
 }
 
-// Reads a number whatever the locale. Not every C++ library can: libc++ 14 reads no fractions, and
-// the copy then goes by way of the text.
-bool readNumber(const char* text, double& number) {
-#ifdef __cpp_lib_to_chars
-  return std::from_chars(text, text + std::strlen(text), number).ec == std::errc();
-#else
-  static_cast<void>(text);
-  static_cast<void>(number);
-  return false;
-#endif
-}
-
 // The text of a number with a fraction is the one that it was read from, or comes from the
 // backend's format or a serializer. Only the text itself says what reading it again gives, so the
 // number is rendered, and the copy keeps the text.
 json_object* NodeCopy::makeDouble(json_object* value) {
   const char* const text = render(value, JSON_C_TO_STRING_SPACED);
   double number = 0;
-  if (text != nullptr && isPlainFraction(text) && readNumber(text, number)) {
+  if (text != nullptr && isPlainFraction(text) && readFraction(text, number)) {
     return json_object_new_double_s(number, text);
   }
   needsText_ = true;

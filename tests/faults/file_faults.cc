@@ -125,6 +125,14 @@ OPENAT(openat)
 OPENAT(openat64)
 STAT()
 STAT(64)
+// A 32-bit system whose time has 64 bits calls these.
+// NOLINTBEGIN(bugprone-reserved-identifier): the C library's own names
+CALL(int, __stat64_time64, (const char* path, void* status), path, status)
+CALL(int, __lstat64_time64, (const char* path, void* status), path, status)
+CALL(int, __fstat64_time64, (int fd, void* status), fd, status)
+CALL(int, __fstatat64_time64, (int folder, const char* path, void* status, int flags), folder, path,
+     status, flags)
+// NOLINTEND(bugprone-reserved-identifier)
 CALL(void*, fopen, (const char* path, const char* mode), path, mode)
 CALL(void*, fopen64, (const char* path, const char* mode), path, mode)
 CALL(void*, fdopendir, (int fd), fd)
