@@ -52,6 +52,8 @@ open_root() {
       --include="$(IFS=, && echo "${packages[*]}")" "${options[@]}" \
       --customize-hook="chroot \"\$1\" /bin/sh -ec '${prepare:-true}'" \
       "$suite" "${archive%.tar}.new.tar" - <<<"$sources"
+    # Those of earlier lists of packages take hundreds of megabytes and are not needed again.
+    rm -f "${archive%-*}"-????????????.tar
     mv "${archive%.tar}.new.tar" "$archive"
   fi
   root=$(mktemp -d "${TMPDIR:-/tmp}/hearth-root.XXXXXX")
