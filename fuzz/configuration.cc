@@ -36,14 +36,8 @@ void setDefaults() {
   BELoginRecord::isRunning = false;
 }
 
-json_object* memberOf(json_object* object, const char* name) {
-  json_object* member = nullptr;
-  json_object_object_get_ex(object, name, &member);
-  return member;
-}
-
 std::string textOr(json_object* object, const char* name, const char* otherwise) {
-  json_object* const value = memberOf(object, name);
+  json_object* const value = fuzz::memberOf(object, name);
   return json_object_is_type(value, json_type_string)
              ? std::string(json_object_get_string(value),
                            static_cast<std::size_t>(json_object_get_string_len(value)))
@@ -51,7 +45,7 @@ std::string textOr(json_object* object, const char* name, const char* otherwise)
 }
 
 int64_t numberOr(json_object* object, const char* name, int64_t otherwise) {
-  json_object* const value = memberOf(object, name);
+  json_object* const value = fuzz::memberOf(object, name);
   const bool isNumber = json_object_is_type(value, json_type_int) != 0 ||
                         json_object_is_type(value, json_type_boolean) != 0;
   return isNumber ? json_object_get_int(value) : otherwise;
@@ -65,8 +59,8 @@ int64_t secondsOr(json_object* object, const char* name, int64_t otherwise) {
 
 // An absent file, or one that does not parse, is a null document: everything keeps its default.
 void settingsAre(json_object* document) {
-  json_object* const system = memberOf(document, "system");
-  json_object* const timer = memberOf(system, "timer");
+  json_object* const system = fuzz::memberOf(document, "system");
+  json_object* const timer = fuzz::memberOf(system, "timer");
   fuzz::claim(BEConfig::WEBSERVER_PORTS == textOr(document, "webserver_ports", kPorts), "a text");
   fuzz::claim(BEConfig::URL_REWRITE == textOr(document, "url_rewrite_path", "") + "url_rewrite.txt",
               "the prefix of the rewrite file");

@@ -15,6 +15,7 @@
 namespace fuzz {
 
 using hearth::JsonRef;
+using hearth::memberOf;
 
 // A claim about the input at hand; the fuzzer keeps the input that breaks it.
 inline void claim(bool holds, const char* what, const std::string& detail = "") {
@@ -30,7 +31,7 @@ class Folder {
  public:
   Folder() { claim(mkdtemp(path_) != nullptr && chdir(path_) == 0, "there is a folder in memory"); }
   ~Folder() {
-    for (const char* const name : {"in", "out", ".loginrecord.cfg"}) {
+    for (const char* const name : {"in", "out", "with-line-end", ".loginrecord.cfg"}) {
       unlink(name);
     }
     rmdir(path_);

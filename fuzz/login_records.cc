@@ -16,17 +16,12 @@ fuzz::JsonRef records() {
   return document;
 }
 
-json_object* memberOf(json_object* object, const char* name) {
-  json_object* member = nullptr;
-  json_object_object_get_ex(object, name, &member);
-  return member;
-}
-
 // Where the address's record is; the length when it has none.
 std::size_t placeIn(json_object* array) {
   std::size_t place = 0;
   for (; place < json_object_array_length(array); ++place) {
-    json_object* const address = memberOf(json_object_array_get_idx(array, place), "ipAddress");
+    json_object* const address =
+        fuzz::memberOf(json_object_array_get_idx(array, place), "ipAddress");
     if (json_object_is_type(address, json_type_string) &&
         std::string(json_object_get_string(address),
                     static_cast<std::size_t>(json_object_get_string_len(address))) == kAddress) {
@@ -37,7 +32,7 @@ std::size_t placeIn(json_object* array) {
 }
 
 int32_t attemptsAt(json_object* array, std::size_t place) {
-  return json_object_get_int(memberOf(json_object_array_get_idx(array, place), "attempts"));
+  return json_object_get_int(fuzz::memberOf(json_object_array_get_idx(array, place), "attempts"));
 }
 
 // Both arrays without the element at the place.

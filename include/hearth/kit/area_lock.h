@@ -1,10 +1,9 @@
 // An area for a while: a guard that locks an area's slot, shows the value there, and unlocks on
 // every way out. change.h builds on it what changes an area.
 //
-//   hearth::Result<hearth::AreaLock> radio = hearth::AreaLock::take(API_WIFI, "radios.[0]",
-//   session); if (!radio) {
-//     return answer(radio.failure());  // held, no such value, no database, no such area, no
-//     session
+//   hearth::Result<hearth::AreaLock> radio = hearth::AreaLock::take(API_WIFI, "radios.[0]");
+//   if (!radio) {
+//     return answer(radio.failure());  // held, no such value, no database, no area, no session
 //   }
 //   const int channel = hearth::getOr(*radio, "channel", 0);
 //
