@@ -5,15 +5,13 @@
 // command that succeeds is written last.
 #include <json-c/json.h>
 
-#include <algorithm>
-#include <cstdlib>
 #include <new>
 
 #include "hearth/be_config.h"
 #include "hearth/logger.h"
 #include "hearth/version.h"
-#include "tools/command/command.h"
-#include "tools/terminal/text.h"
+#include "tools/command/command_line.h"
+#include "tools/document/loaded_file.h"
 
 #ifdef HEARTH_HAS_PCRE2
 #define PCRE2_CODE_UNIT_WIDTH 8
@@ -83,52 +81,16 @@ void addGlobals(CLI::App& app, GlobalOptions& options) {
   app.parse_complete_callback([&options] { configure(options); });
 }
 
-// The words of the command line, in the reverse order that the parser takes. A negative number is
-// no option, but the parser would take it for one: it is moved behind a "--" at the end, where it
-// is VALUE as before.
-std::vector<std::string> arguments(int argc, char** argv) {
-  std::vector<std::string> words(argv + 1, argv + argc);
-  const auto end = std::find(words.begin(), words.end(), "--");
-  const auto isNegative = [](const std::string& word) {
-    return word.size() > 1 && word[0] == '-' && (isdigit(static_cast<unsigned char>(word[1])) != 0);
-  };
-  const auto negative = std::stable_partition(
-      words.begin(), end, [&](const std::string& word) { return !isNegative(word); });
-  // One "--" in front of the numbers serves for all words behind it; a second would be a word.
-  if (negative != end) {
-    words.insert(negative, "--");
-    words.erase(std::remove(std::find(words.begin(), words.end(), "--") + 1, words.end(), "--"),
-                words.end());
+// Whoever is told that the output failed is told as well that an edit before it did not.
+void finish(Output& out) {
+  try {
+    out.finish();
+  } catch (const Failure& failure) {
+    const std::string why = failure.what();
+    throw Failure(failure.exit(), !hasSaved() ? why
+                                              : (why.empty() ? "standard output is closed" : why) +
+                                                    "; the change is saved");
   }
-  std::reverse(words.begin(), words.end());
-  return words;
-}
-
-// "; did you mean 'get'?", or nothing.
-std::string suggestCommand(const CLI::App& app, const std::string& word) {
-  std::vector<std::string> names;
-  for (const CLI::App* const command :
-       app.get_subcommands([](const CLI::App* sub) { return !sub->get_group().empty(); })) {
-    names.push_back(command->get_name());
-  }
-  return didYouMean(word, names);
-}
-
-// Prints the parser's message, in this command's words where the parser's would not help.
-int complainOf(const CLI::App& app, const CLI::ParseError& error) {
-  const std::vector<CLI::App*> chosen = app.get_subcommands();
-  std::string text = error.what();
-  text = text.substr(0, text.find('\n'));
-  if (text == "A subcommand is required") {
-    text = "which command?";
-  }
-  if (chosen.empty() && !app.remaining().empty()) {
-    const std::string word = app.remaining().front();
-    text = "no command " + inQuotes(word) + suggestCommand(app, word);
-  }
-  const std::string command = chosen.empty() ? "" : chosen.front()->get_name() + " ";
-  complain(text + " (try 'hearth " + command + "--help')");
-  return static_cast<int>(Exit::kUsage);
 }
 
 // Puts the command line together, parses it, which runs the command, and writes the output.
@@ -144,23 +106,18 @@ int run(int argc, char** argv) {
   app.get_formatter()->label("Positionals", "Arguments");
   app.fallthrough()->require_subcommand(1)->footer(kHelp);
   addGlobals(app, globals);
-  addValueCommands(app, context);
-  addListingCommands(app, context);
-  addCheckingCommands(app, context);
-  addTransferCommands(app, context);
-  addConfigurationCommands(app, context);
-  addCompletion(app, context);
+  addAllCommands(app, context);
   try {
-    app.parse(arguments(argc, argv));
+    app.parse(parserWords({argv + 1, argv + argc}));
   } catch (const CLI::CallForHelp&) {
     const std::vector<CLI::App*> chosen = app.get_subcommands();
     context.out.line(chosen.empty() ? app.help() : chosen.front()->help("hearth"));
   } catch (const CLI::CallForVersion& version) {
     context.out.line(version.what());
   } catch (const CLI::ParseError& error) {
-    return complainOf(app, error);
+    throw explained(app, error);
   }
-  context.out.finish();  // also prints help and version
+  finish(context.out);  // also prints help and version
   return static_cast<int>(context.exit);
 }
 
@@ -177,7 +134,8 @@ int main(int argc, char** argv) {
     complain(failure.what());
     return static_cast<int>(failure.exit());
   } catch (const std::bad_alloc&) {
-    complain("out of memory; nothing is changed");
+    complain(hasSaved() ? "out of memory; the change is saved"
+                        : "out of memory; nothing is changed");
     return static_cast<int>(Exit::kIo);
   } catch (const std::exception& error) {
     complain(error.what());

@@ -55,7 +55,12 @@ Command<Options> addCommand(CLI::App& app, Context& context, const std::string& 
 void addValueCommands(CLI::App& app, Context& context);          // get, set, del, add
 void addListingCommands(CLI::App& app, Context& context);        // find, show, areas, labels
 void addCheckingCommands(CLI::App& app, Context& context);       // validate, check
+void addComparingCommands(CLI::App& app, Context& context);      // diff
+void addHistoryCommands(CLI::App& app, Context& context);        // undo, log
+void addBatchCommands(CLI::App& app, Context& context);          // batch
 void addTransferCommands(CLI::App& app, Context& context);       // import, export
+void addStoreCommands(CLI::App& app, Context& context);          // init, backup, restore
+void addWatchingCommands(CLI::App& app, Context& context);       // watch
 void addConfigurationCommands(CLI::App& app, Context& context);  // config, logins
 void addCompletion(CLI::App& app, Context& context);             // complete, for shells
 
