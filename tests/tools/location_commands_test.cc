@@ -80,7 +80,7 @@ TEST_F(CommandTest, MovesWholeDatabases) {
         {"echo '{} {}' | hearth import misc -", 3, "is not plain JSON"},
         {"echo '{' >data/misc/misc.ldb; hearth import misc f.json && hearth get misc i", "7\n",
          "area misc has no schema of its database"},
-        {"hearth import --no-schema wifi f.json"},
+        {"hearth import --no-schema --yes wifi f.json"},
 #if HEARTH_TOOLS_SHOW_VIOLATIONS
         {"hearth export wifi w.json", 1, "must have the member \"revision\""},
 #endif

@@ -160,11 +160,16 @@ void undo(Context& context, const HistoryOptions& options) {
     refuseUndoingOthers(file, all.back(), old);
   }
   const std::string text = readWhole(former.file);
+  if (text == old) {
+    Context::note("the area is as it was before the change already");
+    return;
+  }
   const Handle was = documentIn(old, file);
   const Handle is = documentIn(text, former.file);
-  if (!options.noSchema && is != nullptr) {
-    refuseBreakingSchema(area, *is, "the former file",
-                         "nothing is changed, --no-schema brings it back all the same");
+  if (!options.noSchema && is != nullptr &&
+      !refuseBreakingSchema(area, *is, "the former file",
+                            "nothing is changed, --no-schema brings it back all the same")) {
+    noteUnguarded(area);
   }
   if (rootOf(was) != nullptr && rootOf(is) != nullptr) {
     for (const Difference& difference : differencesOf(was->jobj, is->jobj)) {

@@ -3,6 +3,7 @@
 // A backup holds the databases of all areas, which are what an operator has configured. Schemas and
 // messages come with the backend's own release, so they are neither saved nor brought back: a
 // restored database is checked against the schema of the store that takes it.
+#include <algorithm>
 #include <filesystem>
 
 #include "hearth/be_config.h"
@@ -55,30 +56,45 @@ void backup(Context& context, const StoreOptions&) {
   context.out.line(jsonText(jsonOf(snapshot, "backup")->jobj, context.out));
 }
 
+// "gateway, wifi"
+std::string listOf(const std::vector<unsigned int>& areas) {
+  std::string list;
+  for (const unsigned int area : areas) {
+    list += (list.empty() ? "" : ", ") + std::string(API_DATA_DIR[area]);
+  }
+  return list;
+}
+
 // All databases are checked before the first folder is made.
 void checkAll(const Snapshot& snapshot, const std::string& name) {
   Progress progress("checking");
+  std::vector<unsigned int> unguarded;
   for (const StoredDatabase& database : snapshot) {
     progress.at(API_DATA_DIR[database.area]);
-    refuseBreakingSchema(database.area, *database.document,
-                         name + ": the area " + API_DATA_DIR[database.area],
-                         "nothing is restored, --no-schema restores all the same");
+    if (!refuseBreakingSchema(database.area, *database.document,
+                              name + ": the area " + API_DATA_DIR[database.area],
+                              "nothing is restored, --no-schema restores all the same")) {
+      unguarded.push_back(database.area);
+    }
+  }
+  if (!unguarded.empty()) {
+    Context::note("no schema here checks " + listOf(unguarded));
   }
 }
 
 // What the backup has no database for stays as it is.
 void noteOthers(const Snapshot& snapshot) {
-  std::string others;
+  std::vector<unsigned int> others;
   for (unsigned int area = 0; area < areaNames().size(); ++area) {
     const bool isRestored =
         std::any_of(snapshot.begin(), snapshot.end(),
                     [&](const StoredDatabase& database) { return database.area == area; });
     if (!isRestored && exists(databaseFile(area))) {
-      others += (others.empty() ? "" : ", ") + std::string(API_DATA_DIR[area]);
+      others.push_back(area);
     }
   }
   if (!others.empty()) {
-    Context::note("not in the backup, and left as they are: " + others);
+    Context::note("not in the backup, and left as they are: " + listOf(others));
   }
 }
 

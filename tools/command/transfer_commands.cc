@@ -64,8 +64,8 @@ void importArea(Context& /*context*/, const TransferOptions& options) {
       json_object_is_type(database->jobj, json_type_array) == 0) {
     throw Failure(Exit::kNo, name + " is " + described(database->jobj) + ", which is no database");
   }
-  if (!options.noSchema) {
-    refuseBreakingSchema(area, *database, name, kOtherwise);
+  if (!options.noSchema && !refuseBreakingSchema(area, *database, name, kOtherwise)) {
+    noteUnguarded(area);
   }
   if (!options.yes) {
     refuseOthersDocument(name, database->jobj, area);
@@ -83,8 +83,9 @@ void importArea(Context& /*context*/, const TransferOptions& options) {
 void exportArea(Context& context, const TransferOptions& options) {
   const unsigned int area = areaOf(options.area);
   const LoadedFile document{AreaOrFile(API_DATA_DIR[area])};
-  if (!options.noSchema) {
-    refuseBreakingSchema(area, document.handle(), inQuotes(options.area), kOtherwise);
+  if (!options.noSchema &&
+      !refuseBreakingSchema(area, document.handle(), inQuotes(options.area), kOtherwise)) {
+    noteUnguarded(area);
   }
   if (options.file == "-") {
     context.out.line(jsonText(document.root(), context.out));

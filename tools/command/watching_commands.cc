@@ -53,18 +53,22 @@ class WatchedArea {
   // Prints what has changed since the last look.
   void look(Context& context, const WatchOptions& options) {
     const detail::FileState now = state();
-    if (now == seen_ && now.isSettled()) {
+    const bool isMissing = now.inode == 0;
+    if ((now == seen_ && now.isSettled()) || (isMissing && !isStillTrouble(now))) {
       return;
     }
     Handle document;
     try {
-      document = now.inode == 0 ? Handle() : readJson(file_);
+      document = isMissing ? Handle() : readJson(file_);
     } catch (const Failure& failure) {
-      tellTrouble(now, failure.what());
+      if (isStillTrouble(now)) {
+        complain("note: " + std::string(failure.what()));
+        seen_ = now;
+      }
       return;
     }
     seen_ = now;
-    trouble_ = {};
+    hasTrouble_ = false;
     for (const Difference& difference : differences(document)) {
       print(context, options, difference);
     }
@@ -78,13 +82,13 @@ class WatchedArea {
     return stat(file_.c_str(), &status) == 0 ? detail::FileState::of(status) : detail::FileState();
   }
 
-  // Who writes in place leaves a part of a file for a moment: only what stays so is told, once.
-  void tellTrouble(const detail::FileState& now, const char* why) {
-    if (now == trouble_ && now.isSettled()) {
-      complain("note: " + std::string(why));
-      seen_ = now;
-    }
+  // Who writes in place leaves a part of a file for a moment, and who replaces a folder leaves
+  // none: only what stays so is told.
+  bool isStillTrouble(const detail::FileState& now) {
+    const bool isStill = hasTrouble_ && now == trouble_ && now.isSettled();
+    hasTrouble_ = true;
     trouble_ = now;
+    return isStill;
   }
 
   // A database that comes or goes is one difference.
@@ -115,7 +119,8 @@ class WatchedArea {
   const std::string file_;
   Handle document_;  // as last seen; null for none
   detail::FileState seen_;
-  detail::FileState trouble_;  // of a file that could not be read
+  detail::FileState trouble_;  // of a file that could not be read, or is not there
+  bool hasTrouble_ = false;
 };
 
 // Lines are written whole before the next wait, so a signal in the wait loses none.

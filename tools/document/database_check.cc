@@ -8,18 +8,22 @@
 
 namespace hearth::tool {
 
-void refuseBreakingSchema(unsigned int area, TreeMapObject& database, const std::string& subject,
+bool refuseBreakingSchema(unsigned int area, TreeMapObject& database, const std::string& subject,
                           const std::string& otherwise) {
   const std::string schema = databaseSchemaFile(area);
   if (!exists(schema)) {
-    complain("note: area " + std::string(API_DATA_DIR[area]) + " has no schema of its database (" +
-             inQuotes(schema) + "): not checked");
-    return;
+    return false;
   }
   const Verdict verdict = checkAgainst(database, schema);
   if (!verdict.conforms) {
     throw Failure(Exit::kNo, subject + " " + verdict.text() + "; " + otherwise);
   }
+  return true;
+}
+
+void noteUnguarded(unsigned int area) {
+  complain("note: area " + std::string(API_DATA_DIR[area]) + " has no schema of its database (" +
+           inQuotes(databaseSchemaFile(area)) + "): not checked");
 }
 
 }  // namespace hearth::tool

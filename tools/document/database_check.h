@@ -9,9 +9,12 @@
 namespace hearth::tool {
 
 // Throws a Failure when the database does not conform to its area's AREA_SCHEMA.ldb: "SUBJECT does
-// not conform: ...; OTHERWISE". An area without a schema gets a note that nothing guards it.
-void refuseBreakingSchema(unsigned int area, TreeMapObject& database, const std::string& subject,
-                          const std::string& otherwise);
+// not conform: ...; OTHERWISE". False when the area has no schema, and nothing was checked.
+[[nodiscard]] bool refuseBreakingSchema(unsigned int area, TreeMapObject& database,
+                                        const std::string& subject, const std::string& otherwise);
+
+// Notes that the area's databases are not checked.
+void noteUnguarded(unsigned int area);
 
 }  // namespace hearth::tool
 

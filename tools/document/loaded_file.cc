@@ -108,9 +108,10 @@ void LoadedFile::explainMissing(const Path& path) const {
 }
 
 void LoadedFile::check(const SaveOptions& options) const {
-  if (!options.noSchema && chosen_.isArea) {
-    refuseBreakingSchema(chosen_.area, *handle_, inQuotes(chosen_.name) + ": the result",
-                         "nothing is saved, --no-schema saves all the same");
+  if (!options.noSchema && chosen_.isArea &&
+      !refuseBreakingSchema(chosen_.area, *handle_, inQuotes(chosen_.name) + ": the result",
+                            "nothing is saved, --no-schema saves all the same")) {
+    noteUnguarded(chosen_.area);
   }
   if (!options.force) {
     refuseLosingText();
