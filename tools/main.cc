@@ -13,6 +13,7 @@
 #include "hearth/logger.h"
 #include "hearth/version.h"
 #include "tools/command/command.h"
+#include "tools/document/value.h"
 #include "tools/terminal/text.h"
 
 #ifdef HEARTH_HAS_PCRE2
@@ -29,14 +30,17 @@ constexpr char kHelp[] =
     "  hearth areas                                    what there is below ./data\n"
     "  hearth get wifi 'radios.[0].channel'            read a value\n"
     "  hearth set wifi 'radios.[0].channel' 11         store one\n"
-    "  hearth find wifi ssid 'Garden Path'             where is it?\n"
+    "  hearth get wifi 'radios.[*].networks.[*].ssid'  the same in each element\n"
+    "  hearth find --contains garden --ignore-case     where is it?\n"
+    "  hearth describe wifi 'radios.[*].channel'       what may stand there?\n"
     "  hearth check                                    is everything as it should be?\n"
     "  hearth COMMAND --help                           options and examples of a command\n"
     "AREA is one of gateway, wifi, network, security, service, mediashare, qos, misc; FILE is any\n"
     "JSON file, ./wifi where a file has the name of an area.\n\n"
     "Exit codes:\n"
-    "  0 done   1 not found, does not conform, a problem   2 wrong command line\n"
-    "  3 a file cannot be read, parsed or written          4 somebody else is changing the file\n\n"
+    "  0 done   1 not found, a problem   2 wrong command line   3 a file cannot be read, parsed "
+    "or\n"
+    "  written   4 somebody else is changing it   5 it does not conform to its schema\n\n"
     "Quote paths: a shell may take [0] for a pattern. Put -- before a word that begins with -.\n\n"
     "A save replaces the file in one step: readers see the old document or the new one. Edits by\n"
     "hearth commands wait for each other, and none overwrites a change that it has not seen. The\n"
@@ -72,12 +76,13 @@ std::string versions() {
 
 // The callback runs when the words are parsed and before the command does, in whatever order the
 // options and the command stand.
-void addGlobals(CLI::App& app, GlobalOptions& options) {
+void addGlobals(CLI::App& app, Context& context, GlobalOptions& options) {
   options.data = BEConfig::DATA_LOCATION;
   app.add_option("--data", options.data, "the data location ($HEARTH_DATA; default ./data)")
       ->type_name("DIR")
       ->envname("HEARTH_DATA");
   app.add_flag("--verbose", options.verbose, "show the library's log on standard error");
+  app.add_flag("--json", context.json, "print JSON wherever there is a choice; errors too");
   app.set_version_flag("--version", versions(), "print the versions");
   app.set_help_flag("--help,-h", "print this help");
   app.parse_complete_callback([&options] { configure(options); });
@@ -114,20 +119,85 @@ std::string suggestCommand(const CLI::App& app, const std::string& word) {
   return didYouMean(word, names);
 }
 
-// Prints the parser's message, in this command's words where the parser's would not help.
+// True when programs read the errors: --json stands on the command line, and is not the type of a
+// VALUE there.
+bool saysJson(const CLI::App& app) {
+  if (app.count("--json") > 0) {
+    return true;
+  }
+  for (const CLI::App* const command : app.get_subcommands()) {
+    const CLI::Option* const json = command->get_option_no_throw("--json");
+    if (json != nullptr && json->count() > 0 && json->get_group() != kTypeGroup) {
+      return true;
+    }
+  }
+  return false;
+}
+
+// "no option '--frob'; did you mean '--from'?", or what else is one word too many.
+std::string surplus(const CLI::App& app, const std::string& word) {
+  const std::string name = word.substr(0, word.find('='));
+  if (name.size() < 2 || name[0] != '-') {
+    return inQuotes(word) + " is one word too many";
+  }
+  std::vector<std::string> names;
+  for (const CLI::Option* const option : app.get_options()) {
+    for (const std::string& longName : option->get_lnames()) {
+      names.push_back("--" + longName);
+    }
+  }
+  return "no option " + inQuotes(name) + didYouMean(name, names);
+}
+
+// The options that a message of the parser names.
+std::vector<std::string> optionsIn(const std::string& text) {
+  std::vector<std::string> names;
+  for (std::size_t at = 0; (at = text.find("--", at)) != std::string::npos;) {
+    const std::size_t end = text.find_first_not_of("abcdefghijklmnopqrstuvwxyz-", at);
+    names.push_back(text.substr(at, end - at));
+    at += names.back().size();
+  }
+  return names;
+}
+
+// What is wrong with the command line, in this command's words: the parser's are about its own
+// notions. `app` is the chosen command, or the command line if none is chosen.
+std::string wrongIn(const CLI::App& app, const std::string& surplusWord,
+                    const CLI::ParseError& error) {
+  const std::string text = error.what();
+  const std::vector<std::string> options = optionsIn(text.substr(0, text.find('\n')));
+  const auto kind = static_cast<CLI::ExitCodes>(error.get_exit_code());
+  if (kind == CLI::ExitCodes::RequiredError) {
+    const std::string missing = text.substr(0, text.find(" is required"));
+    return missing == "A subcommand" ? "which command?" : missing + " is missing";
+  }
+  if (kind == CLI::ExitCodes::ExtrasError) {
+    return surplus(app, surplusWord);
+  }
+  if (kind == CLI::ExitCodes::ExcludesError && options.size() >= 2) {
+    return options[0] + " and " + options[1] + " do not go together";
+  }
+  if (kind == CLI::ExitCodes::ExcludesError && options.size() == 1) {
+    return "VALUE and " + options[0] + " do not go together";
+  }
+  if (kind == CLI::ExitCodes::ArgumentMismatch && !options.empty()) {
+    return options[0] + " needs a word behind it";
+  }
+  return options.empty() ? "the command line makes no sense" : options[0] + " makes no sense here";
+}
+
+// Prints what is wrong with the command line.
 int complainOf(const CLI::App& app, const CLI::ParseError& error) {
   const std::vector<CLI::App*> chosen = app.get_subcommands();
-  std::string text = error.what();
-  text = text.substr(0, text.find('\n'));
-  if (text == "A subcommand is required") {
-    text = "which command?";
-  }
-  if (chosen.empty() && !app.remaining().empty()) {
-    const std::string word = app.remaining().front();
+  const std::vector<std::string> surplusWords = app.remaining(true);
+  const std::string word = surplusWords.empty() ? "" : surplusWords.front();
+  const CLI::App& speaker = chosen.empty() ? app : *chosen.front();
+  std::string text = wrongIn(speaker, word, error);
+  if (chosen.empty() && !word.empty() && word[0] != '-') {
     text = "no command " + inQuotes(word) + suggestCommand(app, word);
   }
   const std::string command = chosen.empty() ? "" : chosen.front()->get_name() + " ";
-  complain(text + " (try 'hearth " + command + "--help')");
+  complainOf(Failure(Exit::kUsage, text + " (try 'hearth " + command + "--help')"), saysJson(app));
   return static_cast<int>(Exit::kUsage);
 }
 
@@ -143,8 +213,11 @@ int run(int argc, char** argv) {
   app.get_formatter()->label("SUBCOMMAND", "COMMAND");
   app.get_formatter()->label("Positionals", "Arguments");
   app.fallthrough()->require_subcommand(1)->footer(kHelp);
-  addGlobals(app, globals);
+  addGlobals(app, context, globals);
   addValueCommands(app, context);
+  addMovingCommands(app, context);
+  addDescribingCommands(app, context);
+  addFindingCommand(app, context);
   addListingCommands(app, context);
   addCheckingCommands(app, context);
   addTransferCommands(app, context);
@@ -159,6 +232,9 @@ int run(int argc, char** argv) {
     context.out.line(version.what());
   } catch (const CLI::ParseError& error) {
     return complainOf(app, error);
+  } catch (const Failure& failure) {
+    complainOf(failure, saysJson(app));
+    return static_cast<int>(failure.exit());
   }
   context.out.finish();  // also prints help and version
   return static_cast<int>(context.exit);

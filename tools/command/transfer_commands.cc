@@ -32,8 +32,10 @@ void checkDatabase(unsigned int area, const std::string& name, TreeMapObject& da
   }
   const Verdict verdict = checkAgainst(database, schema);
   if (!verdict.conforms) {
-    throw Failure(Exit::kNo, name + " " + verdict.text() +
-                                 "; nothing is written, --no-schema writes all the same");
+    throw Failure(
+        Exit::kViolation,
+        name + " " + verdict.text() + "; nothing is written, --no-schema writes all the same",
+        verdict.broken());
   }
 }
 

@@ -118,19 +118,21 @@ void LoadedFile::refuseBreakingSchema() const {
   }
   const Verdict verdict = checkAgainst(*handle_, schema);
   if (!verdict.conforms) {
-    throw Failure(Exit::kNo, inQuotes(chosen_.name) + ": the result " + verdict.text() +
-                                 "; nothing is saved, --no-schema saves all the same");
+    throw Failure(Exit::kViolation,
+                  inQuotes(chosen_.name) + ": the result " + verdict.text() +
+                      "; nothing is saved, --no-schema saves all the same",
+                  verdict.broken());
   }
 }
 
-// Text is lost in two ways: the parser never took it in (comments and the like), or somebody else
-// wrote it since the document was loaded.
+// Text is lost in two ways: the parser never took it in as it is written (comments, -0 and the
+// like), or somebody else wrote it since the document was loaded.
 void LoadedFile::refuseLosingText() const {
   const std::string whyNot = whyNotPlainJson(text_);
   if (!whyNot.empty()) {
     throw Failure(Exit::kNo, inQuotes(chosen_.file) +
-                                 ": holds more than plain JSON, which a save would drop: " +
-                                 whyNot + "; --force saves all the same");
+                                 ": a save would change what it was not asked to: " + whyNot +
+                                 "; --force saves all the same");
   }
   if (readWhole(chosen_.file) != text_) {
     throw Failure(Exit::kConflict,
