@@ -5,16 +5,14 @@
 // command that succeeds is written last.
 #include <json-c/json.h>
 
-#include <algorithm>
-#include <cstdlib>
 #include <new>
 
 #include "hearth/be_config.h"
 #include "hearth/logger.h"
 #include "hearth/version.h"
-#include "tools/command/command.h"
+#include "tools/command/command_line.h"
+#include "tools/document/loaded_file.h"
 #include "tools/document/value.h"
-#include "tools/terminal/text.h"
 
 #ifdef HEARTH_HAS_PCRE2
 #define PCRE2_CODE_UNIT_WIDTH 8
@@ -88,35 +86,16 @@ void addGlobals(CLI::App& app, Context& context, GlobalOptions& options) {
   app.parse_complete_callback([&options] { configure(options); });
 }
 
-// The words of the command line, in the reverse order that the parser takes. A negative number is
-// no option, but the parser would take it for one: it is moved behind a "--" at the end, where it
-// is VALUE as before.
-std::vector<std::string> arguments(int argc, char** argv) {
-  std::vector<std::string> words(argv + 1, argv + argc);
-  const auto end = std::find(words.begin(), words.end(), "--");
-  const auto isNegative = [](const std::string& word) {
-    return word.size() > 1 && word[0] == '-' && (isdigit(static_cast<unsigned char>(word[1])) != 0);
-  };
-  const auto negative = std::stable_partition(
-      words.begin(), end, [&](const std::string& word) { return !isNegative(word); });
-  // One "--" in front of the numbers serves for all words behind it; a second would be a word.
-  if (negative != end) {
-    words.insert(negative, "--");
-    words.erase(std::remove(std::find(words.begin(), words.end(), "--") + 1, words.end(), "--"),
-                words.end());
+// Whoever is told that the output failed is told as well that an edit before it did not.
+void finish(Output& out) {
+  try {
+    out.finish();
+  } catch (const Failure& failure) {
+    const std::string why = failure.what();
+    throw Failure(failure.exit(), !hasSaved() ? why
+                                              : (why.empty() ? "standard output is closed" : why) +
+                                                    "; the change is saved");
   }
-  std::reverse(words.begin(), words.end());
-  return words;
-}
-
-// "; did you mean 'get'?", or nothing.
-std::string suggestCommand(const CLI::App& app, const std::string& word) {
-  std::vector<std::string> names;
-  for (const CLI::App* const command :
-       app.get_subcommands([](const CLI::App* sub) { return !sub->get_group().empty(); })) {
-    names.push_back(command->get_name());
-  }
-  return didYouMean(word, names);
 }
 
 // True when programs read the errors: --json stands on the command line, and is not the type of a
@@ -134,73 +113,6 @@ bool saysJson(const CLI::App& app) {
   return false;
 }
 
-// "no option '--frob'; did you mean '--from'?", or what else is one word too many.
-std::string surplus(const CLI::App& app, const std::string& word) {
-  const std::string name = word.substr(0, word.find('='));
-  if (name.size() < 2 || name[0] != '-') {
-    return inQuotes(word) + " is one word too many";
-  }
-  std::vector<std::string> names;
-  for (const CLI::Option* const option : app.get_options()) {
-    for (const std::string& longName : option->get_lnames()) {
-      names.push_back("--" + longName);
-    }
-  }
-  return "no option " + inQuotes(name) + didYouMean(name, names);
-}
-
-// The options that a message of the parser names.
-std::vector<std::string> optionsIn(const std::string& text) {
-  std::vector<std::string> names;
-  for (std::size_t at = 0; (at = text.find("--", at)) != std::string::npos;) {
-    const std::size_t end = text.find_first_not_of("abcdefghijklmnopqrstuvwxyz-", at);
-    names.push_back(text.substr(at, end - at));
-    at += names.back().size();
-  }
-  return names;
-}
-
-// What is wrong with the command line, in this command's words: the parser's are about its own
-// notions. `app` is the chosen command, or the command line if none is chosen.
-std::string wrongIn(const CLI::App& app, const std::string& surplusWord,
-                    const CLI::ParseError& error) {
-  const std::string text = error.what();
-  const std::vector<std::string> options = optionsIn(text.substr(0, text.find('\n')));
-  const auto kind = static_cast<CLI::ExitCodes>(error.get_exit_code());
-  if (kind == CLI::ExitCodes::RequiredError) {
-    const std::string missing = text.substr(0, text.find(" is required"));
-    return missing == "A subcommand" ? "which command?" : missing + " is missing";
-  }
-  if (kind == CLI::ExitCodes::ExtrasError) {
-    return surplus(app, surplusWord);
-  }
-  if (kind == CLI::ExitCodes::ExcludesError && options.size() >= 2) {
-    return options[0] + " and " + options[1] + " do not go together";
-  }
-  if (kind == CLI::ExitCodes::ExcludesError && options.size() == 1) {
-    return "VALUE and " + options[0] + " do not go together";
-  }
-  if (kind == CLI::ExitCodes::ArgumentMismatch && !options.empty()) {
-    return options[0] + " needs a word behind it";
-  }
-  return options.empty() ? "the command line makes no sense" : options[0] + " makes no sense here";
-}
-
-// Prints what is wrong with the command line.
-int complainOf(const CLI::App& app, const CLI::ParseError& error) {
-  const std::vector<CLI::App*> chosen = app.get_subcommands();
-  const std::vector<std::string> surplusWords = app.remaining(true);
-  const std::string word = surplusWords.empty() ? "" : surplusWords.front();
-  const CLI::App& speaker = chosen.empty() ? app : *chosen.front();
-  std::string text = wrongIn(speaker, word, error);
-  if (chosen.empty() && !word.empty() && word[0] != '-') {
-    text = "no command " + inQuotes(word) + suggestCommand(app, word);
-  }
-  const std::string command = chosen.empty() ? "" : chosen.front()->get_name() + " ";
-  complainOf(Failure(Exit::kUsage, text + " (try 'hearth " + command + "--help')"), saysJson(app));
-  return static_cast<int>(Exit::kUsage);
-}
-
 // Puts the command line together, parses it, which runs the command, and writes the output.
 int run(int argc, char** argv) {
   Context context;
@@ -214,29 +126,22 @@ int run(int argc, char** argv) {
   app.get_formatter()->label("Positionals", "Arguments");
   app.fallthrough()->require_subcommand(1)->footer(kHelp);
   addGlobals(app, context, globals);
-  addValueCommands(app, context);
-  addMovingCommands(app, context);
-  addDescribingCommands(app, context);
-  addFindingCommand(app, context);
-  addListingCommands(app, context);
-  addCheckingCommands(app, context);
-  addTransferCommands(app, context);
-  addConfigurationCommands(app, context);
-  addCompletion(app, context);
+  addAllCommands(app, context);
   try {
-    app.parse(arguments(argc, argv));
+    app.parse(parserWords({argv + 1, argv + argc}));
   } catch (const CLI::CallForHelp&) {
     const std::vector<CLI::App*> chosen = app.get_subcommands();
     context.out.line(chosen.empty() ? app.help() : chosen.front()->help("hearth"));
   } catch (const CLI::CallForVersion& version) {
     context.out.line(version.what());
   } catch (const CLI::ParseError& error) {
-    return complainOf(app, error);
+    complainOf(explained(app, error), saysJson(app));
+    return static_cast<int>(Exit::kUsage);
   } catch (const Failure& failure) {
     complainOf(failure, saysJson(app));
     return static_cast<int>(failure.exit());
   }
-  context.out.finish();  // also prints help and version
+  finish(context.out);  // also prints help and version
   return static_cast<int>(context.exit);
 }
 
@@ -253,7 +158,8 @@ int main(int argc, char** argv) {
     complain(failure.what());
     return static_cast<int>(failure.exit());
   } catch (const std::bad_alloc&) {
-    complain("out of memory; nothing is changed");
+    complain(hasSaved() ? "out of memory; the change is saved"
+                        : "out of memory; nothing is changed");
     return static_cast<int>(Exit::kIo);
   } catch (const std::exception& error) {
     complain(error.what());

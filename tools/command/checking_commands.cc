@@ -14,8 +14,10 @@
 #include "tools/command/command.h"
 #include "tools/document/area.h"
 #include "tools/document/input.h"
+#include "tools/document/replacement.h"
 #include "tools/document/schema_check.h"
 #include "tools/terminal/json_text.h"
+#include "tools/terminal/progress.h"
 #include "tools/terminal/report.h"
 #include "tools/terminal/text.h"
 
@@ -132,6 +134,7 @@ struct CheckOptions {
 class Checker {
  public:
   void checkArea(unsigned int area);
+  void checkChange();
   const Report& report() const { return report_; }
   std::size_t files() const { return files_; }
   const std::vector<std::string>& problems() const { return problems_; }
@@ -145,6 +148,7 @@ class Checker {
                                  const std::string& name);
   void add(unsigned int area, const std::string& file, const std::string& problem);
 
+  Progress progress_{"checking"};
   Report report_{{"area", "file", "problem"}};
   std::size_t files_ = 0;
   std::vector<std::string> problems_;
@@ -173,9 +177,18 @@ void Checker::checkArea(unsigned int area) {
   }
 }
 
+// A change of several areas that nobody has finished yet.
+void Checker::checkChange() {
+  if (hasInterrupted()) {
+    problems_.emplace_back(
+        "a change of several areas was interrupted: 'hearth batch --resume' finishes it");
+  }
+}
+
 // A file that cannot be read or parsed is a problem like any other.
 void Checker::checkFile(unsigned int area, const std::string& file) {
   std::string problem;
+  progress_.at(file);
   try {
     problem = findProblem(area, file);
   } catch (const Failure& failure) {
@@ -232,6 +245,7 @@ void check(Context& context, const CheckOptions& options) {
   for (unsigned int area = 0; area < areaNames().size(); ++area) {
     checker.checkArea(area);
   }
+  checker.checkChange();
   if (options.json) {
     checker.report().print(context.out, true);
   } else {

@@ -109,7 +109,12 @@ void addDescribingCommands(CLI::App& app, Context& context);     // ls, describe
 void addFindingCommand(CLI::App& app, Context& context);         // find
 void addListingCommands(CLI::App& app, Context& context);        // show, areas, labels
 void addCheckingCommands(CLI::App& app, Context& context);       // validate, check
+void addComparingCommands(CLI::App& app, Context& context);      // diff
+void addHistoryCommands(CLI::App& app, Context& context);        // undo, log
+void addBatchCommands(CLI::App& app, Context& context);          // batch
 void addTransferCommands(CLI::App& app, Context& context);       // import, export
+void addStoreCommands(CLI::App& app, Context& context);          // init, backup, restore
+void addWatchingCommands(CLI::App& app, Context& context);       // watch
 void addConfigurationCommands(CLI::App& app, Context& context);  // config, logins
 void addCompletion(CLI::App& app, Context& context);             // complete, for shells
 

@@ -5,29 +5,22 @@
 
 #include <sys/stat.h>
 
-#include <algorithm>
 #include <iterator>
 
-#include "hearth/labels.h"
+#include "hearth/kit/area.h"
 #include "tools/terminal/failure.h"
 #include "tools/terminal/text.h"
 
 namespace hearth::tool {
-namespace {
-
-// COMM_LABEL tells no count; past the end of an area's table it answers this.
-constexpr char kNoLabel[] = "unknown";
-
-}  // namespace
 
 std::vector<std::string> areaNames() {
   return {std::begin(API_DATA_DIR), std::end(API_DATA_DIR)};
 }
 
 bool findArea(const std::string& name, unsigned int& area) {
-  const auto* const found = std::find(std::begin(API_DATA_DIR), std::end(API_DATA_DIR), name);
-  area = static_cast<unsigned int>(found - std::begin(API_DATA_DIR));
-  return found != std::end(API_DATA_DIR);
+  const std::optional<API_TYPE_T> found = areaNamed(name);
+  area = found.value_or(API_GATEWAY);
+  return found.has_value();
 }
 
 unsigned int areaOf(const std::string& name) {
@@ -53,45 +46,43 @@ AreaOrFile::AreaOrFile(const std::string& text) : name(text), file(text) {
 }
 
 std::string databaseFile(unsigned int area) {
-  const char* const name = LocalDbCtrl::getFileName(area);
-  if (name == nullptr) {
+  const std::optional<std::string> name = hearth::databaseFile(area);
+  if (!name) {
     throw Failure(Exit::kUsage, "the data location is too long: with it, the name of the " +
                                     std::string(API_DATA_DIR[area]) +
                                     " database has more than 255 characters");
   }
-  return name;
+  return *name;
 }
 
-// wifi.ldb has its schema beside it, in wifi_SCHEMA.ldb.
+// A name that is too long for the database is told with the database's own message.
 std::string databaseSchemaFile(unsigned int area) {
-  const std::string file = databaseFile(area);
-  return file.substr(0, file.rfind('.')) + "_SCHEMA.ldb";
+  static_cast<void>(databaseFile(area));
+  return hearth::databaseSchemaFile(area).value_or("");
 }
 
 std::vector<std::string> labelsOf(unsigned int area) {
   std::vector<std::string> labels;
-  for (unsigned int message = 0; COMM_LABEL(area, message) != std::string(kNoLabel); ++message) {
-    labels.emplace_back(COMM_LABEL(area, message));
+  for (unsigned int message = 0; message < messageCount(area); ++message) {
+    labels.emplace_back(*messageLabel(area, message));
   }
   return labels;
 }
 
 // Tries the labels first, then the number.
 unsigned int messageOf(unsigned int area, const std::string& text) {
-  const std::vector<std::string> labels = labelsOf(area);
-  const auto found = std::find(labels.begin(), labels.end(), text);
-  if (found != labels.end()) {
-    return static_cast<unsigned int>(found - labels.begin());
+  if (const std::optional<unsigned int> row = messageRow(area, text); row) {
+    return *row;
   }
   constexpr std::size_t kMostDigits = 4;  // so that std::stoul cannot overflow
   if (!text.empty() && text.size() <= kMostDigits &&
       text.find_first_not_of("0123456789") == std::string::npos &&
-      std::stoul(text) < labels.size()) {
+      std::stoul(text) < messageCount(area)) {
     return static_cast<unsigned int>(std::stoul(text));
   }
   throw Failure(Exit::kUsage, "area " + std::string(API_DATA_DIR[area]) + " has no message " +
-                                  inQuotes(text) + didYouMean(text, labels) + " ('hearth labels " +
-                                  API_DATA_DIR[area] + "' lists them)");
+                                  inQuotes(text) + didYouMean(text, labelsOf(area)) +
+                                  " ('hearth labels " + API_DATA_DIR[area] + "' lists them)");
 }
 
 // True for anything that can be reached under the name, a folder included; reading it tells the

@@ -8,18 +8,26 @@
 
 #include <cerrno>
 #include <cstring>
+#include <optional>
 
+#include "files/replace_file.h"
 #include "hearth/json_data.h"
 #include "hearth/local_db_ctrl.h"
+#include "tools/document/database_check.h"
+#include "tools/document/fingerprint.h"
+#include "tools/document/history.h"
 #include "tools/document/input.h"
-#include "tools/document/schema_check.h"
+#include "tools/document/transaction.h"
 #include "tools/terminal/failure.h"
+#include "tools/terminal/output.h"
 #include "tools/terminal/text.h"
 
 namespace hearth::tool {
 namespace {
 
 constexpr char kSession[] = "default";
+
+bool somethingIsSaved = false;
 
 // Says why a save failed, from the errno that the library left: EINVAL stands for a document that
 // could not be loaded again.
@@ -37,6 +45,13 @@ constexpr char kSession[] = "default";
 // after. When both are the same, it is what the library has read, and can be compared before a
 // save.
 LoadedFile::LoadedFile(AreaOrFile chosen) : chosen_(std::move(chosen)) {
+  if (Transaction* const transaction = Transaction::current();
+      transaction != nullptr && chosen_.isArea) {
+    staged_ = &transaction->area(chosen_.area);
+    text_ = staged_->text;
+    handle_ = staged_->document.get();
+    return;
+  }
   constexpr int kTries = 5;
   for (int i = 0; i < kTries; ++i) {
     text_ = readWhole(chosen_.file);
@@ -70,7 +85,7 @@ void LoadedFile::load() {
 void LoadedFile::unload() {
   if (!chosen_.isArea) {
     delete handle_;
-  } else if (handle_ != nullptr) {
+  } else if (handle_ != nullptr && staged_ == nullptr) {
     LocalDbCtrl::unlockDbObject(chosen_.area, kSession);
   }
   handle_ = nullptr;
@@ -92,36 +107,49 @@ void LoadedFile::explainMissing(const Path& path) const {
   }
 }
 
-void LoadedFile::save(const SaveOptions& options) {
+void LoadedFile::check(const SaveOptions& options) const {
   if (!options.noSchema && chosen_.isArea) {
-    refuseBreakingSchema();
+    refuseBreakingSchema(chosen_.area, *handle_, inQuotes(chosen_.name) + ": the result",
+                         "nothing is saved, --no-schema saves all the same");
   }
   if (!options.force) {
     refuseLosingText();
   }
-  errno = 0;
-  if (!chosen_.isArea) {
-    saveAs(chosen_.file, *handle_);
+}
+
+void LoadedFile::save(const SaveOptions& options) {
+  if (staged_ != nullptr) {
+    staged_->isChanged = true;
+    staged_->options.force = staged_->options.force || options.force;
+    staged_->options.noSchema = staged_->options.noSchema || options.noSchema;
     return;
   }
-  handle_ = nullptr;  // a save ends the lock, whatever its result
-  if (LocalDbCtrl::saveDbObject(static_cast<API_TYPE_T>(chosen_.area), kSession) != 0) {
-    failToSave(chosen_.file, errno);
+  if (Transaction::current() != nullptr) {
+    throw Failure(Exit::kUsage, inQuotes(chosen_.name) + ": only areas are changed together");
+  }
+  check(options);
+  if (chosen_.isArea) {
+    saveArea();
+  } else {
+    saveAs(chosen_.file, *handle_);
   }
 }
 
-// An area without a schema of its database takes any document.
-void LoadedFile::refuseBreakingSchema() const {
-  const std::string schema = databaseSchemaFile(chosen_.area);
-  if (!exists(schema)) {
-    return;
+// A document that says what the file says replaces nothing worth keeping.
+void LoadedFile::saveArea() {
+  const std::string after = fingerprintOf(View(root()));
+  std::optional<KeptFile> kept;
+  if (after != fingerprintOfText(text_)) {
+    kept.emplace(chosen_.file, after);
   }
-  const Verdict verdict = checkAgainst(*handle_, schema);
-  if (!verdict.conforms) {
-    throw Failure(Exit::kViolation,
-                  inQuotes(chosen_.name) + ": the result " + verdict.text() +
-                      "; nothing is saved, --no-schema saves all the same",
-                  verdict.broken());
+  handle_ = nullptr;  // a save ends the lock, whatever its result
+  errno = 0;
+  if (LocalDbCtrl::saveDbObject(static_cast<API_TYPE_T>(chosen_.area), kSession) != 0) {
+    failToSave(chosen_.file, errno);
+  }
+  somethingIsSaved = true;
+  if (kept) {
+    kept->replaced();
   }
 }
 
@@ -147,6 +175,20 @@ void saveAs(const std::string& file, TreeMapObject& value) {
   if (JsonData::saveObjectToFile(file.c_str(), &value) != 0) {
     failToSave(file, errno);
   }
+  somethingIsSaved = true;
+}
+
+void saveText(const std::string& file, const std::string& text) {
+  KeptFile kept(file, fingerprintOfText(text));
+  if (!replaceFile(file.c_str(), text.data(), text.size(), Durability::kFlushed)) {
+    failToSave(file, errno);
+  }
+  somethingIsSaved = true;
+  kept.replaced();
+}
+
+bool hasSaved() {
+  return somethingIsSaved;
 }
 
 }  // namespace hearth::tool

@@ -7,6 +7,8 @@
 #ifndef HEARTH_TOOLS_DOCUMENT_LOADED_FILE_H
 #define HEARTH_TOOLS_DOCUMENT_LOADED_FILE_H
 
+#include <sys/stat.h>
+
 #include <string>
 
 #include "hearth/tree_map_object.h"
@@ -20,6 +22,8 @@ struct SaveOptions {
   bool force = false;     // the file has changed meanwhile, or holds what a save drops
   bool noSchema = false;  // the result does not conform to the area's schema
 };
+
+struct StagedArea;
 
 class LoadedFile {
  public:
@@ -39,23 +43,52 @@ class LoadedFile {
   // As explainMissing of path.h, with the name of the area or file in front of the message.
   [[noreturn]] void explainMissing(const Path& path) const;
 
-  // Saves the document; to be called once, for of an area the library takes it back. Throws a
-  // Failure, with the file as it was, when it cannot or must not be saved.
+  // Throws a Failure when the document must not be saved: the first half of a save. Notes that an
+  // area without a schema is not checked.
+  void check(const SaveOptions& options) const;
+
+  // Saves the document, and keeps the former file of an area (history.h); to be called once, for of
+  // an area the library takes it back. Throws a Failure, with the file as it was, when it cannot or
+  // must not be saved. Inside a transaction nothing is saved or checked before its end, and only
+  // areas can be changed.
   void save(const SaveOptions& options);
 
  private:
   void load();
   void unload();
-  void refuseBreakingSchema() const;
+  void saveArea();
   void refuseLosingText() const;
 
   const AreaOrFile chosen_;
-  std::string text_;                 // of the file, when it was loaded
-  TreeMapObject* handle_ = nullptr;  // an area's belongs to the library, a file's to this object
+  std::string text_;  // of the file, when it was loaded
+  // An area's belongs to the library, or to the transaction, a file's to this object.
+  TreeMapObject* handle_ = nullptr;
+  StagedArea* staged_ = nullptr;  // of an area inside a transaction; else null
 };
 
 // Saves a value as a file, in one step. Throws a Failure with the file as it was.
 void saveAs(const std::string& file, TreeMapObject& value);
+
+// Saves a text as an area's database, byte by byte and in one step, and keeps the former file.
+// Throws a Failure with the file as it was.
+void saveText(const std::string& file, const std::string& text);
+
+// True when this process has saved anything: a failure to print must then say so.
+[[nodiscard]] bool hasSaved();
+
+// While it exists, files that are made get at most these permissions.
+class MadeWithMode {
+ public:
+  explicit MadeWithMode(mode_t mode) : mask_(umask(0777U & ~mode)) {
+    umask(mask_ | (0777U & ~mode));
+  }
+  ~MadeWithMode() { umask(mask_); }
+  MadeWithMode(const MadeWithMode&) = delete;
+  MadeWithMode& operator=(const MadeWithMode&) = delete;
+
+ private:
+  const mode_t mask_;
+};
 
 }  // namespace hearth::tool
 

@@ -34,6 +34,9 @@ class Output {
   // Adds a line to the output.
   void line(std::string_view text) { buffer_.append(text).append("\n"); }
 
+  // Where the output goes, to be asked whether somebody still reads it.
+  int descriptor() const { return fd_.get(); }
+
   // Writes what was collected. Throws a Failure when that cannot be written whole.
   void finish();
 
