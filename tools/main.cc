@@ -12,6 +12,7 @@
 #include "hearth/version.h"
 #include "tools/command/command_line.h"
 #include "tools/document/loaded_file.h"
+#include "tools/document/value.h"
 
 #ifdef HEARTH_HAS_PCRE2
 #define PCRE2_CODE_UNIT_WIDTH 8
@@ -27,14 +28,17 @@ constexpr char kHelp[] =
     "  hearth areas                                    what there is below ./data\n"
     "  hearth get wifi 'radios.[0].channel'            read a value\n"
     "  hearth set wifi 'radios.[0].channel' 11         store one\n"
-    "  hearth find wifi ssid 'Garden Path'             where is it?\n"
+    "  hearth get wifi 'radios.[*].networks.[*].ssid'  the same in each element\n"
+    "  hearth find --contains garden --ignore-case     where is it?\n"
+    "  hearth describe wifi 'radios.[*].channel'       what may stand there?\n"
     "  hearth check                                    is everything as it should be?\n"
     "  hearth COMMAND --help                           options and examples of a command\n"
     "AREA is one of gateway, wifi, network, security, service, mediashare, qos, misc; FILE is any\n"
     "JSON file, ./wifi where a file has the name of an area.\n\n"
     "Exit codes:\n"
-    "  0 done   1 not found, does not conform, a problem   2 wrong command line\n"
-    "  3 a file cannot be read, parsed or written          4 somebody else is changing the file\n\n"
+    "  0 done   1 not found, a problem   2 wrong command line   3 a file cannot be read, parsed "
+    "or\n"
+    "  written   4 somebody else is changing it   5 it does not conform to its schema\n\n"
     "Quote paths: a shell may take [0] for a pattern. Put -- before a word that begins with -.\n\n"
     "A save replaces the file in one step: readers see the old document or the new one. Edits by\n"
     "hearth commands wait for each other, and none overwrites a change that it has not seen. The\n"
@@ -70,12 +74,13 @@ std::string versions() {
 
 // The callback runs when the words are parsed and before the command does, in whatever order the
 // options and the command stand.
-void addGlobals(CLI::App& app, GlobalOptions& options) {
+void addGlobals(CLI::App& app, Context& context, GlobalOptions& options) {
   options.data = BEConfig::DATA_LOCATION;
   app.add_option("--data", options.data, "the data location ($HEARTH_DATA; default ./data)")
       ->type_name("DIR")
       ->envname("HEARTH_DATA");
   app.add_flag("--verbose", options.verbose, "show the library's log on standard error");
+  app.add_flag("--json", context.json, "print JSON wherever there is a choice; errors too");
   app.set_version_flag("--version", versions(), "print the versions");
   app.set_help_flag("--help,-h", "print this help");
   app.parse_complete_callback([&options] { configure(options); });
@@ -93,6 +98,21 @@ void finish(Output& out) {
   }
 }
 
+// True when programs read the errors: --json stands on the command line, and is not the type of a
+// VALUE there.
+bool saysJson(const CLI::App& app) {
+  if (app.count("--json") > 0) {
+    return true;
+  }
+  for (const CLI::App* const command : app.get_subcommands()) {
+    const CLI::Option* const json = command->get_option_no_throw("--json");
+    if (json != nullptr && json->count() > 0 && json->get_group() != kTypeGroup) {
+      return true;
+    }
+  }
+  return false;
+}
+
 // Puts the command line together, parses it, which runs the command, and writes the output.
 int run(int argc, char** argv) {
   Context context;
@@ -105,7 +125,7 @@ int run(int argc, char** argv) {
   app.get_formatter()->label("SUBCOMMAND", "COMMAND");
   app.get_formatter()->label("Positionals", "Arguments");
   app.fallthrough()->require_subcommand(1)->footer(kHelp);
-  addGlobals(app, globals);
+  addGlobals(app, context, globals);
   addAllCommands(app, context);
   try {
     app.parse(parserWords({argv + 1, argv + argc}));
@@ -115,7 +135,11 @@ int run(int argc, char** argv) {
   } catch (const CLI::CallForVersion& version) {
     context.out.line(version.what());
   } catch (const CLI::ParseError& error) {
-    throw explained(app, error);
+    complainOf(explained(app, error), saysJson(app));
+    return static_cast<int>(Exit::kUsage);
+  } catch (const Failure& failure) {
+    complainOf(failure, saysJson(app));
+    return static_cast<int>(failure.exit());
   }
   finish(context.out);  // also prints help and version
   return static_cast<int>(context.exit);

@@ -68,7 +68,7 @@ LoginResult Login::answer(int status, const std::string& token, const char* text
   const std::shared_ptr<Session> session = sessions_.find(token);
   if (session != nullptr) {
     put("data.session", session->databases.key());
-    put("data.role", "administrator");
+    put("data.role", "administer");
     put("data.expiresInSeconds", sessions_.idleLimit().count());
     put("data.mustChangePassword", false);
     if (!conforms(BEConfig::VALIDATION_ON_RESPONSE, message, "GATEWAY_LOGIN_RESP")) {

@@ -61,8 +61,13 @@ void runLines(Context& context, std::string_view script) {
         runLine(context, words);
       }
     } catch (const Failure& failure) {
-      throw Failure(failure.exit(), "line " + std::to_string(number) + ": " + failure.what() +
-                                        "; nothing is changed");
+      Failure named(
+          failure.exit(),
+          "line " + std::to_string(number) + ": " + failure.what() + "; nothing is changed",
+          failure.broken);
+      named.area = failure.area;
+      named.path = failure.path;
+      throw named;
     }
     script.remove_prefix(std::min(end + 1, script.size()));
   }

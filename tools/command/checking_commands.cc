@@ -8,6 +8,8 @@
 #include <filesystem>
 
 #include "hearth/be_config.h"
+#include "hearth/kit/parse.h"
+#include "hearth/kit/write.h"
 #include "hearth/local_db_ctrl.h"
 #include "tools/command/command.h"
 #include "tools/document/area.h"
@@ -26,6 +28,7 @@ struct ValidateOptions {
   std::string schema;
   // With --schema the only word is the file, which the command line takes for the area.
   std::string area, message, file;
+  bool all = false;
   bool json = false;
 };
 
@@ -54,17 +57,50 @@ Rules rulesOf(const ValidateOptions& options) {
   return {file, labelsOf(area)[message]};
 }
 
-// The verdict as JSON; the members about a violation only where there is one.
-void printVerdict(Context& context, const Verdict& verdict) {
-  TreeMapObject object(false);
-  object.set("conforms", verdict.conforms);
-  if (!verdict.message.empty()) {
-    object.set("pointer", verdict.pointer.c_str());
-    object.set("rule", verdict.rule.c_str());
-    object.set("keyword", verdict.keyword.c_str());
-    object.set("message", verdict.message.c_str());
+// One violation as JSON.
+Value violationOf(const Breach& breach) {
+  Value object = newObject();
+  static_cast<void>(set(object, "path", breach.path));
+  static_cast<void>(set(object, "pointer", breach.rule.place));
+  static_cast<void>(set(object, "rule", breach.rule.rule));
+  static_cast<void>(set(object, "keyword", breach.rule.keyword));
+  static_cast<void>(set(object, "message", breach.rule.sentence));
+  if (!breach.choices.empty()) {
+    static_cast<void>(set(object, "choices", newArray()));
+    const Value choices = Value::sharing(find(object, "choices"));
+    for (const std::string& choice : breach.choices) {
+      static_cast<void>(append(choices, *hearth::parse(choice)));
+    }
   }
-  context.out.line(jsonText(object.jobj, context.out));
+  return object;
+}
+
+// The verdict as JSON: the members of the first violation beside "conforms", and with --all each
+// violation in "violations".
+void printVerdict(Context& context, const Verdict& verdict, bool all) {
+  const Value object = newObject();
+  static_cast<void>(set(object, "conforms", verdict.conforms));
+  if (all) {
+    static_cast<void>(set(object, "violations", newArray()));
+    const Value violations = Value::sharing(find(object, "violations"));
+    for (const Breach& breach : verdict.breaches) {
+      static_cast<void>(append(violations, violationOf(breach)));
+    }
+  } else if (!verdict.breaches.empty()) {
+    const BrokenRule& rule = verdict.breaches.front().rule;
+    static_cast<void>(set(object, "pointer", rule.place));
+    static_cast<void>(set(object, "rule", rule.rule));
+    static_cast<void>(set(object, "keyword", rule.keyword));
+    static_cast<void>(set(object, "message", rule.sentence));
+  }
+  context.out.line(jsonText(object.raw(), context.out));
+}
+
+// A line for each violation, with all choices of an enumeration.
+void printViolations(Context& context, const Verdict& verdict) {
+  for (const Breach& breach : verdict.breaches) {
+    context.out.line(breach.text(true));
+  }
 }
 
 // A message without a schema passes, but its document must still be JSON.
@@ -76,14 +112,17 @@ void validate(Context& context, const ValidateOptions& options) {
     Context::note(rules.name + " has no schema (" + inQuotes(rules.file) + "): everything passes");
     return;
   }
-  const Verdict verdict = checkAgainst(*document, rules.file);
+  const Verdict verdict =
+      checkAgainst(*document, rules.file, options.all ? kAllBreaches : kFirstBreach);
   if (options.json) {
-    printVerdict(context, verdict);
+    printVerdict(context, verdict, options.all);
+  } else if (!verdict.breaches.empty() && options.all) {
+    printViolations(context, verdict);
   } else if (!verdict.conforms) {
-    throw Failure(Exit::kNo, (file == "-" ? "standard input" : inQuotes(file)) + " and " +
-                                 inQuotes(rules.name) + ": " + verdict.text());
+    throw Failure(Exit::kViolation, (file == "-" ? "standard input" : inQuotes(file)) + " and " +
+                                        inQuotes(rules.name) + ": " + verdict.text());
   }
-  context.exit = verdict.conforms ? Exit::kDone : Exit::kNo;
+  context.exit = verdict.conforms ? Exit::kDone : Exit::kViolation;
 }
 
 // The table of all files is for --json only; a person reads the problems.
@@ -165,7 +204,7 @@ std::string Checker::findProblem(unsigned int area, const std::string& file) {
   const Handle document = parse(text, file);
   const std::string whyNot = whyNotPlainJson(text);
   if (!whyNot.empty()) {
-    return inQuotes(file) + ": more than plain JSON: " + whyNot;
+    return inQuotes(file) + ": a save would change it: " + whyNot;
   }
   const std::string stem = std::filesystem::path(file).stem().string();
   const bool isSchema = endsWith(stem, kSchemaEnd);
@@ -229,7 +268,7 @@ void addCheckingCommands(CLI::App& app, Context& context) {
       "MESSAGE is a label or its number (hearth labels AREA). A message without a schema passes.",
       "  hearth validate wifi WIFI_RADIO_CHANGE_REQ request.json\n"
       "  curl -s http://gateway/... | hearth validate wifi WIFI_RADIO_CHANGE_RESP -\n"
-      "  hearth validate --schema rules.json document.json",
+      "  hearth validate --all --schema rules.json document.json",
       validate);
   validating.app->add_option("--schema", validating.options.schema, "the schema")
       ->type_name("FILE");
@@ -238,6 +277,8 @@ void addCheckingCommands(CLI::App& app, Context& context) {
       ->required();
   validating.app->add_option("MESSAGE", validating.options.message, "a label, or its number");
   validating.app->add_option("FILE", validating.options.file, "the document, - for standard input");
+  validating.app->add_flag("--all", validating.options.all,
+                           "list every violation, with all choices of an enumeration");
   validating.app->add_flag("--json", validating.options.json, "print the result as JSON");
 
   const auto checking = addCommand<CheckOptions>(

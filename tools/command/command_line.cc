@@ -19,10 +19,65 @@ std::string suggestCommand(const CLI::App& app, const std::string& word) {
   return didYouMean(word, names);
 }
 
+// "no option '--frob'; did you mean '--from'?", or what else is one word too many.
+std::string surplus(const CLI::App& app, const std::string& word) {
+  const std::string name = word.substr(0, word.find('='));
+  if (name.size() < 2 || name[0] != '-') {
+    return inQuotes(word) + " is one word too many";
+  }
+  std::vector<std::string> names;
+  for (const CLI::Option* const option : app.get_options()) {
+    for (const std::string& longName : option->get_lnames()) {
+      names.push_back("--" + longName);
+    }
+  }
+  return "no option " + inQuotes(name) + didYouMean(name, names);
+}
+
+// The options that a message of the parser names.
+std::vector<std::string> optionsIn(const std::string& text) {
+  std::vector<std::string> names;
+  for (std::size_t at = 0; (at = text.find("--", at)) != std::string::npos;) {
+    const std::size_t end = text.find_first_not_of("abcdefghijklmnopqrstuvwxyz-", at);
+    names.push_back(text.substr(at, end - at));
+    at += names.back().size();
+  }
+  return names;
+}
+
+// What is wrong with the command line: the parser's words are about its own notions. `app` is the
+// chosen command, or the command line if none is chosen.
+std::string wrongIn(const CLI::App& app, const std::string& surplusWord,
+                    const CLI::ParseError& error) {
+  const std::string text = error.what();
+  const std::vector<std::string> options = optionsIn(text.substr(0, text.find('\n')));
+  const auto kind = static_cast<CLI::ExitCodes>(error.get_exit_code());
+  if (kind == CLI::ExitCodes::RequiredError) {
+    const std::string missing = text.substr(0, text.find(" is required"));
+    return missing == "A subcommand" ? "which command?" : missing + " is missing";
+  }
+  if (kind == CLI::ExitCodes::ExtrasError) {
+    return surplus(app, surplusWord);
+  }
+  if (kind == CLI::ExitCodes::ExcludesError && options.size() >= 2) {
+    return options[0] + " and " + options[1] + " do not go together";
+  }
+  if (kind == CLI::ExitCodes::ExcludesError && options.size() == 1) {
+    return "VALUE and " + options[0] + " do not go together";
+  }
+  if (kind == CLI::ExitCodes::ArgumentMismatch && !options.empty()) {
+    return options[0] + " needs a word behind it";
+  }
+  return options.empty() ? "the command line makes no sense" : options[0] + " makes no sense here";
+}
+
 }  // namespace
 
 void addAllCommands(CLI::App& app, Context& context) {
   addValueCommands(app, context);
+  addMovingCommands(app, context);
+  addDescribingCommands(app, context);
+  addFindingCommand(app, context);
   addListingCommands(app, context);
   addCheckingCommands(app, context);
   addComparingCommands(app, context);
@@ -54,13 +109,11 @@ std::vector<std::string> parserWords(std::vector<std::string> words) {
 
 Failure explained(const CLI::App& app, const CLI::ParseError& error) {
   const std::vector<CLI::App*> chosen = app.get_subcommands();
-  std::string text = error.what();
-  text = text.substr(0, text.find('\n'));
-  if (text == "A subcommand is required") {
-    text = "which command?";
-  }
-  if (chosen.empty() && !app.remaining().empty()) {
-    const std::string word = app.remaining().front();
+  const std::vector<std::string> surplusWords = app.remaining(true);
+  const std::string word = surplusWords.empty() ? "" : surplusWords.front();
+  const CLI::App& speaker = chosen.empty() ? app : *chosen.front();
+  std::string text = wrongIn(speaker, word, error);
+  if (chosen.empty() && !word.empty() && word[0] != '-') {
     text = "no command " + inQuotes(word) + suggestCommand(app, word);
   }
   const std::string command = chosen.empty() ? "" : chosen.front()->get_name() + " ";

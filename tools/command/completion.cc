@@ -74,11 +74,20 @@ struct CommandWords {
   Word words[2];
 };
 constexpr CommandWords kCommandWords[] = {
-    {"get", {Word::kAreaOrFile, Word::kPath}},   {"set", {Word::kAreaOrFile, Word::kPath}},
-    {"del", {Word::kAreaOrFile, Word::kPath}},   {"add", {Word::kAreaOrFile, Word::kPath}},
-    {"find", {Word::kAreaOrFile, Word::kOther}}, {"show", {Word::kAreaOrFile, Word::kOther}},
-    {"labels", {Word::kArea, Word::kOther}},     {"validate", {Word::kArea, Word::kMessage}},
-    {"import", {Word::kArea, Word::kOther}},     {"export", {Word::kArea, Word::kOther}},
+    {"get", {Word::kAreaOrFile, Word::kPath}},
+    {"set", {Word::kAreaOrFile, Word::kPath}},
+    {"del", {Word::kAreaOrFile, Word::kPath}},
+    {"add", {Word::kAreaOrFile, Word::kPath}},
+    {"find", {Word::kAreaOrFile, Word::kOther}},
+    {"show", {Word::kAreaOrFile, Word::kOther}},
+    {"labels", {Word::kArea, Word::kOther}},
+    {"validate", {Word::kArea, Word::kMessage}},
+    {"import", {Word::kArea, Word::kOther}},
+    {"export", {Word::kArea, Word::kOther}},
+    {"diff", {Word::kAreaOrFile, Word::kAreaOrFile}},
+    {"undo", {Word::kArea, Word::kOther}},
+    {"log", {Word::kArea, Word::kOther}},
+    {"watch", {Word::kArea, Word::kOther}},
 };
 
 // `first` is the command's first word, which chooses the document or the messages.

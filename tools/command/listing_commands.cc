@@ -1,16 +1,8 @@
-// find, show, areas and labels: the commands that list what there is.
-//
-// Finding is the library's; it answers objects, not paths. So the document is walked once more, and
-// each object among the answers gives the path of its member, in the document's order.
-#include <list>
-#include <set>
-
-#include "base/json_ref.h"
+// show, areas and labels: the commands that list what there is.
 #include "hearth/local_db_ctrl.h"
 #include "tools/command/command.h"
 #include "tools/document/area.h"
 #include "tools/document/loaded_file.h"
-#include "tools/document/value.h"
 #include "tools/terminal/json_text.h"
 #include "tools/terminal/report.h"
 #include "tools/terminal/text.h"
@@ -18,69 +10,12 @@
 namespace hearth::tool {
 namespace {
 
-struct FindOptions {
-  std::string areaOrFile, key;
-  ValueOptions value;
-  bool json = false;
-};
-
 // One struct for show, areas and labels; each uses what its command line has.
 struct ListOptions {
   std::string name;
   bool json = false;
   bool compact = false;
 };
-
-// The objects whose member `key` equals the probe. The library compares integers as 32-bit numbers,
-// so each of its findings is compared once more, exactly.
-std::set<json_object*> objectsWith(const LoadedFile& document, const std::string& key,
-                                   json_object* probe) {
-  std::list<TreeMapObject*> handles;
-  document.handle().findInObject(handles, key.c_str(), probe, document.root());
-  document.handle().findInArray(handles, key.c_str(), probe, document.root());
-  std::set<json_object*> objects;
-  for (TreeMapObject* const handle : handles) {
-    if (json_object_equal(memberOf(handle->jobj, key.c_str()), probe) != 0) {
-      objects.insert(handle->jobj);
-    }
-    delete handle;  // the object stays in the document
-  }
-  return objects;
-}
-
-// Prints one path for each member found, or a row for a report in JSON. Finding
-// nothing is no message; the exit code tells it.
-void findValue(Context& context, const FindOptions& options) {
-  const Handle probe = GivenValue(options.value).make(nullptr);
-  const LoadedFile document{AreaOrFile(options.areaOrFile)};
-  if (probe->jobj == nullptr) {
-    throw Failure(Exit::kUsage, "null cannot be searched for");
-  }
-  const std::set<json_object*> objects = objectsWith(document, options.key, probe->jobj);
-  Report report({"path", "pointer"});
-  bool hasPointers = false;  // among the paths
-  walk(document.root(), [&](const Path& path, json_object* value) {
-    if (objects.count(value) == 0) {
-      return;
-    }
-    const Path member = path / Step(options.key);
-    hasPointers = hasPointers || !member.isAddressable();
-    if (options.json) {
-      report.add({member.isAddressable() ? Cell(member.text()) : Cell(), member.pointer()});
-    } else {
-      context.out.line(context.out.foreign(member.textOrPointer()));
-    }
-  });
-  if (options.json) {
-    report.print(context.out, true);
-  }
-  if (hasPointers) {
-    Context::note("where a name holds a dot no path leads; a JSON pointer stands in its place");
-  }
-  if (objects.empty()) {
-    context.exit = Exit::kNo;
-  }
-}
 
 // Prints the document as it was loaded, with its members in their order.
 void show(Context& context, const ListOptions& options) {
@@ -153,20 +88,6 @@ void labels(Context& context, const ListOptions& options) {
 }  // namespace
 
 void addListingCommands(CLI::App& app, Context& context) {
-  const auto finding = addCommand<FindOptions>(
-      app, context, "find",
-      "Print the paths of all members with this name, value and type\n\n"
-      "Integers and doubles are different types: 5 does not find 5.0.",
-      "  hearth find wifi ssid 'Garden Path'\n"
-      "  hearth find --string network vlan 10\n"
-      "  hearth find wifi enabled false | while read -r p; do hearth set wifi \"$p\" true; done",
-      findValue);
-  finding.app->add_option("AREA|FILE", finding.options.areaOrFile, "an area, or a JSON file")
-      ->required();
-  finding.app->add_option("KEY", finding.options.key, "the name of the member")->required();
-  addValueOptions(*finding.app, finding.options.value, ValueUse::kSought);
-  finding.app->add_flag("--json", finding.options.json, "print JSON: paths and JSON pointers");
-
   const auto showing = addCommand<ListOptions>(
       app, context, "show", "Print the whole document",
       "  hearth show wifi | less\n  hearth show --compact ./backup.json", show);

@@ -16,7 +16,8 @@ bool refuseBreakingSchema(unsigned int area, TreeMapObject& database, const std:
   }
   const Verdict verdict = checkAgainst(database, schema);
   if (!verdict.conforms) {
-    throw Failure(Exit::kNo, subject + " " + verdict.text() + "; " + otherwise);
+    throw Failure(Exit::kViolation, subject + " " + verdict.text() + "; " + otherwise,
+                  verdict.broken());
   }
   return true;
 }

@@ -1,8 +1,8 @@
 // Reading and parsing are the library's own, from base/; what is added here is the message that a
 // person needs: which file, what is wrong with it, and for JSON the line and column.
 //
-// A text is parsed in one of two ways. Loosely, as the library does, to have its value; strictly to
-// learn whether the text holds anything that the value does not.
+// A text is parsed loosely, as the library does; whether it holds anything that the value does not
+// is asked in plain_json.cc.
 #include "tools/document/input.h"
 
 #include <sys/stat.h>
@@ -53,8 +53,8 @@ std::string textOf(const FileContents& contents, FileReading reading, const std:
 }
 
 // Where memory runs out nothing is known about the text, so that is no answer about it.
-ParsedJson parseInMemory(const std::string& text, int flags) {
-  ParsedJson parsed = parseJson(text, flags);
+ParsedJson parseInMemory(const std::string& text) {
+  ParsedJson parsed = parseJson(text);
   if (parsed.isOutOfMemory) {
     throw std::bad_alloc();
   }
@@ -93,7 +93,7 @@ std::string readWhole(const std::string& file) {
 }
 
 Handle parse(const std::string& text, const std::string& name, bool mayBeNull) {
-  ParsedJson document = parseInMemory(text, 0);
+  ParsedJson document = parseInMemory(text);
   if (!document.isValid()) {
     throw Failure(Exit::kIo, (name == "-" ? "standard input" : inQuotes(name)) +
                                  ": not JSON: " + inWords(document.error) + " (" +
@@ -107,14 +107,6 @@ Handle parse(const std::string& text, const std::string& name, bool mayBeNull) {
 
 Handle readJson(const std::string& file) {
   return parse(readWhole(file), file);
-}
-
-std::string whyNotPlainJson(const std::string& text) {
-  const ParsedJson document = parseInMemory(text, JSON_TOKENER_STRICT | JSON_TOKENER_VALIDATE_UTF8);
-  if (document.isValid()) {
-    return "";
-  }
-  return inWords(document.error) + " (" + lineAndColumn(text, document.end) + ")";
 }
 
 }  // namespace hearth::tool

@@ -22,9 +22,10 @@ using Handle = std::unique_ptr<TreeMapObject>;
 // Reads and parses a file, or standard input for "-".
 [[nodiscard]] Handle readJson(const std::string& file);
 
-// Says in a few words what keeps the text from being plain JSON: comments, text behind the value,
-// bytes that are no UTF-8 and the like. The library overlooks these when it reads, and would drop
-// them when it saves. Empty for plain JSON.
+// Says where and why a save would change more of the text than it was asked to: comments, text or
+// NULs behind the value, members that stand twice, integers beyond 64 bits, -0, numbers that no
+// double holds, bytes that are no UTF-8. The library overlooks these when it reads. Empty for plain
+// JSON.
 [[nodiscard]] std::string whyNotPlainJson(const std::string& text);
 
 }  // namespace hearth::tool

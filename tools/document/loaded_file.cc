@@ -154,14 +154,14 @@ void LoadedFile::saveArea() {
   }
 }
 
-// Text is lost in two ways: the parser never took it in (comments and the like), or somebody else
-// wrote it since the document was loaded.
+// Text is lost in two ways: the parser never took it in as it is written (comments, -0 and the
+// like), or somebody else wrote it since the document was loaded.
 void LoadedFile::refuseLosingText() const {
   const std::string whyNot = whyNotPlainJson(text_);
   if (!whyNot.empty()) {
     throw Failure(Exit::kNo, inQuotes(chosen_.file) +
-                                 ": holds more than plain JSON, which a save would drop: " +
-                                 whyNot + "; --force saves all the same");
+                                 ": a save would change what it was not asked to: " + whyNot +
+                                 "; --force saves all the same");
   }
   if (readWhole(chosen_.file) != text_) {
     throw Failure(Exit::kConflict,

@@ -8,10 +8,13 @@
 #include "tools/document/path.h"
 
 #include <algorithm>
+#include <cstdlib>
 
 #include "base/json_ref.h"
 #include "base/utf8.h"
 #include "hearth/json_data.h"
+#include "hearth/kit/validate.h"
+#include "hearth/kit/walk.h"
 #include "tools/terminal/failure.h"
 #include "tools/terminal/json_text.h"
 #include "tools/terminal/text.h"
@@ -34,6 +37,10 @@ Step stepOf(const std::string& text, const std::string& path) {
   if (text.empty() || text.front() != '[') {
     return Step(text);
   }
+  if (text == "[*]") {
+    throw Failure(Exit::kUsage, "path " + inQuotes(path) +
+                                    ": here is room for one place only, and [*] stands for many");
+  }
   constexpr std::size_t kMostDigits = 9;  // no array has more elements than these can count
   const bool isClosed = text.size() > 2 && text.back() == ']';
   const std::string digits = isClosed ? text.substr(1, text.size() - 2) : "";
@@ -48,9 +55,8 @@ Step stepOf(const std::string& text, const std::string& path) {
 // The names of an object's members, in their order.
 std::vector<std::string> namesIn(json_object* object) {
   std::vector<std::string> names;
-  json_object_object_foreach(object, name, member) {
-    static_cast<void>(member);
-    names.emplace_back(name);
+  for (const Member& member : members(View(object))) {
+    names.emplace_back(member.name);
   }
   return names;
 }
@@ -220,16 +226,14 @@ void explainMissing(json_object* root, const Path& path) {
   throw Failure(Exit::kNo, why);
 }
 
+namespace {
+
 // Whether a part of a pointer is a name or an index shows only in the document: the path and the
 // value are followed side by side.
-Path pathOfPointer(json_object* root, const std::string& pointer) {
-  Path path;
+json_object* follow(json_object* root, std::string_view pointer, Path& path) {
   json_object* value = root;
-  for (std::size_t start = 1; start <= pointer.size();) {  // behind the first slash
-    const std::size_t slash = std::min(pointer.find('/', start), pointer.size());
-    const std::string name =
-        replaced(replaced(pointer.substr(start, slash - start), "~1", "/"), "~0", "~");
-    start = slash + 1;
+  while (!pointer.empty()) {
+    const std::string name = detail::cutToken(pointer);
     if (json_object_is_type(value, json_type_array) == 0) {
       path.steps.emplace_back(name);
       value = memberOf(value, name.c_str());
@@ -239,7 +243,20 @@ Path pathOfPointer(json_object* root, const std::string& pointer) {
     path.steps.emplace_back(index);
     value = json_object_array_get_idx(value, index);
   }
+  return value;
+}
+
+}  // namespace
+
+Path pathOfPointer(json_object* root, const std::string& pointer) {
+  Path path;
+  follow(root, pointer, path);
   return path;
+}
+
+json_object* valueAtPointer(json_object* root, const std::string& pointer) {
+  Path path;
+  return follow(root, pointer, path);
 }
 
 namespace {
@@ -247,15 +264,12 @@ namespace {
 // Recursion is safe: a document that could be loaded is nested at most 32 levels deep.
 void walkFrom(const Path& path, json_object* value, const Visit& visit) {
   visit(path, value);
-  if (json_object_is_type(value, json_type_object) != 0) {
-    json_object_object_foreach(value, name, member) {
-      walkFrom(path / Step(std::string(name)), member, visit);
-    }
-  } else if (json_object_is_type(value, json_type_array) != 0) {
-    const std::size_t length = json_object_array_length(value);
-    for (std::size_t i = 0; i < length; ++i) {
-      walkFrom(path / Step(i), json_object_array_get_idx(value, i), visit);
-    }
+  for (const Member& member : members(View(value))) {
+    walkFrom(path / Step(std::string(member.name)), member.value.raw(), visit);
+  }
+  std::size_t index = 0;
+  for (const View element : elements(View(value))) {
+    walkFrom(path / Step(index++), element.raw(), visit);
   }
 }
 

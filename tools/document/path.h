@@ -65,6 +65,9 @@ struct PathEnd {
 // The path of the value to which a JSON pointer leads.
 [[nodiscard]] Path pathOfPointer(json_object* root, const std::string& pointer);
 
+// The value itself; null when nothing is there.
+[[nodiscard]] json_object* valueAtPointer(json_object* root, const std::string& pointer);
+
 // Calls visit for each value with its path: the root first, then depth first in the document's
 // order.
 using Visit = std::function<void(const Path&, json_object*)>;

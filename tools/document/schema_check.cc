@@ -1,10 +1,12 @@
-// The verdict, yes or no, comes from the validation that the backend uses; the search for
+// The verdict, yes or no, comes from the validation that the backend uses; the kit's search for
 // violations is asked only afterwards, to explain a no. So the command can never contradict the
-// backend, even with a platform's validator, which explains little.
+// backend, even with a platform's validator, which explains little. The kit also keeps secrets out
+// of the sentences.
 #include "tools/document/schema_check.h"
 
 #include "hearth/json_data.h"
-#include "hearth/violations.h"
+#include "hearth/kit/render.h"
+#include "hearth/kit/validate.h"
 #include "tools/document/input.h"
 #include "tools/document/path.h"
 #include "tools/terminal/text.h"
@@ -12,41 +14,72 @@
 namespace hearth::tool {
 namespace {
 
-// Receives the violations for findViolations; false ends the search, since one is enough.
-bool keepViolation(void* context, const Violation& violation) {
-  Verdict& verdict = *static_cast<Verdict*>(context);
-  verdict.pointer = violation.place;
-  verdict.rule = violation.rule;
-  verdict.keyword = violation.keyword;
-  verdict.message = violation.sentence;
-  return false;
+// All choices of the enumeration at a pointer into the schema. A rule in a built-in metaschema has
+// a URI in front of its pointer and is not looked up.
+std::vector<std::string> choicesOf(json_object* schema, const std::string& pointer) {
+  std::vector<std::string> choices;
+  if (pointer.rfind('/', 0) == 0) {
+    for (const View choice : elements(View(valueAtPointer(schema, pointer)))) {
+      choices.push_back(toText(choice));
+    }
+  }
+  return choices;
 }
 
-// Completes a verdict: finds the first violation when the document does not conform.
-Verdict verdictOn(bool conforms, json_object* document, json_object* schema) {
+// Completes a verdict: finds the violations when the document does not conform.
+Verdict verdictOn(bool conforms, json_object* document, json_object* schema, unsigned int limit) {
   Verdict verdict;
   verdict.conforms = conforms;
-  if (!conforms &&
-      findViolations(document, schema, 1, keepViolation, &verdict) != Conformance::kConforms) {
-    verdict.where = pathOfPointer(document, verdict.pointer).shown();
+  if (conforms) {
+    return verdict;
+  }
+  const Result<void> compared = validate(View(document), View(schema), ValidateOptions{limit});
+  for (const BrokenRule& rule : compared.failure().broken) {
+    const Path path = pathOfPointer(document, rule.place);
+    verdict.breaches.push_back({rule, path.textOrPointer(), path.shown(), {}});
+    if (rule.keyword == "enum") {
+      verdict.breaches.back().choices = choicesOf(schema, rule.rule);
+    }
   }
   return verdict;
 }
 
-}  // namespace
-
-std::string Verdict::text() const {
-  if (message.empty()) {
-    return "does not conform";
+// "one", "two", "three", and so on to the last.
+std::string listed(const std::vector<std::string>& texts) {
+  std::string list;
+  for (const std::string& text : texts) {
+    list += (list.empty() ? "" : ", ") + text;
   }
-  return "does not conform: at " + where + ": " + message +
-         (rule.empty() ? "" : " (rule " + escaped(rule, Escapes::kTerminal) + ")");
+  return list;
 }
 
-Verdict checkAgainst(TreeMapObject& document, const std::string& schemaFile) {
+}  // namespace
+
+std::string Breach::text(bool withChoices) const {
+  constexpr std::size_t kMostInSentence = 8;  // the sentence itself lists so many
+  return "at " + where + ": " + rule.sentence +
+         (withChoices && choices.size() > kMostInSentence ? "; the choices are " + listed(choices)
+                                                          : "") +
+         (rule.rule.empty() ? "" : " (rule " + escaped(rule.rule, Escapes::kTerminal) + ")");
+}
+
+std::string Verdict::text() const {
+  return breaches.empty() ? "does not conform"
+                          : "does not conform: " + breaches.front().text(false);
+}
+
+std::vector<BrokenRule> Verdict::broken() const {
+  std::vector<BrokenRule> rules;
+  for (const Breach& breach : breaches) {
+    rules.push_back(breach.rule);
+  }
+  return rules;
+}
+
+Verdict checkAgainst(TreeMapObject& document, const std::string& schemaFile, unsigned int limit) {
   const Handle schema = readJson(schemaFile);
   const bool conforms = JsonData::validateFile(&document, schemaFile.c_str()) == 0;
-  return verdictOn(conforms, document.jobj, schema->jobj);
+  return verdictOn(conforms, document.jobj, schema->jobj, limit);
 }
 
 // A schema is checked as any document is, by a schema that only refers to the metaschema. A schema
@@ -58,7 +91,7 @@ Verdict checkSchema(TreeMapObject& schema) {
   metaschema.set("$ref", named != nullptr ? named : "http://json-schema.org/draft-07/schema#");
   const bool conforms =
       JsonData::validateObject(&schema, json_object_to_json_string(metaschema.jobj)) == 0;
-  return verdictOn(conforms, schema.jobj, metaschema.jobj);
+  return verdictOn(conforms, schema.jobj, metaschema.jobj, kFirstBreach);
 #else
   static_cast<void>(schema);
   return {};

@@ -7,8 +7,10 @@
 #include "tools/document/value.h"
 
 #include "base/utf8.h"
+#include "hearth/kit/secrets.h"
 #include "tools/terminal/failure.h"
 #include "tools/terminal/json_text.h"
+#include "tools/terminal/prompt.h"
 #include "tools/terminal/text.h"
 
 namespace hearth::tool {
@@ -55,19 +57,12 @@ ValueOptions::Type typeOf(json_object* value) {
   }
 }
 
-// True for null, a boolean or a number that the parser keeps as it is written. An integer that 64
-// bits do not hold is none: the parser makes another number of it, so it stays a text.
+// True for null, a boolean or a number that is kept as it is written. Others, such as an integer
+// that 64 bits do not hold, 1e400 and -0, stay texts.
 bool isScalarText(const std::string& text) {
-  if (text == "null" || text == "true" || text == "false") {
-    return true;
-  }
-  if (text.find_first_not_of("0123456789+-.eE") != std::string::npos ||
-      !whyNotPlainJson(text).empty()) {
-    return false;
-  }
-  const Handle value = parse(text, text);
-  return json_object_is_type(value->jobj, json_type_double) != 0 ||
-         text == json_object_to_json_string(value->jobj);
+  return text == "null" || text == "true" || text == "false" ||
+         (text.find_first_not_of("0123456789+-.eE") == std::string::npos &&
+          whyNotPlainJson(text).empty());
 }
 
 Handle newString(const std::string& text) {
@@ -83,19 +78,20 @@ Handle makeInferred(const std::string& text) {
   return newString(text);
 }
 
-[[noreturn]] void failOnType(const std::string& text, const std::string& why) {
-  throw Failure(Exit::kUsage, "value " + inQuotes(text) + " " + why);
+[[noreturn]] void failOnType(const std::string& shown, const std::string& why) {
+  throw Failure(Exit::kUsage, "value " + shown + " " + why);
 }
 
-// The value of exactly this type. Throws a Failure when the text cannot be that.
-Handle makeOfType(const std::string& text, ValueOptions::Type type) {
+// The value of exactly this type. Throws a Failure when the text, which messages call `shown`,
+// cannot be that.
+Handle makeOfType(const std::string& text, const std::string& shown, ValueOptions::Type type) {
   if (type == ValueOptions::kString) {
     return newString(text);
   }
   if (type == ValueOptions::kJson) {
     const std::string whyNot = whyNotPlainJson(text);
     if (!whyNot.empty()) {
-      failOnType(text, "is not JSON: " + whyNot);
+      failOnType(shown, "is not JSON: " + whyNot);
     }
     return parse(text, text, true);
   }
@@ -107,23 +103,23 @@ Handle makeOfType(const std::string& text, ValueOptions::Type type) {
         json_object_new_double_s(std::stod(text), (text + ".0").c_str()));
   }
   if (typeOf(value->jobj) != type) {
-    failOnType(text, std::string("is not ") + nameOf(type));
+    failOnType(shown, std::string("is not ") + nameOf(type));
   }
   return value;
 }
 
 // The value with the type of the one that it replaces. Changing a type, or replacing an object or
 // an array by a scalar, takes an option, for it is more often a mistake.
-Handle makeInPlaceOf(json_object* old, const std::string& text) {
+Handle makeInPlaceOf(json_object* old, const std::string& text, const std::string& shown) {
   const ValueOptions::Type type = typeOf(old);
   const std::string present = "would replace " + described(old) + "; ";
   if (type == ValueOptions::kJson) {
-    failOnType(text, present + "say --json, or which type it is, to do so");
+    failOnType(shown, present + "say --json, or which type it is, to do so");
   }
   try {
-    return makeOfType(text, type);
+    return makeOfType(text, shown, type);
   } catch (const Failure&) {
-    failOnType(text, present + "say which type it is (--string, --int, ...) to do so");
+    failOnType(shown, present + "say which type it is (--string, --int, ...) to do so");
   }
 }
 
@@ -144,7 +140,6 @@ Handle readValue(const std::string& file) {
 void addValueOptions(CLI::App& command, ValueOptions& options, ValueUse use) {
   CLI::Option* const value = command.add_option("VALUE", options.text, "the value");
   value->option_text(" ");
-  constexpr char kGroup[] = "The type of VALUE";  // of options, in the help
   std::vector<CLI::Option*> types;
   for (const NamedType& row : kTypes) {
     if (row.type != ValueOptions::kJson || use == ValueUse::kStored) {
@@ -153,18 +148,22 @@ void addValueOptions(CLI::App& command, ValueOptions& options, ValueUse use) {
       types.back()->option_text(" ");
     }
   }
-  value->required(use == ValueUse::kSought);
   if (use == ValueUse::kStored) {
+    CLI::Option* const secret = command.add_flag(
+        "--secret", options.isSecret,
+        "VALUE comes from a prompt without echo, or as it is from standard input; a text");
+    secret->group(kTypeGroup)->excludes(value);
     types.push_back(
         command
             .add_option("--from", options.from, "VALUE is the JSON in FILE, - for standard input")
             ->type_name("FILE")
             ->option_text("FILE")
-            ->excludes(value));
+            ->excludes(value)
+            ->excludes(secret));
   }
   // At most one of them on a command line.
   for (CLI::Option* const type : types) {
-    type->group(kGroup);
+    type->group(kTypeGroup);
     for (CLI::Option* const other : types) {
       if (other != type) {
         type->excludes(other);
@@ -173,28 +172,40 @@ void addValueOptions(CLI::App& command, ValueOptions& options, ValueUse use) {
   }
 }
 
-// Reading the file comes first, before any lock is taken: standard input may take its time.
-GivenValue::GivenValue(const ValueOptions& options) : options_(options) {
+// Reading comes first, before any lock is taken: standard input may take its time.
+GivenValue::GivenValue(const ValueOptions& options)
+    : type_(options.type), isHidden_(options.isSecret) {
   if (!options.from.empty()) {
     read_ = readValue(options.from);
-  } else if (!options.text.has_value()) {
-    throw Failure(Exit::kUsage, "VALUE is missing (put -- before one that begins with -)");
-  } else if (!isUtf8(*options.text)) {
-    failOnType(*options.text, "is not UTF-8; texts in JSON are");
+    return;
   }
+  if (options.isSecret) {
+    text_ = readSecret();
+  } else if (options.text.has_value()) {
+    text_ = *options.text;
+  } else {
+    throw Failure(Exit::kUsage, "VALUE is missing (put -- before one that begins with -)");
+  }
+  if (!isUtf8(text_)) {
+    failOnType(shown(), "is not UTF-8; texts in JSON are");
+  }
+}
+
+std::string GivenValue::shown() const {
+  return isHidden_ ? kSecretShown : inQuotes(text_);
 }
 
 Handle GivenValue::make(json_object* replaced) const {
   if (read_ != nullptr) {
     return std::make_unique<TreeMapObject>(json_object_get(read_->jobj));
   }
-  if (options_.type != ValueOptions::kInferred) {
-    return makeOfType(*options_.text, options_.type);
+  if (type_ != ValueOptions::kInferred) {
+    return makeOfType(text_, shown(), type_);
   }
   if (replaced != nullptr) {
-    return makeInPlaceOf(replaced, *options_.text);
+    return makeInPlaceOf(replaced, text_, shown());
   }
-  return makeInferred(*options_.text);
+  return isHidden_ ? newString(text_) : makeInferred(text_);
 }
 
 }  // namespace hearth::tool

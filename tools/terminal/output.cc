@@ -3,6 +3,7 @@
 #include "tools/terminal/output.h"
 
 #include <fcntl.h>
+#include <sys/ioctl.h>
 #include <unistd.h>
 
 #include <cerrno>
@@ -55,6 +56,13 @@ Output::Output() {
   dup2(STDERR_FILENO, STDOUT_FILENO);
 }
 
+// A terminal that does not know its size has 0 columns.
+std::size_t Output::columns() const {
+  winsize size = {};
+  const bool isKnown = isTerminal_ && ioctl(fd_.get(), TIOCGWINSZ, &size) == 0 && size.ws_col > 0;
+  return isKnown ? size.ws_col : std::string::npos;
+}
+
 std::string Output::inked(Ink ink, std::string_view text) const {
   if (!hasColour_ || ink == Ink::kPlain || text.empty()) {
     return std::string(text);
@@ -81,8 +89,11 @@ void complain(std::string_view text) {
   if (text.empty()) {
     return;
   }
-  static_cast<void>(
-      writeText(STDERR_FILENO, "hearth: " + escaped(text, Escapes::kTerminal) + "\n"));
+  complainWith("hearth: " + escaped(text, Escapes::kTerminal));
+}
+
+void complainWith(std::string_view line) {
+  static_cast<void>(writeText(STDERR_FILENO, std::string(line) + "\n"));
 }
 
 }  // namespace hearth::tool

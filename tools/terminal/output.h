@@ -22,6 +22,9 @@ class Output {
 
   bool isTerminal() const { return isTerminal_; }
 
+  // How many columns a line may have: those of the terminal; no limit elsewhere.
+  [[nodiscard]] std::size_t columns() const;
+
   // The text in the colour of its ink; plain where colours are not seen or not wanted.
   [[nodiscard]] std::string inked(Ink ink, std::string_view text) const;
 
@@ -47,6 +50,9 @@ class Output {
 // Writes one line on standard error, "hearth: ...", whatever the text holds; none for an empty
 // text.
 void complain(std::string_view text);
+
+// Writes a line on standard error as it is. Requires a text that is harmless on a terminal.
+void complainWith(std::string_view line);
 
 }  // namespace hearth::tool
 

@@ -26,7 +26,7 @@ struct Cell {
 
 class Report {
  public:
-  explicit Report(std::vector<const char*> columnNames) : names_(std::move(columnNames)) {}
+  explicit Report(std::vector<std::string> columnNames) : names_(std::move(columnNames)) {}
 
   // Adds a row of as many cells as there are columns.
   void add(std::vector<Cell> row) { rows_.push_back(std::move(row)); }
@@ -36,10 +36,11 @@ class Report {
   void print(Output& out, bool asJson) const;
 
  private:
+  static void fit(std::vector<std::size_t>& widths, std::size_t room);
   void printTable(Output& out) const;
   void printJson(Output& out) const;
 
-  const std::vector<const char*> names_;
+  const std::vector<std::string> names_;
   std::vector<std::vector<Cell>> rows_;
 };
 
