@@ -190,7 +190,7 @@ TEST_F(StoreCommandTest, ImportsAndExportsWithCare) {
 TEST_F(StoreCommandTest, ShowsChangesAsTheyHappen) {
   const std::string start = HEARTH_COMMAND " watch >w 2>e & p=$!; ";
   const std::string await =
-      "await() { for i in $(seq 100); do grep -q \"$1\" $2 && return; sleep 0.1; done; }; ";
+      "await() { for i in $(seq 100); do grep -qs \"$1\" $2 && return; sleep 0.1; done; }; ";
   runAll({
       {await + start + "await watching e; hearth set wifi " + kChannel +
            " 11; await channel w; cp -r data/misc m; mv data/misc old; mv m data/misc; sleep 2; "
