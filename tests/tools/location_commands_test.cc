@@ -22,12 +22,14 @@ TEST_F(CommandTest, ListsAreasAndLabels) {
 TEST_F(CommandTest, Validates) {
   const std::string request = "data/wifi/WIFI_RADIO_CHANGE_REQ.ldb";
   const std::string wrong = "sed 's/\"channel\":11/\"channel\":300/' " + request;
+  dir_.file("all.json",
+            R"({"properties":{"i":{"enum":[0,1,2,3,4,5,6,8,9]},"t":{"type":"string"}}})");
   dir_.file("rules.json", R"({"type":"object","properties":{"i":{"maximum":3}}})");
   runAll({
     {"hearth validate wifi WIFI_RADIO_CHANGE_REQ " + request},
-        {wrong + " | hearth validate wifi WIFI_RADIO_CHANGE_REQ -", 1,
+        {wrong + " | hearth validate wifi WIFI_RADIO_CHANGE_REQ -", 5,
          "standard input and 'WIFI_RADIO_CHANGE_REQ': does not conform"},
-        {"hearth validate --schema rules.json f.json", 1, "does not conform"},
+        {"hearth validate --schema rules.json f.json", 5, "does not conform"},
         {"hearth validate wifi 0 f.json", "", "WIFI_INTERFACE_GET_REQ has no schema"},
         {"hearth validate wifi WIFI_RADIO_CHANG_REQ f.json", 2,
          "did you mean 'WIFI_RADIO_CHANGE_REQ'?"},
@@ -38,7 +40,15 @@ TEST_F(CommandTest, Validates) {
         {"echo '{' >s.json; hearth validate --schema s.json f.json; e=$?; rm s.json; exit $e", 3,
          "'s.json': not JSON"},
 #if HEARTH_TOOLS_SHOW_VIOLATIONS
-        Row("hearth validate --json --schema rules.json f.json", 1, "")
+        Row("hearth validate --all --schema all.json f.json", 5, "")
+            .printing(
+                "at 'i': must be one of 0, 1, 2, 3, 4, 5, 6, 8, ..., but is 7; the choices are 0, "
+                "1, 2, 3, 4, 5, 6, 8, 9 (rule /properties/i/enum)\n"
+                "at 't': must be a string, but is a boolean (rule /properties/t/type)\n"),
+        {"hearth validate --all --json --schema all.json f.json >a.json; hearth get a.json "
+         "'violations.[*].path'; hearth get a.json 'violations.[0].choices.[8]'; rm a.json",
+         "i\nt\n9\n"},
+        Row("hearth validate --json --schema rules.json f.json", 5, "")
             .printing(
                 "{\n  \"conforms\": false,\n  \"pointer\": \"/i\",\n"
                 "  \"rule\": \"/properties/i/maximum\",\n  \"keyword\": \"maximum\",\n"
@@ -72,7 +82,7 @@ TEST_F(CommandTest, RefusesWhatASampleAreasSchemaDoesNotKnow) {
   for (const char* const place :
        {"gateway system", "wifi wps", "network wans.[0].vlan", "security vpn.client", "service dmz",
         "mediashare samba", "qos iptv.vlan", "misc ui.dashboard"}) {
-    run({std::string("hearth set ") + place + ".misspelt 1", 1, "does not conform"});
+    run({std::string("hearth set ") + place + ".misspelt 1", 5, "does not conform"});
   }
   for (const char* const address :
        {"gateway devices.[0].mac 02:00:5E:10:00",
@@ -82,7 +92,7 @@ TEST_F(CommandTest, RefusesWhatASampleAreasSchemaDoesNotKnow) {
         "security firewall.ipv6.rules.[2].source.address 2001:db8::/129",
         "security firewall.alert.mail.server 300.1.1.1",
         "misc notifications.channels.mail.to.[0] me"}) {
-    run({std::string("hearth set ") + address, 1, "does not conform"});
+    run({std::string("hearth set ") + address, 5, "does not conform"});
   }
 }
 
@@ -91,7 +101,7 @@ TEST_F(CommandTest, MovesWholeDatabases) {
     {"hearth export wifi w.json && cmp w.json data/wifi/wifi.ldb; rm w.json"},
         {"hearth export wifi | hearth import wifi - && hearth check | tail -1",
          "48 files below './data', 0 problems\n"},
-        {"hearth import wifi f.json", 1, "'f.json' does not conform"},
+        {"hearth import wifi f.json", 5, "'f.json' does not conform"},
         {"hearth import wifi data/wifi/none.json", 3, "No such file"},
         {"echo '{\"a\":' | hearth import misc -", 3, "standard input: not JSON"},
         {"echo '5' | hearth import misc -", 1, "standard input is an integer, which is no"},
@@ -101,7 +111,7 @@ TEST_F(CommandTest, MovesWholeDatabases) {
          "7\n", "area misc has no schema of its database"},
         {"hearth import --no-schema --yes wifi f.json"},
 #if HEARTH_TOOLS_SHOW_VIOLATIONS
-        {"hearth export wifi w.json", 1, "must have the member \"revision\""},
+        {"hearth export wifi w.json", 5, "must have the member \"revision\""},
 #endif
   });
 }
@@ -151,8 +161,10 @@ TEST_F(CommandTest, ExplainsItself) {
   runAll({
       {"hearth", 2, "which command?"},
       {"hearth gte wifi a", 2, "no command 'gte'; did you mean 'get'?"},
-      {"hearth get wifi", 2, "PATH is required (try 'hearth get --help')"},
-      {"hearth get wifi a --frob", 2, "--frob"},
+      {"hearth get wifi", 2, "PATH is missing (try 'hearth get --help')"},
+      {"hearth get wifi a --jsn", 2, "no option '--jsn'; did you mean '--json'?"},
+      {"hearth get wifi a b", 2, "'b' is one word too many"},
+      {"hearth get wifi a --where", 2, "--where needs a word behind it"},
       {"hearth --version | sed 's/[0-9][0-9.]*[0-9]/N/g'",
        "hearth N (json-c N, PCRE2 N, built-in validator)\n"},
       {"for c in '' $(hearth complete -- ''); do hearth $c --help | grep -c Examples: ; done | "
@@ -179,6 +191,8 @@ TEST_F(CommandTest, CompletesCommandLines) {
       offered("get wifi \"radios.[1].channel\"",
               "radios.[1].channel radios.[1].channelAuto radios.[1].channelsAllowed"),
       offered("get f.json \"\"", "a i t g ctl ."),
+      offered("mv wifi country wps.d", "wps.devicePin"),
+      offered("find --key ssid --ig", "--ignore-case"),
       offered("validate qos QOS_RULES_CR", "QOS_RULES_CREATE_REQ QOS_RULES_CREATE_RESP"),
       offered("--data nowhere get wifi r", ""),
       offered("set --f", "--from --force"),

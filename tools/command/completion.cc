@@ -68,26 +68,30 @@ Words pathsIn(const std::string& areaOrFile, const std::string& unfinished) {
 }
 
 // What a word behind a command stands for; options are not counted.
-enum class Word { kAreaOrFile, kArea, kPath, kMessage, kOther };
+enum class Word { kOther, kAreaOrFile, kArea, kPath, kMessage };
 struct CommandWords {
   const char* command;
-  Word words[2];
+  Word words[3];  // those left out are kOther
 };
 constexpr CommandWords kCommandWords[] = {
     {"get", {Word::kAreaOrFile, Word::kPath}},
     {"set", {Word::kAreaOrFile, Word::kPath}},
     {"del", {Word::kAreaOrFile, Word::kPath}},
     {"add", {Word::kAreaOrFile, Word::kPath}},
-    {"find", {Word::kAreaOrFile, Word::kOther}},
-    {"show", {Word::kAreaOrFile, Word::kOther}},
-    {"labels", {Word::kArea, Word::kOther}},
+    {"cp", {Word::kAreaOrFile, Word::kPath, Word::kPath}},
+    {"mv", {Word::kAreaOrFile, Word::kPath, Word::kPath}},
+    {"ls", {Word::kAreaOrFile, Word::kPath}},
+    {"describe", {Word::kArea, Word::kPath}},
+    {"find", {Word::kAreaOrFile}},
+    {"show", {Word::kAreaOrFile}},
+    {"labels", {Word::kArea}},
     {"validate", {Word::kArea, Word::kMessage}},
-    {"import", {Word::kArea, Word::kOther}},
-    {"export", {Word::kArea, Word::kOther}},
+    {"import", {Word::kArea}},
+    {"export", {Word::kArea}},
     {"diff", {Word::kAreaOrFile, Word::kAreaOrFile}},
-    {"undo", {Word::kArea, Word::kOther}},
-    {"log", {Word::kArea, Word::kOther}},
-    {"watch", {Word::kArea, Word::kOther}},
+    {"undo", {Word::kArea}},
+    {"log", {Word::kArea}},
+    {"watch", {Word::kArea}},
 };
 
 // `first` is the command's first word, which chooses the document or the messages.

@@ -44,6 +44,9 @@ class Silence {
     sigemptyset(&held);
     for (std::size_t i = 0; i < std::size(kSignals); ++i) {
       sigaction(kSignals[i], &noting, &former_[i]);
+      if (former_[i].sa_handler == SIG_IGN) {  // whoever started the command wants it so
+        sigaction(kSignals[i], &former_[i], nullptr);
+      }
       sigaddset(&held, kSignals[i]);
     }
     sigprocmask(SIG_BLOCK, &held, &formerMask_);
