@@ -11,9 +11,6 @@ constexpr char kToken[] = "gatewayd";
 constexpr char kMark[] = "gatewayd-browser";  // of a browser that has logged in before
 constexpr char kYear[] = "; Path=/api/v1; Max-Age=31536000";
 
-// The words of the messages for what users call view, change and administer.
-constexpr const char* kMessageRoles[] = {"user", "operator", "administrator"};
-
 bool conforms(int32_t setting, hearth::View message, const char* label) {
   return setting == 0 || hearth::validateMessage(message, API_GATEWAY, label);
 }
@@ -153,7 +150,7 @@ Reply Login::welcome(const Verdict& verdict) {
   static_cast<void>(hearth::set(message, "status.code", 0));
   put(message, "status.text", "ok");
   put(message, "data.session", session->databases().key());
-  put(message, "data.role", kMessageRoles[static_cast<std::size_t>(verdict.user.role)]);
+  put(message, "data.role", roleName(verdict.user.role));
   static_cast<void>(hearth::set(message, "data.expiresInSeconds", sessions_.idleLimit().count()));
   static_cast<void>(hearth::set(message, "data.waitMinutes", 0));
   static_cast<void>(hearth::set(message, "data.mustChangePassword", false));

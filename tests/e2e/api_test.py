@@ -30,9 +30,10 @@ ROWS = [
     ("PUT", SSID, "Kitchen", {"Content-Type": "text/plain"}, 415, "application/json"),
     ("PUT", SSID + "/x", "y", {}, 404, "nothing"),
     ("PUT", "/api/v1/wifi", {}, {}, 409, "cannot be done"),
-    ("PUT", "/api/v1/misc/ui/tiles", [1], {}, 201, "[1]"),
+    ("PUT", "/api/v1/misc/counters/tries", 1, {}, 201, "1"),
     ("PUT", "/api/v1/misc/ui/deep", b"[" * 40 + b"]" * 40, {}, 400, "no JSON"),
-    ("PATCH", "/api/v1/misc/ui", {"tiles": None, "theme": "dark"}, {}, 200, "dark"),
+    ("PATCH", "/api/v1/misc/counters", {"tries": None, "restarts": 4}, {}, 200, "4"),
+    ("PATCH", "/api/v1/misc/ui", {"them": "dark"}, {}, 422, "not allowed"),
     ("PATCH", SSID, {"a": 1}, {}, 409, "cannot be done"),
     ("PATCH", "/api/v1/wifi/radios/0", {"channel": 99}, {}, 422, "must be one of"),
     ("DELETE", "/api/v1/wifi/schedule/entries/0", None, {}, 204, ""),
@@ -54,7 +55,7 @@ class ApiTest(unittest.TestCase):
                     self.assertEqual(status, answer[0], answer)
                     self.assertIn(text, str(answer[1]))
             self.assertEqual("Kitchen", gateway.database("wifi")["radios"][0]["networks"][0]["ssid"])
-            self.assertEqual("dark", gateway.database("misc")["ui"]["theme"])
+            self.assertEqual({"restarts": 4}, gateway.database("misc")["counters"])
             self.assertEqual(204, gateway.ask("POST", "/api/v1/logout", {})[0])
             self.assertEqual(401, gateway.ask("GET", "/api/v1/areas")[0])
             log = gateway.log()
@@ -71,9 +72,9 @@ class ApiTest(unittest.TestCase):
                 cookies.append(gateway.cookie)
             for turn in range(6):
                 gateway.cookie = cookies[turn % 2]
-                self.assertIn(gateway.ask("PUT", f"/api/v1/misc/ui/n{turn}", turn)[0], (200, 201))
-            ui = gateway.database("misc")["ui"]
-            self.assertEqual(list(range(6)), [ui[f"n{turn}"] for turn in range(6)])
+                self.assertIn(gateway.ask("PUT", f"/api/v1/misc/counters/n{turn}", turn)[0], (200, 201))
+            counters = gateway.database("misc")["counters"]
+            self.assertEqual(list(range(6)), [counters[f"n{turn}"] for turn in range(6)])
 
     def test_brute_force_waits(self):
         with Gateway(PROGRAM) as gateway:

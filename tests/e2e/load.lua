@@ -15,7 +15,7 @@ end
 function request()
   requests = requests + 1
   writing = requests % 2 == 0
-  local path = "/api/v1/misc/load" .. id
+  local path = "/api/v1/misc/counters/load" .. id
   if not writing then
     return wrk.format("GET", requests % 4 == 1 and "/api/v1/wifi/radios/0" or path, wrk.headers)
   end

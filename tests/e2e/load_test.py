@@ -19,7 +19,7 @@ class LoadTest(unittest.TestCase):
         with Gateway(PROGRAM) as gateway:
             gateway.log_in()
             for i in range(CONNECTIONS):
-                gateway.ask("PUT", f"/api/v1/misc/load{i}", 0)
+                gateway.ask("PUT", f"/api/v1/misc/counters/load{i}", 0)
             output = subprocess.run(
                 ["wrk", f"-t{CONNECTIONS}", f"-c{CONNECTIONS}", f"-d{SECONDS}s",
                  "-s", os.path.join(os.path.dirname(os.path.abspath(__file__)), "load.lua"),
@@ -29,7 +29,7 @@ class LoadTest(unittest.TestCase):
             print(output)
             rows = [line.split() for line in output.splitlines() if line.startswith("load")]
             self.assertEqual(CONNECTIONS, len(rows))
-            stored = gateway.database("misc")
+            stored = gateway.database("misc")["counters"]
             for name, acknowledged, requests, failures in rows:
                 with self.subTest(connection=name):
                     self.assertEqual("0", failures)
