@@ -4,8 +4,8 @@
 
 #include "bodies.h"
 #include "json_patch.h"
-#include "server_limits.h"
 #include "messages.h"
+#include "server_limits.h"
 #include "url_path.h"
 
 namespace {

@@ -4,8 +4,8 @@
 
 #include <algorithm>
 
-#include "server_limits.h"
 #include "secrets.h"
+#include "server_limits.h"
 
 using std::chrono::seconds;
 
@@ -85,7 +85,7 @@ seconds LoginLimit::waitNow(const Attempt& attempt, Clock::time_point now) {
     const Count& name = countIn(names_, attempt.user, limits::kCountedNames, now);
     const bool isAttacked = name.attempts > limits::kFreeLoginsOfName;
     const bool isRecorded = BELoginRecord::getAttempt(attempt.address.c_str()).waitMinutes > 0;
-    over = isAttacked || isRecorded ? count.attempts : over;
+    over = isAttacked ? count.attempts : std::max(over, isRecorded ? 1 : 0);
   }
   if (over <= 0) {
     return seconds::zero();

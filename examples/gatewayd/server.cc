@@ -89,7 +89,7 @@ MHD_Daemon* Server::startDaemon(int listening, const Tls& tls) {
   const auto seconds = [](std::chrono::seconds time) {
     return static_cast<unsigned>(time.count());
   };
-  auto* const text = [](const std::string& from) { return const_cast<char*>(from.c_str()); };
+  const auto text = [](const std::string& from) { return const_cast<char*>(from.c_str()); };
   const MHD_OptionItem certificate[] = {
       {MHD_OPTION_HTTPS_MEM_CERT, 0, text(tls.certificate)},
       {MHD_OPTION_HTTPS_MEM_KEY, 0, text(tls.key)},

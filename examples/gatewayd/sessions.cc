@@ -1,7 +1,7 @@
 #include "sessions.h"
 
-#include "server_limits.h"
 #include "secrets.h"
+#include "server_limits.h"
 
 Session::~Session() {
   if (isOwner_) {

@@ -4,8 +4,8 @@
 #include <map>
 #include <set>
 
-#include "server_limits.h"
 #include "secrets.h"
+#include "server_limits.h"
 
 namespace {
 
