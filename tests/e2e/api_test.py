@@ -80,7 +80,7 @@ class ApiTest(unittest.TestCase):
         with Gateway(PROGRAM) as gateway:
             statuses = [gateway.log_in("wrong password")[0] for _ in range(6)]
             self.assertEqual([401] * 4 + [429] * 2, statuses)
-            self.assertEqual("60", gateway.headers["Retry-After"])
+            self.assertIn(gateway.headers["Retry-After"], ("4", "5"))
             self.assertEqual(429, gateway.log_in()[0])
 
 
