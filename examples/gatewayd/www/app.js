@@ -84,9 +84,8 @@ function passwordOf(path) {
   if (!isOwn && user.role !== "administer") {
     return null;
   }
-  return make("div", { className: "field" }, make("div", { className: "what" }, t("Password")),
-    isStored ? button(t("Set the password…"), () => changePassword(name, isOwn), { "aria-label": t("Set the password of {0}", name) })
-      : make("p", { className: "about" }, t("Save the new user first, then set a password.")));
+  return make("div", { className: "field" }, make("strong", {}, t("Password")), make("div", {}, isStored ? button(t("Set the password…"), () => changePassword(name, isOwn), { "aria-label": t("Set the password of {0}", name) })
+      : make("p", { className: "about" }, t("Save the new user first, then set a password."))));
 }
 
 async function changePassword(name, isOwn) {

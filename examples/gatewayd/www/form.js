@@ -22,7 +22,7 @@ function group(form, path, schema, level) {
   return make("fieldset", { className: "group", id: idOf(path), tabIndex: -1 },
     make("legend", {}, t(schema.title)),
     schema.description ? make("p", { className: "about" }, t(schema.description)) : null,
-    ...members(form, path, schema, level + 1), remove);
+    ...members(form, path, schema, level), remove);
 }
 
 function shown(form, path, schema, level) {
@@ -89,7 +89,7 @@ function contents(form) {
   const links = [];
   for (const [name, one] of inOrder(form, schema, draft.valueAt([]))) {
     if (isScalar(one)) {
-      scalars.push(form.member([name], 3));
+      scalars.push(form.member([name], 2));
     } else {
       links.push(make("li", {}, make("a", { href: form.hrefOf([name]), className: "card" },
         make("strong", {}, t(one.title)), make("span", { className: "about" }, t(one.description)))));
@@ -108,10 +108,10 @@ export function place(form, path) {
   const schema = draft.schemaAt(path);
   const value = draft.valueAt(path);
   if (typeOf(schema) === "array") {
-    return [member(form, path, 3)];
+    return [member(form, path, 2)];
   }
   if (isState(schema) || value === null) {
-    return value === null ? [make("p", {}, t("None yet."))] : show(draft.root, schema, value, 3);
+    return value === null ? [make("p", {}, t("None yet."))] : show(draft.root, schema, value, 2);
   }
-  return members(form, path, resolve(draft.root, schema, value), 3);
+  return members(form, path, resolve(draft.root, schema, value), 2);
 }

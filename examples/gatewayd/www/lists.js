@@ -120,9 +120,10 @@ function inline(form, path, schema, index) {
   const items = form.draft.schemaAt(here);
   const name = form.draft.titleOf(here);
   const inside = isScalar(items) ? [field(form, here, items, `${t(items.title)} ${index + 1}`)]
-    : Object.keys(items.properties).map((member) => form.member([...here, member], 4));
-  return make("li", { className: "row inline", role: isScalar(items) ? null : "group", "aria-label": isScalar(items) ? null : name },
-    make("div", { className: "inside" }, ...inside), tools(form, path, index, name, schema));
+    : Object.keys(items.properties).map((member) => form.member([...here, member], 2));
+  const role = isScalar(items) ? {} : { role: "group", "aria-label": name };
+  return make("li", { className: "row inline" },
+    make("div", { className: "inside", ...role }, ...inside), tools(form, path, index, name, schema));
 }
 
 export function list(form, path, schema) {
