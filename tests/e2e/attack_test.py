@@ -13,8 +13,8 @@ import unittest
 
 from gateway import COUNTERS, Gateway, PASSWORD
 
-PROGRAM = sys.argv.pop(1)
-COMMAND = sys.argv.pop(1) if len(sys.argv) > 1 and os.path.exists(sys.argv[1]) else None
+PROGRAM = sys.argv[1]
+COMMAND = next((path for path in sys.argv[2:3] if os.path.exists(path)), None)
 
 HOST = "Host: 127.0.0.1\r\n"
 JSON = "Content-Type: application/json\r\n"
@@ -323,4 +323,4 @@ class LoginTest(unittest.TestCase):
 
 
 if __name__ == "__main__":
-    unittest.main()
+    unittest.main(argv=sys.argv[:1] + sys.argv[3:])
