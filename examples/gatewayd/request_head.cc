@@ -72,9 +72,11 @@ bool isOurName(const std::string& host, const std::string& ownOrigin) {
          (port.empty() || (port.size() <= 6 && areDigits(port.substr(1))));
 }
 
-bool isOurOrigin(const Request& request) {
+bool isOurOrigin(const Request& request, const std::string& ownOrigin) {
   const std::string host = request.header("host");
-  return isOneOf(request.header("origin"), {"http://" + host, "https://" + host});
+  const std::string origin = request.header("origin");
+  return origin == "http://" + host || origin == "https://" + host ||
+         (!ownOrigin.empty() && origin == ownOrigin);
 }
 
 bool changes(const Request& request) {
@@ -105,7 +107,7 @@ std::optional<Reply> refuseOrigin(const Request& request, const std::string& own
   if (!isOurName(request.header("host"), ownOrigin)) {
     return refusal(403, "this server answers as 127.0.0.1 and localhost only");
   }
-  if (changes(request) && request.has("origin") && !isOurOrigin(request)) {
+  if (changes(request) && request.has("origin") && !isOurOrigin(request, ownOrigin)) {
     return refusal(403, "a page of another site may change nothing here");
   }
   return std::nullopt;
