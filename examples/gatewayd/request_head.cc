@@ -34,6 +34,20 @@ std::string trimmed(std::string_view text) {
   return start != text.npos ? std::string(text.substr(start, end - start + 1)) : "";
 }
 
+// Letters, digits and a few signs: no blank, with which some would and some would not take
+// "Content-Length : 7" for a length.
+bool isName(std::string_view text) {
+  return !text.empty() && std::all_of(text.begin(), text.end(), [](unsigned char c) {
+    return std::isalnum(c) != 0 ||
+           std::string_view("!#$%&'*+-.^_`|~").find(static_cast<char>(c)) != std::string_view::npos;
+  });
+}
+
+bool isPlain(std::string_view text) {
+  return std::all_of(text.begin(), text.end(),
+                     [](unsigned char c) { return (c >= ' ' && c != 0x7F) || c == '\t'; });
+}
+
 bool isAmbiguous(const Request& request) {
   for (const char* const name : kSingleHeaders) {
     if (std::count_if(request.headers.begin(), request.headers.end(),
@@ -42,8 +56,7 @@ bool isAmbiguous(const Request& request) {
     }
   }
   return std::any_of(request.headers.begin(), request.headers.end(), [](const auto& header) {
-    return std::any_of(header.second.begin(), header.second.end(),
-                       [](unsigned char c) { return (c < ' ' && c != '\t') || c == 0x7F; });
+    return !isName(header.first) || !isPlain(header.second);
   });
 }
 
@@ -59,9 +72,11 @@ bool isOurName(const std::string& host, const std::string& ownOrigin) {
          (port.empty() || (port.size() <= 6 && areDigits(port.substr(1))));
 }
 
-bool isOurOrigin(const Request& request) {
+bool isOurOrigin(const Request& request, const std::string& ownOrigin) {
   const std::string host = request.header("host");
-  return isOneOf(request.header("origin"), {"http://" + host, "https://" + host});
+  const std::string origin = request.header("origin");
+  return origin == "http://" + host || origin == "https://" + host ||
+         (!ownOrigin.empty() && origin == ownOrigin);
 }
 
 bool changes(const Request& request) {
@@ -76,7 +91,8 @@ std::optional<Reply> refuseTarget(const Request& request) {
   if (request.path.size() > limits::kPath) {
     return refusal(414, "the path is too long");
   }
-  if (request.path.empty() || request.path[0] != '/') {
+  if (request.path.empty() || request.path[0] != '/' || !isPlain(request.path) ||
+      request.path.find(' ') != request.path.npos) {
     return refusal(400, "the target is no path");
   }
   const bool isAllowed =
@@ -91,7 +107,7 @@ std::optional<Reply> refuseOrigin(const Request& request, const std::string& own
   if (!isOurName(request.header("host"), ownOrigin)) {
     return refusal(403, "this server answers as 127.0.0.1 and localhost only");
   }
-  if (changes(request) && request.has("origin") && !isOurOrigin(request)) {
+  if (changes(request) && request.has("origin") && !isOurOrigin(request, ownOrigin)) {
     return refusal(403, "a page of another site may change nothing here");
   }
   return std::nullopt;
@@ -132,7 +148,7 @@ bool isForApi(const Request& request) {
 std::optional<Reply> refuseHead(const Request& request, const std::string& ownOrigin) {
   std::optional<Reply> refused = refuseTarget(request);
   if (!refused && isAmbiguous(request)) {
-    refused = refusal(400, "a header stands twice, or has a control character");
+    refused = refusal(400, "a header is malformed, or stands twice");
   }
   if (!refused) {
     refused = refuseOrigin(request, ownOrigin);

@@ -105,7 +105,6 @@ MHD_Daemon* Server::startDaemon(int listening, const Tls& tls) {
                           limits::kConnectionsOfAddress + kSlack,
                           MHD_OPTION_CONNECTION_MEMORY_LIMIT, limits::kConnectionMemory,  //
                           MHD_OPTION_CONNECTION_TIMEOUT, seconds(limits::kIdle),          //
-                          MHD_OPTION_STRICT_FOR_CLIENT, 1,                                //
                           MHD_OPTION_UNESCAPE_CALLBACK, leaveEscapes, nullptr,            //
                           MHD_OPTION_NOTIFY_COMPLETED, ended, this,                       //
                           MHD_OPTION_NOTIFY_CONNECTION, connected, this,                  //
