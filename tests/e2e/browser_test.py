@@ -62,7 +62,7 @@ class Walk:
         self.assertEqual("password", page.field(PASSPHRASE).get_attribute("type"))
         page.fill(PASSPHRASE, "short")
         page.save("Nothing was saved")
-        self.assertIn("Wi-Fi password: has another form. 8 to 63", page.problem(PASSPHRASE))
+        self.assertIn("Wi-Fi password: is not valid. 8 to 63", page.problem(PASSPHRASE))
         page.shoot("refused")
         self.assertEqual([], page.faults())
         page.fill(PASSPHRASE, "a longer one that is new")
@@ -91,7 +91,7 @@ class Walk:
         self.assertIn("must be from 1 to 65535", page.problem(rule + "/internal/ports/from"))
         page.fill(rule + "/internal/ports/from", "7000")
         page.save("Nothing was saved")
-        self.assertIn("Address of the device: has another form. Four numbers",
+        self.assertIn("Address of the device: is not valid. Four numbers",
                       page.problem(rule + "/internal/host"))
         self.assertEqual(8, len(self.forwards()))
         page.fill(rule + "/internal/host", "192.168.77.30")
@@ -281,7 +281,7 @@ class Walk:
         page.go(NETWORK, "Garden Path")
         page.fill(PASSPHRASE, "kurz")
         page.save("Nichts wurde gespeichert")
-        self.assertIn("WLAN-Passwort: hat eine andere Form", page.problem(PASSPHRASE))
+        self.assertIn("WLAN-Passwort: ist nicht gültig", page.problem(PASSPHRASE))
         page.browser.refresh()
         page.find("#areas a, #menu", "Menü" if self.width < 400 else "Übersicht")
 

@@ -95,13 +95,15 @@ export const changeMark = (isChanged) =>
   make("span", { className: "mark", hidden: !isChanged }, t("changed"));
 
 function watch(form, path, schema, row, { control, read }) {
-  control.addEventListener("input", () => {
+  const take = () => {
     form.draft.set(path, read());
     tell(row, control, null);
     mark(row, form.draft.isChanged(path));
     form.changed();
-  });
+  };
+  control.addEventListener("input", take);
   control.addEventListener("change", () => {
+    take();
     const value = form.draft.valueAt(path);
     const keyword = value === undefined ? null : brokenKeyword(schema, value);
     tell(row, control, keyword ? explain(schema, keyword) : null);

@@ -96,7 +96,7 @@ export const german = {
   "Your session has ended. Log in again.": "Ihre Sitzung ist zu Ende. Melden Sie sich wieder an.",
   "Your session has ended. Log in again; your changes are still here.": "Ihre Sitzung ist zu Ende. Melden Sie sich wieder an; Ihre Änderungen sind noch da.",
   "changed": "geändert",
-  "has another form": "hat eine andere Form",
+  "is not valid": "ist nicht gültig",
   "has the same entry twice": "hat denselben Eintrag zweimal",
   "is missing": "fehlt",
   "is refused": "wird abgelehnt",

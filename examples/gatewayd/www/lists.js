@@ -12,7 +12,7 @@ function frame(form, path, schema, ...inside) {
   const title = t(schema.title);
   const isChanged = form.draft.isChanged(path);
   return make("fieldset", { className: isChanged ? "list changed" : "list", id: idOf(path), tabIndex: -1 },
-    make("legend", {}, title), changeMark(isChanged),
+    make("legend", {}, title, changeMark(isChanged)),
     schema.description ? make("p", { className: "about" }, t(schema.description)) : null,
     make("p", { className: "problem", hidden: !problem }, problem ? `${title}: ${problem}` : ""),
     ...inside);

@@ -143,11 +143,11 @@ export function explain(schema, keyword, message) {
     case "minLength": case "maxLength":
       return lengthSentence(schema);
     case "pattern": case "format": case "anyOf":
-      return schema.hint ? t("has another form") + ". " + t(schema.hint) : t("has another form");
+      return schema.hint ? t("is not valid") + ". " + t(schema.hint) : t("is not valid");
     case "enum": case "const":
       return t("must be one of the choices");
     case "type":
-      return ["integer", "number"].includes(typeOf(schema)) ? t("must be a number") : t("has another form");
+      return ["integer", "number"].includes(typeOf(schema)) ? t("must be a number") : t("is not valid");
     case "required":
       return t("is missing");
     case "uniqueItems":

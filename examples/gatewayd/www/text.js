@@ -1,8 +1,9 @@
 // The page's language. English is written where it is used, and in the schemas; a table leads from
 // an English text to one of another language. What a table lacks stays English.
 import { german } from "./german.js";
+import { about } from "./german_about.js";
 
-const TABLES = { en: {}, de: german };
+const TABLES = { en: {}, de: { ...german, ...about } };
 const KEPT = "gatewayd-language";
 
 export const languages = { en: "English", de: "Deutsch" };
