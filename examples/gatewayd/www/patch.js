@@ -33,8 +33,10 @@ export function isSame(left, right) {
   }
   if (isObject(left) && isObject(right)) {
     const names = Object.keys(left);
-    return names.length === Object.keys(right).length &&
-      names.every((name) => name in right && isSame(left[name], right[name]));
+    return (
+      names.length === Object.keys(right).length &&
+      names.every((name) => name in right && isSame(left[name], right[name]))
+    );
   }
   return left === right;
 }
@@ -114,11 +116,14 @@ const keyOf = (element) => element.id ?? element.name ?? element.mac ?? element.
 
 // Elements of theirs that we kept, with our edits, and then those that we added.
 function rebaseList(base, work, theirs) {
-  const ours = new Map(work.filter((one) => origins.has(one)).map((one) => [origins.get(one), one]));
+  const ours = new Map(
+    work.filter((one) => origins.has(one)).map((one) => [origins.get(one), one]),
+  );
   const merged = [];
   theirs.forEach((element, index) => {
-    const was = base.findIndex((one, place) => (keyOf(one) === undefined ? place === index
-      : keyOf(one) === keyOf(element)));
+    const was = base.findIndex((one, place) =>
+      keyOf(one) === undefined ? place === index : keyOf(one) === keyOf(element),
+    );
     if (was >= 0 && !ours.has(was)) {
       return;
     }
