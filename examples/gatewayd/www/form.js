@@ -5,7 +5,16 @@
 // inside, and what to call when something has changed.
 import { button, make } from "./dom.js";
 import { t } from "./text.js";
-import { isScalar, isSecret, isState, resolve, newValue, schemaOfChild, typeOf } from "./schema.js";
+import {
+  isLarge,
+  isScalar,
+  isSecret,
+  isState,
+  newValue,
+  resolve,
+  schemaOfChild,
+  typeOf,
+} from "./schema.js";
 import { field, idOf } from "./fields.js";
 import { list } from "./lists.js";
 import { inWords, line, part, show } from "./show.js";
@@ -47,11 +56,21 @@ function shown(form, path, schema, level) {
     : make("dl", {}, line(t(schema.title), inWords(root, schema, value)));
 }
 
+// True for a list whose elements have places of their own.
+function leadsOn(form, schema) {
+  return (
+    typeOf(schema) === "array" && isLarge(form.draft.root, resolve(form.draft.root, schema.items))
+  );
+}
+
 // What is at the path: a field, a list, a group, or a value to look at.
 function member(form, path, level) {
   const schema = form.draft.schemaAt(path);
   if (schema.set === "password") {
     return form.passwordOf(path);
+  }
+  if (!form.mayChange(path) && !isState(schema) && leadsOn(form, schema)) {
+    return list(form, path, { ...schema, fixed: true });
   }
   if (!form.mayChange(path) || isState(schema)) {
     return isSecret(schema)
