@@ -170,6 +170,22 @@ class Walk:
         radio = self.gateway.database("wifi")["radios"][0]
         self.assertEqual((1, 55), (radio["channel"], radio["txPower"]))
 
+    def test_keeps_what_two_browsers_add(self):
+        mine, theirs = self.page, self.open()
+        for page, name in ((mine, "mine"), (theirs, "theirs")):
+            page.log_in()
+            page.go("service/wakeOnLan", "Wake-up")
+            page.click("[id='field-/wakeOnLan/devices-add']")
+            page.fill("/wakeOnLan/devices/2/name", name)
+            page.fill("/wakeOnLan/devices/2/mac", "02:00:5E:10:00:41")
+        mine.save()
+        theirs.save("somebody else has changed this meanwhile")
+        theirs.go("service/wakeOnLan", "Wake-up")
+        theirs.save()
+        self.assertEqual([("study-desktop", 1), ("storage-box", 2), ("mine", 3), ("theirs", 4)],
+                         [(one["name"], one["id"])
+                          for one in self.gateway.database("service")["wakeOnLan"]["devices"]])
+
     def test_saves_by_keyboard_alone(self):
         page = self.page
         page.log_in()

@@ -114,6 +114,17 @@ export function patchOf(base, work, guard) {
 
 const keyOf = (element) => element.id ?? element.name ?? element.mac ?? element.host ?? undefined;
 
+// Adds our new elements; one whose number they have given, too, gets the next free one.
+function addTo(list, added) {
+  for (const element of added) {
+    while (element.id !== undefined && list.some((one) => one.id === element.id)) {
+      element.id += 1;
+    }
+    list.push(element);
+  }
+  return list;
+}
+
 // Elements of theirs that we kept, with our edits, and then those that we added.
 function rebaseList(base, work, theirs) {
   const ours = new Map(
@@ -131,7 +142,10 @@ function rebaseList(base, work, theirs) {
     origins.set(copy, index);
     merged.push(copy);
   });
-  return [...merged, ...work.filter((one) => !origins.has(one))];
+  return addTo(
+    merged,
+    work.filter((one) => !origins.has(one)),
+  );
 }
 
 // What was read anew, with the edits that led from `base` to `work`.

@@ -73,12 +73,14 @@ export function isLarge(root, schema) {
   );
 }
 
-// True when some value below has this: isSecret or isState.
+// True when some value below has this: isSecret or isState. The number of an element does not count:
+// it is given once.
 export function hasInside(root, schema, test) {
   if (test(schema)) {
     return true;
   }
-  const below = schema.items ? [schema.items] : Object.values(schema.properties || {});
+  const members = Object.entries(schema.properties || {}).filter(([name]) => name !== "id");
+  const below = schema.items ? [schema.items] : members.map(([, member]) => member);
   return below.some((one) => hasInside(root, resolve(root, one), test));
 }
 
