@@ -1,193 +1,354 @@
-// The gateway's page: log in, walk an area as a tree, change a value, read why a change was refused.
-// Whatever comes from the gateway is put on the page as text, never as HTML.
-"use strict";
+// The page of a gateway's owner: an overview, and a form for every area, made from the area's schema.
+// This file ties the others together: who is logged in, which place is shown, what is unsaved.
+import { button, byId, make, say } from "./dom.js";
+import { language, languages, speak, t } from "./text.js";
+import * as api from "./api.js";
+import { Draft, pathOf, pointerOf } from "./draft.js";
+import { follow, here, hrefOf } from "./places.js";
+import { ask, askForPassword } from "./dialogs.js";
+import { askToLogIn, listenForLogIn, showEntry, whoIsThere } from "./account.js";
+import { areaTitle, showAreas, showCrumbs } from "./navigation.js";
+import { idOf } from "./fields.js";
+import { showBar, wordsOfChanges } from "./changes.js";
+import { overview } from "./overview.js";
+import { place as formOf } from "./form.js";
+import { reasonOf } from "./reasons.js";
 
-const $ = (id) => document.getElementById(id);
+let user = null;    // {user, role, idleSeconds}
+let areas = [];
+let draft = null;   // the area that is open
+let place = { area: null, path: [] };
+let idle = 0;       // the timer of the session
+const schemas = new Map();
 
-function say(text, kind) {
-  $("status").textContent = text;
-  $("status").className = kind || "";
+const isDirty = () => draft !== null && draft.changes().length > 0;
+
+// --- What may be changed -----------------------------------------------------------------------
+
+function mayChange(path) {
+  if (user.role === "administer") {
+    return true;
+  }
+  return user.role === "change" && !(draft.area === "gateway" && path[0] === "users");
 }
 
-// Sends a request; gives the status and the JSON value of the answer.
-async function ask(method, path, body) {
-  const options = { method, headers: {} };
-  if (body !== undefined) {
-    options.headers["Content-Type"] = "application/json";
-    options.body = JSON.stringify(body);
-  }
-  let response;
-  try {
-    response = await fetch("/api/v1/" + path, options);
-  } catch (problem) {
-    return { status: 0, value: { error: "the gateway does not answer" } };
-  }
-  const text = await response.text();
-  let value = null;
-  try {
-    value = text === "" ? null : JSON.parse(text);
-  } catch (problem) {
-    value = { error: "the gateway's answer makes no sense" };
-  }
-  if (response.status === 401 && path !== "login") {
-    showLogin("Your session has ended. Log in again.");
-  }
-  return { status: response.status, value };
+// --- What is unsaved ---------------------------------------------------------------------------
+
+function changed() {
+  showBar(draft);
+  showAreas(areas, place, draft);
 }
 
-function make(tag, properties, ...children) {
-  const element = Object.assign(document.createElement(tag), properties);
-  element.append(...children);
-  return element;
+// Whether the open area may be left: it has no changes, or somebody says what becomes of them.
+async function mayLeave(next) {
+  if (!isDirty() || (next && next.area === draft.area)) {
+    return true;
+  }
+  const answer = await ask(t("Save your changes?"), t("{0} has changes that are not saved.", areaTitle(draft.area)),
+    wordsOfChanges(draft), [["save", t("Save")], ["discard", t("Discard")], ["stay", t("Stay here")]]);
+  if (answer === "discard") {
+    draft.take(draft.base);
+    return true;
+  }
+  return answer === "save" ? save() : false;
 }
 
-// --- Logging in and out ------------------------------------------------------------------------
+// --- Places ------------------------------------------------------------------------------------
 
-function showLogin(text) {
-  $("gateway").hidden = true;
-  $("logout").hidden = true;
-  $("login").hidden = false;
-  $("password").value = "";
-  $("values").replaceChildren();
-  say(text || "", text ? "bad" : "");
-  $("password").focus();
-}
-
-async function showGateway() {
-  const { status, value } = await ask("GET", "areas");
-  if (status !== 200) {
-    showLogin("");
-    return;
-  }
-  $("login").hidden = true;
-  $("logout").hidden = false;
-  $("gateway").hidden = false;
-  $("areas").replaceChildren(...value.map((area) => {
-    const button = make("button", { type: "button", textContent: area });
-    button.addEventListener("click", () => showArea(area));
-    return make("li", {}, button);
-  }));
-  showArea(value[0]);
-}
-
-$("login").addEventListener("submit", async (event) => {
-  event.preventDefault();
-  const { status, value } = await ask("POST", "login",
-    { user: $("user").value, password: $("password").value });
-  $("password").value = "";
-  if (status === 200) {
-    say("Logged in.", "good");
-    showGateway();
-    return;
-  }
-  const wait = value && value.data ? value.data.waitMinutes : 0;
-  if (wait > 0) {
-    say(`Too many failed attempts. Wait ${wait} ${wait === 1 ? "minute" : "minutes"} before the next one.`, "bad");
-  } else if (status === 401) {
-    say("Wrong user or password.", "bad");
-  } else {
-    say((value && (value.error || (value.status && value.status.text))) || `Login failed (${status}).`, "bad");
-  }
-  $("password").focus();
+const theForm = () => ({
+  draft,
+  mayChange,
+  changed,
+  hrefOf: (path) => hrefOf(draft.area, path),
+  go: (path) => { location.hash = hrefOf(draft.area, path); },
+  passwordOf,
+  rearranged,
 });
 
-$("logout").addEventListener("click", async () => {
-  await ask("POST", "logout", {});
-  showLogin("");
-  say("Logged out.");
-});
-
-// --- The tree ----------------------------------------------------------------------------------
-
-async function showArea(area) {
-  const { status, value } = await ask("GET", area);
-  if (status !== 200) {
-    say(value && value.error ? value.error : `Cannot read ${area} (${status}).`, "bad");
-    return;
-  }
-  for (const button of $("areas").querySelectorAll("button")) {
-    button.setAttribute("aria-current", String(button.textContent === area));
-  }
-  $("area-name").textContent = area;
-  $("values").replaceChildren(...branches(area, value));
-  $("area-name").focus();
+// A list has other elements than before: the form is made anew, and the keyboard stays where it was.
+function rearranged(focus, path = null) {
+  const inside = path === null ? null : idOf(path);
+  render();
+  changed();
+  const target = inside === null ? byId(focus) : document.querySelector(
+    `[id="${inside}"], [id^="${inside}/"]`);
+  const next = target && target.disabled ? target.parentElement.querySelector("button:not(:disabled)") : target;
+  (next || byId("heading")).focus();
 }
 
-// One element for each member or element of a value. A branch is filled when it is first opened.
-function branches(path, value) {
-  return Object.keys(value).map((name) => {
-    const child = value[name];
-    const childPath = `${path}/${encodeURIComponent(name)}`;
-    return child !== null && typeof child === "object" ? branch(childPath, name, child)
-                                                       : leaf(childPath, name, child);
-  });
+// The password of a user is no value of the form: it is set by a request of its own.
+function passwordOf(path) {
+  const { name } = draft.valueAt(path.slice(0, -1));
+  const isStored = draft.valueBefore(path.slice(0, -1)) !== undefined;
+  const isOwn = name === user.user;
+  if (!isOwn && user.role !== "administer") {
+    return null;
+  }
+  return make("div", { className: "field" }, make("strong", {}, t("Password")), make("div", {}, isStored ? button(t("Set the password…"), () => changePassword(name, isOwn), { "aria-label": t("Set the password of {0}", name) })
+      : make("p", { className: "about" }, t("Save the new user first, then set a password."))));
 }
 
-function branch(path, name, value) {
-  const count = Object.keys(value).length;
-  const hint = value.ssid || value.name || value.label || value.host || value.id;
-  const summary = make("summary", {}, name, " ");
-  summary.append(make("small", { textContent: hint !== undefined && typeof hint !== "object"
-    ? String(hint) : `${count} ${count === 1 ? "value" : "values"}` }));
-  const details = make("details", {}, summary);
-  details.addEventListener("toggle", () => {
-    if (details.open && details.children.length === 1) {
-      details.append(...branches(path, value));
+async function changePassword(name, isOwn) {
+  if (await askForPassword(name, isOwn)) {
+    say(t("The password of {0} is set.", name), "good");
+  }
+}
+
+function render() {
+  const { path } = place;
+  const value = draft.valueAt(path);
+  const isThere = value !== undefined;
+  const schema = draft.schemaAt(path);
+  heading(isThere ? (path.length === 0 ? areaTitle(draft.area) : draft.titleOf(path)) : t("Nothing here"),
+    isThere ? t(schema.description || "") : t("There is nothing at this place any more."));
+  showCrumbs(place, draft);
+  byId("settings").replaceChildren(...(isThere ? formOf(theForm(), path).filter(Boolean) : []));
+}
+
+function heading(title, about) {
+  byId("heading").textContent = title;
+  byId("about").textContent = about;
+  document.title = `${title} – ${t("Home gateway")}`;
+}
+
+async function openArea(area) {
+  if (draft !== null && draft.area === area && isDirty()) {
+    return true;
+  }
+  const [schema, document] = await Promise.all(
+    [schemas.has(area) ? { status: 200, value: schemas.get(area) } : api.schemaOf(area), api.read(area)]);
+  const bad = [schema, document].find((answer) => !api.isDone(answer));
+  if (bad) {
+    if (bad.status !== 401) {
+      draft = null;
+      heading(areaTitle(area), reasonOf(bad));
+      byId("settings").replaceChildren();
+      byId("crumbs").replaceChildren();
     }
-  });
-  return details;
+    return false;
+  }
+  schemas.set(area, schema.value);
+  draft = new Draft(area, schema.value, document.value);
+  return true;
 }
 
-function leaf(path, name, value) {
-  const id = `value-${path}`;
-  const input = make("input", { id });
-  if (typeof value === "boolean") {
-    input.type = "checkbox";
-    input.checked = value;
-  } else if (typeof value === "number") {
-    input.type = "number";
-    input.step = "any";
-    input.value = String(value);
-  } else {
-    input.type = "text";
-    input.value = value === null ? "" : value;
-    input.placeholder = value === null ? "nothing" : "";
+async function openOverview() {
+  draft = null;
+  const made = await overview();
+  if (made.problem && made.problem.status === 401) {
+    return;
   }
-  const save = make("button", { type: "submit", className: "save", textContent: "Save", hidden: true });
-  const problem = make("p", { className: "problem", id: `${id}-problem`, hidden: true });
-  input.setAttribute("aria-describedby", problem.id);
-  const form = make("form", { className: "value", noValidate: true },
-    make("label", { htmlFor: id, textContent: name }), input, save, problem);
+  heading(t("Overview"), made.problem ? reasonOf(made.problem) : "");
+  byId("crumbs").replaceChildren();
+  byId("settings").replaceChildren(...(made.tiles ? [made.tiles] : []));
+}
 
-  const wanted = () => {
-    if (input.type === "checkbox") return input.checked;
-    if (input.type === "number") return input.value === "" ? null : Number(input.value);
-    return value === null && input.value === "" ? null : input.value;
-  };
-  input.addEventListener("input", () => {
-    save.hidden = wanted() === value;
-    problem.hidden = true;
-    input.removeAttribute("aria-invalid");
-  });
-  form.addEventListener("submit", async (event) => {
-    event.preventDefault();
-    const tried = wanted();
-    const { status, value: answer } = await ask("PUT", path, tried);
-    if (status === 200 || status === 201 || status === 204) {
-      value = tried;
-      save.hidden = true;
-      say(`Saved ${name}.`, "good");
+async function show(next, takesFocus = true) {
+  place = next;
+  byId("menu").setAttribute("aria-expanded", "false");
+  if (next.area === null) {
+    await openOverview();
+  } else if (await openArea(next.area)) {
+    render();
+  }
+  if (user === null || place !== next) {
+    return;
+  }
+  changed();
+  if (takesFocus) {
+    byId("heading").focus();
+    window.scrollTo(0, 0);
+  }
+}
+
+// --- Saving ------------------------------------------------------------------------------------
+
+// Shows the first field that is refused, at its place.
+async function showRefusal() {
+  const path = pathOf([...draft.refusals.keys()][0]);
+  const target = draft.placeOf(path);
+  if (pointerOf(target) !== pointerOf(place.path)) {
+    history.pushState({ n: (history.state.n || 1) + 1 }, "", hrefOf(draft.area, target));
+    place = { area: draft.area, path: target };
+  }
+  render();
+  changed();
+  say(t("Nothing was saved: {0}", `${draft.nameOf(path)} ${[...draft.refusals.values()][0]}`), "bad");
+  for (let length = path.length; length > target.length; length -= 1) {
+    const element = byId(idOf(path.slice(0, length)));
+    if (element !== null) {
+      element.focus();
+      element.scrollIntoView({ block: "center" });
       return;
     }
-    const why = answer && answer.error ? answer.error : `status ${status}`;
-    problem.textContent = `Not saved: ${why}`;
-    problem.hidden = false;
-    input.setAttribute("aria-invalid", "true");
-    say(`${name} was not saved.`, "bad");
-    form.scrollIntoView({ block: "center" });
-    input.focus({ preventScroll: true });
-  });
-  return form;
+  }
 }
 
-showGateway();
+// Somebody else has changed the area: their values are taken over, and ours stay unsaved.
+async function takeOver() {
+  const document = await api.read(draft.area);
+  if (api.isDone(document)) {
+    draft.rebase(document.value);
+    render();
+    changed();
+    say(t("Nothing was saved: somebody else has changed this meanwhile. Their values are shown, and your changes are still here. Look through them and save again."), "bad");
+  }
+}
+
+async function save() {
+  if (!isDirty()) {
+    say(t("Nothing has changed."));
+    return true;
+  }
+  if (!draft.check()) {
+    showRefusal();
+    return false;
+  }
+  const answer = await api.patch(draft.area, draft.patch());
+  if (api.isDone(answer)) {
+    const document = await api.read(draft.area);
+    if (api.isDone(document)) {
+      draft.take(document.value);
+      render();
+      changed();
+      say(t("Saved."), "good");
+    }
+    return true;
+  }
+  if (answer.status === 409) {
+    await takeOver();
+  } else if (answer.status === 422 && answer.value && (answer.value.violations || []).length > 0) {
+    draft.refuse(answer.value.violations);
+    showRefusal();
+  } else if (answer.status !== 401) {
+    say(t("Nothing was saved: {0}", reasonOf(answer)), "bad");
+  }
+  return false;
+}
+
+async function discard() {
+  const answer = await ask(t("Discard your changes?"), t("What you have changed here is lost."), wordsOfChanges(draft),
+    [["keep", t("Keep them")], ["discard", t("Discard")]]);
+  if (answer === "discard") {
+    draft.take(draft.base);
+    await show(place);
+    say(t("Your changes are discarded."));
+  }
+}
+
+// --- Sessions ----------------------------------------------------------------------------------
+
+function sessionEnded() {
+  if (user !== null) {
+    byId("bar").hidden = true;
+    clearTimeout(idle);
+    askToLogIn(isDirty() ? t("Your session has ended. Log in again; your changes are still here.")
+      : t("Your session has ended. Log in again."));
+    say("");
+  }
+}
+
+// A session that nothing was asked in ends by itself.
+function wasAsked() {
+  clearTimeout(idle);
+  if (user !== null && user.idleSeconds > 0) {
+    idle = setTimeout(sessionEnded, user.idleSeconds * 1000);
+  }
+}
+
+async function arrived(session) {
+  const isSame = user !== null && user.user === session.user;
+  user = session;
+  if (!isSame) {
+    draft = null;
+  }
+  const answer = await api.areas();
+  if (!api.isDone(answer)) {
+    askToLogIn(reasonOf(answer));
+    return;
+  }
+  areas = answer.value;
+  showEntry(false);
+  byId("who").textContent = user.user;
+  say(t("Logged in as {0}.", user.user));
+  await show(here());
+}
+
+async function leave() {
+  if (!await mayLeave(null)) {
+    return;
+  }
+  await api.logOut();
+  clearTimeout(idle);
+  user = null;
+  draft = null;
+  byId("bar").hidden = true;
+  byId("settings").replaceChildren();
+  askToLogIn("");
+  say(t("Logged out."));
+}
+
+// --- Language and colours ----------------------------------------------------------------------
+
+function translate() {
+  document.documentElement.lang = language();
+  for (const element of document.querySelectorAll("[data-t]")) {
+    element.textContent = t(element.dataset.t);
+  }
+  document.title = t("Home gateway");
+}
+
+function chooseColours(name) {
+  document.documentElement.dataset.theme = name;
+  localStorage.setItem("gatewayd-theme", name);
+  byId("theme").value = name;
+}
+
+function listen() {
+  byId("language").append(...Object.entries(languages).map(([value, name]) =>
+    make("option", { value, lang: value, selected: value === language() }, name)));
+  byId("language").addEventListener("change", async () => {
+    speak(byId("language").value);
+    translate();
+    say("");
+    if (user !== null && byId("entry").hidden) {
+      await show(place, false);
+    }
+  });
+  byId("theme").addEventListener("change", () => chooseColours(byId("theme").value));
+  byId("menu").addEventListener("click", () => byId("menu").setAttribute("aria-expanded",
+    String(byId("menu").getAttribute("aria-expanded") !== "true")));
+  byId("skip").addEventListener("click", (event) => {
+    event.preventDefault();
+    byId("heading").focus();
+  });
+  byId("logout").addEventListener("click", leave);
+  byId("own-password").addEventListener("click", () => changePassword(user.user, true));
+  byId("discard").addEventListener("click", discard);
+  byId("settings").addEventListener("submit", (event) => {
+    event.preventDefault();
+    save();
+  });
+  window.addEventListener("beforeunload", (event) => {
+    if (isDirty()) {
+      event.preventDefault();
+    }
+  });
+}
+
+async function start() {
+  chooseColours(localStorage.getItem("gatewayd-theme") || "system");
+  listen();
+  translate();
+  api.listen(sessionEnded, wasAsked);
+  listenForLogIn(arrived);
+  follow(mayLeave, show);
+  const session = await whoIsThere();
+  if (session === null) {
+    askToLogIn("");
+  } else {
+    arrived(session);
+  }
+}
+
+start();
