@@ -24,6 +24,16 @@ bool isPossiblePassword(const std::string& password) {
   return password.size() >= 8 && password.size() <= 64;
 }
 
+// Attempts that were not let through say nothing: whoever floods us fills no log.
+void logVerdict(const Request& request, const Verdict& verdict) {
+  if (verdict.kind == Verdict::Kind::kRight || verdict.kind == Verdict::Kind::kWrong) {
+    const bool isRight = verdict.kind == Verdict::Kind::kRight;
+    Logger::print(isRight ? LOG_INFO : LOG_WARNING, LOG_GROUP_APIV1_GATEWAY,
+                  "GATEWAY_LOGIN_REQ from %s %s\n", request.address.c_str(),
+                  isRight ? "accepted" : "refused");
+  }
+}
+
 hearth::Result<void> storeHash(const std::string& user, const std::string& hash,
                                const hearth::Session& session) {
   auto change = hearth::Change::begin(API_GATEWAY, "", session, limits::kPatience);
@@ -66,13 +76,7 @@ Reply Login::logIn(const Request& request) {
       request.address, hearth::getOr(message, "data.user", std::string()), cookie(request, kMark)};
   const Verdict verdict =
       check_.check(attempt, hearth::getOr(message, "data.password", std::string()));
-  // Attempts that were not let through say nothing: whoever floods us fills no log.
-  if (verdict.kind == Verdict::Kind::kRight || verdict.kind == Verdict::Kind::kWrong) {
-    const bool isRight = verdict.kind == Verdict::Kind::kRight;
-    Logger::print(isRight ? LOG_INFO : LOG_WARNING, LOG_GROUP_APIV1_GATEWAY,
-                  "GATEWAY_LOGIN_REQ from %s %s\n", request.address.c_str(),
-                  isRight ? "accepted" : "refused");
-  }
+  logVerdict(request, verdict);
   switch (verdict.kind) {
     case Verdict::Kind::kRight:
       return welcome(verdict);
