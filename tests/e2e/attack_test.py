@@ -4,7 +4,7 @@ hearth command."""
 import json
 import os
 import re
-import socket
+import resource
 import subprocess
 import sys
 import threading
@@ -116,6 +116,8 @@ class AttackTest(unittest.TestCase):
             self.assertLess(gateway.memory() - before, 3)
 
     def test_slow_clients_hold_nothing_up(self):
+        most = resource.getrlimit(resource.RLIMIT_NOFILE)[1]
+        resource.setrlimit(resource.RLIMIT_NOFILE, (min(4096, most), most))
         with Gateway(PROGRAM) as gateway:
             gateway.log_in()
             idle = [gateway.connect() for _ in range(1500)]
