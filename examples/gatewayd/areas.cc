@@ -71,42 +71,52 @@ void merge(View object, View changes) {
   }
 }
 
+Reply withStatus(int status) {
+  Reply reply;
+  reply.status = status;
+  return reply;
+}
+
+Reply mergeAt(const hearth::Change& change, const Target& target, View value) {
+  if (target.kind == Target::Kind::kFree) {
+    return notFound();
+  }
+  const View object = hearth::find(change, target.path);
+  const hearth::Result<hearth::Value> changes = hearth::copy(value);
+  if (!object.isObject() || !changes || !View(*changes).isObject()) {
+    return doesNotFit();
+  }
+  merge(object, *changes);
+  return withStatus(200);
+}
+
+Reply patchAt(const hearth::Change& change, const Target& target, View steps) {
+  if (target.kind != Target::Kind::kRoot) {
+    return refusal(409, "a JSON patch is for a whole area");
+  }
+  const PatchResult result = applyPatch(change, steps);
+  return result.status < 400 ? withStatus(204) : refusal(result.status, result.problem);
+}
+
 // Makes the change in the copy. The status is a success's, or says why it cannot be made.
 Reply apply(hearth::Change& change, const Target& target, const Wanted& wanted) {
-  const bool isThere = target.kind == Target::Kind::kValue;
   const bool isRoot = target.kind == Target::Kind::kRoot;
-  Reply success;
   switch (wanted.action) {
     case Action::kReplace:
       if (isRoot) {
         return doesNotFit();
       }
       change.set(target.path, wanted.value);
-      success.status = isThere ? 200 : 201;
-      return success;
-    case Action::kMerge: {
-      const View object = hearth::find(change, target.path);
-      const hearth::Result<hearth::Value> changes = hearth::copy(wanted.value);
-      if (!isThere && !isRoot) {
-        return notFound();
-      }
-      if (!object.isObject() || !changes || !View(*changes).isObject()) {
+      return withStatus(target.kind == Target::Kind::kValue ? 200 : 201);
+    case Action::kMerge:
+      return mergeAt(change, target, wanted.value);
+    case Action::kRemove:
+      if (isRoot) {
         return doesNotFit();
       }
-      merge(object, *changes);
-      success.status = 200;
-      return success;
-    }
-    case Action::kRemove:
-      if (!isRoot && !change.remove(target.path)) {
-        return notFound();
-      }
-      return isRoot ? doesNotFit() : success;
-    case Action::kPatch: {
-      const PatchResult result = isRoot ? applyPatch(change, wanted.value)
-                                        : PatchResult{409, "a JSON patch is for a whole area"};
-      return result.status < 400 ? success : refusal(result.status, result.problem);
-    }
+      return change.remove(target.path) ? withStatus(204) : notFound();
+    case Action::kPatch:
+      return patchAt(change, target, wanted.value);
   }
   return doesNotFit();
 }
@@ -171,7 +181,7 @@ Reply changeValue(API_TYPE_T area, const Wanted& wanted, const Who& who) {
   if (reply.status >= 400 || !users) {
     return reply;
   }
-  const Reply judged = judge(area, wanted, *users, *change, who);
+  Reply judged = judge(area, wanted, *users, *change, who);
   if (judged.status >= 400) {
     return judged;
   }

@@ -36,14 +36,20 @@ void Connections::opened(int fd, const std::string& address) {
 
 void Connections::working(int fd, bool isKnown) {
   const std::lock_guard<std::mutex> lock(mutex_);
-  open_[fd].isWorking = true;
-  open_[fd].isKnown = isKnown;
+  const auto found = open_.find(fd);
+  if (found != open_.end()) {
+    found->second.isWorking = true;
+    found->second.isKnown = isKnown;
+  }
 }
 
 void Connections::answered(int fd) {
   const std::lock_guard<std::mutex> lock(mutex_);
-  open_[fd].isWorking = false;
-  open_[fd].since = Clock::now();
+  const auto found = open_.find(fd);
+  if (found != open_.end()) {
+    found->second.isWorking = false;
+    found->second.since = Clock::now();
+  }
 }
 
 void Connections::closed(int fd) {

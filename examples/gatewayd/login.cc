@@ -24,6 +24,16 @@ bool isPossiblePassword(const std::string& password) {
   return password.size() >= 8 && password.size() <= 64;
 }
 
+// Attempts that were not let through say nothing: whoever floods us fills no log.
+void logVerdict(const Request& request, const Verdict& verdict) {
+  if (verdict.kind == Verdict::Kind::kRight || verdict.kind == Verdict::Kind::kWrong) {
+    const bool isRight = verdict.kind == Verdict::Kind::kRight;
+    Logger::print(isRight ? LOG_INFO : LOG_WARNING, LOG_GROUP_APIV1_GATEWAY,
+                  "GATEWAY_LOGIN_REQ from %s %s\n", request.address.c_str(),
+                  isRight ? "accepted" : "refused");
+  }
+}
+
 hearth::Result<void> storeHash(const std::string& user, const std::string& hash,
                                const hearth::Session& session) {
   auto change = hearth::Change::begin(API_GATEWAY, "", session, limits::kPatience);
@@ -66,9 +76,7 @@ Reply Login::logIn(const Request& request) {
       request.address, hearth::getOr(message, "data.user", std::string()), cookie(request, kMark)};
   const Verdict verdict =
       check_.check(attempt, hearth::getOr(message, "data.password", std::string()));
-  Logger::print(verdict.kind == Verdict::Kind::kRight ? LOG_INFO : LOG_WARNING,
-                LOG_GROUP_APIV1_GATEWAY, "GATEWAY_LOGIN_REQ from %s %s\n", request.address.c_str(),
-                verdict.kind == Verdict::Kind::kRight ? "accepted" : "refused");
+  logVerdict(request, verdict);
   switch (verdict.kind) {
     case Verdict::Kind::kRight:
       return welcome(verdict);
@@ -103,18 +111,10 @@ Reply Login::setPassword(const Request& request, const Session& session, Role ro
     return refusal(403, "only an administrator may set the passwords of others");
   }
   if (*user == session.user()) {
-    const Verdict verdict = check_.check({request.address, *user, cookie(request, kMark)},
-                                         hearth::getOr(*body, "current", std::string()));
-    if (verdict.kind == Verdict::Kind::kNoUsers) {
-      return refusal(503, "the users cannot be read");
-    }
-    if (verdict.kind != Verdict::Kind::kRight) {
-      const bool waits = verdict.wait.count() > 0;
-      Reply reply = refusal(waits ? 429 : 403, "the current password is wrong");
-      if (waits) {
-        reply.headers.emplace_back("Retry-After", std::to_string(verdict.wait.count()));
-      }
-      return reply;
+    std::optional<Reply> refused =
+        refuseCurrent(request, *user, hearth::getOr(*body, "current", std::string()));
+    if (refused) {
+      return *refused;
     }
   }
   const hearth::Result<void> stored = storeHash(*user, hashOf(*password), session.databases());
@@ -123,6 +123,25 @@ Reply Login::setPassword(const Request& request, const Session& session, Role ro
   }
   sessions_.closeOthers(*user, *user == session.user() ? tokenOf(request) : "");
   return {};
+}
+
+// Whoever finds a browser that is logged in must not take the account over, nor guess its password
+// here instead of at the door.
+std::optional<Reply> Login::refuseCurrent(const Request& request, const std::string& user,
+                                          const std::string& current) {
+  const Verdict verdict = check_.check({request.address, user, cookie(request, kMark)}, current);
+  if (verdict.kind == Verdict::Kind::kRight) {
+    return std::nullopt;
+  }
+  if (verdict.kind == Verdict::Kind::kNoUsers) {
+    return refusal(503, "the users cannot be read");
+  }
+  const bool waits = verdict.wait.count() > 0;
+  Reply reply = refusal(waits ? 429 : 403, "the current password is wrong");
+  if (waits) {
+    reply.headers.emplace_back("Retry-After", std::to_string(verdict.wait.count()));
+  }
+  return reply;
 }
 
 // The response message; `wait` is told in whole minutes there, in seconds in the header.

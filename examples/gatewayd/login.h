@@ -6,6 +6,7 @@
 #ifndef HEARTH_EXAMPLES_GATEWAYD_LOGIN_H
 #define HEARTH_EXAMPLES_GATEWAYD_LOGIN_H
 
+#include <optional>
 #include <string>
 
 #include "exchange.h"
@@ -28,6 +29,8 @@ class Login {
  private:
   Reply answer(int status, const char* text, std::chrono::seconds wait) const;
   Reply welcome(const Verdict& verdict);
+  std::optional<Reply> refuseCurrent(const Request& request, const std::string& user,
+                                     const std::string& current);
   void setCookie(Reply& reply, const char* name, const std::string& value, const char* more) const;
 
   SessionStore& sessions_;

@@ -8,7 +8,7 @@
 // kUsage and kConfiguration: only a person can help.
 namespace exit_status {
 constexpr int kFailure = 1;         // the port is in use, a folder cannot be entered
-constexpr int kUsage = 64;          // of sysexits.h, as the next
+constexpr int kUsage = 64;          // the usual numbers for these two
 constexpr int kConfiguration = 78;  // no configuration, or one that cannot be read
 }  // namespace exit_status
 

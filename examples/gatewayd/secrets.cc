@@ -64,7 +64,7 @@ std::string randomSecret() {
 
 std::string hashOf(const std::string& password) {
   char* const setting = crypt_gensalt_ra(kYescrypt, limits::kHashCost, nullptr, 0);
-  const std::string hash = setting != nullptr ? hashedWith(password, setting) : "";
+  std::string hash = setting != nullptr ? hashedWith(password, setting) : "";
   std::free(setting);
   return hash;
 }

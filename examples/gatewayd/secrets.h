@@ -1,6 +1,6 @@
 // Random secrets, and the hashes that are kept instead of passwords.
 //
-// A password is kept as what yescrypt makes of it, "$y$j9T$SALT$HASH": a function that takes much
+// A password is kept as what yescrypt makes of it, "$y$COST$SALT$HASH": a function that takes much
 // memory and time on purpose, so that whoever gets the hashes can try few passwords a second.
 #ifndef HEARTH_EXAMPLES_GATEWAYD_SECRETS_H
 #define HEARTH_EXAMPLES_GATEWAYD_SECRETS_H

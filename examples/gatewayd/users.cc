@@ -1,5 +1,6 @@
 #include "users.h"
 
+#include <algorithm>
 #include <array>
 #include <map>
 #include <set>
@@ -27,6 +28,33 @@ hearth::Result<void> refused(const char* why) {
   failure.sentence = why;
   return failure;
 }
+
+// The hashes that there are before a change, by name.
+class Hashes {
+ public:
+  explicit Hashes(View users) {
+    for (const View entry : hearth::elements(users)) {
+      const User user = userFrom(entry);
+      hashes_[user.name] = user.hash;
+    }
+  }
+
+  bool has(const std::string& hash) const {
+    return hash.empty() || std::any_of(hashes_.begin(), hashes_.end(),
+                                       [&hash](const auto& known) { return known.second == hash; });
+  }
+
+  // Puts the hash of a user back whom the client sent without it.
+  void complete(View entry, const std::string& name) const {
+    const auto known = hashes_.find(name);
+    if (!hearth::find(entry, kHash) && known != hashes_.end()) {
+      json_object_object_add(entry.raw(), kHash, json_object_new_string(known->second.c_str()));
+    }
+  }
+
+ private:
+  std::map<std::string, std::string> hashes_;
+};
 
 // What is secret in a user is the hash alone; whatever else is called a secret was not set here.
 bool holdsOtherSecret(View entry) {
@@ -93,27 +121,19 @@ hearth::Result<void> settleUsers(View before, View after, Role role) {
   if (role != Role::kAdminister) {
     return refused("only an administrator may change users");
   }
-  std::map<std::string, std::string> hashes;
-  std::set<std::string> known = {""};
-  for (const View entry : hearth::elements(before)) {
-    const User user = userFrom(entry);
-    hashes[user.name] = user.hash;
-    known.insert(user.hash);
-  }
+  const Hashes hashes(before);
   std::set<std::string> names;
   bool hasAdministrator = false;
   for (const View entry : hearth::elements(after)) {
     const User user = userFrom(entry);
-    if (known.count(user.hash) == 0 || holdsOtherSecret(entry)) {
+    if (!hashes.has(user.hash) || holdsOtherSecret(entry)) {
       return refused("passwords are set by POST /api/v1/password only");
     }
     if (!names.insert(user.name).second) {
       return refused("there are two users of one name");
     }
     hasAdministrator = hasAdministrator || user.role == Role::kAdminister;
-    if (!hearth::find(entry, kHash) && hashes.count(user.name) != 0) {
-      json_object_object_add(entry.raw(), kHash, json_object_new_string(hashes[user.name].c_str()));
-    }
+    hashes.complete(entry, user.name);
   }
   return hasAdministrator ? hearth::Result<void>() : refused("one administrator must remain");
 }
