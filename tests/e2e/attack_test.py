@@ -1,6 +1,7 @@
 """What was done to gatewayd, and what it makes of it: run with the path of gatewayd, and of the
 hearth command."""
 
+import fcntl
 import json
 import os
 import re
@@ -234,6 +235,10 @@ class AttackTest(unittest.TestCase):
             for text, status in (("{", 503), ("", 503), (whole, 200)):
                 gateway.write("misc", text)
                 self.assertEqual(status, gateway.ask("GET", "/api/v1/misc/ui")[0])
+            folder = os.open(os.path.dirname(gateway.file("misc")), os.O_RDONLY)
+            fcntl.flock(folder, fcntl.LOCK_EX)
+            self.assertEqual(423, gateway.ask("PUT", COUNTERS + "x", 1)[0])
+            os.close(folder)
             os.remove(os.path.join(gateway.folder, "data", "misc", "misc_SCHEMA.ldb"))
             self.assertEqual(503, gateway.ask("PUT", COUNTERS + "x", 1)[0])
 
