@@ -1,50 +1,54 @@
 #include "areas.h"
 
 #include <algorithm>
-#include <chrono>
 
+#include "bodies.h"
+#include "json_patch.h"
 #include "messages.h"
+#include "server_limits.h"
 #include "url_path.h"
 
 namespace {
 
-using hearth::Fault;
+using hearth::Failure;
 using hearth::View;
 
-// How long a request waits for another one that holds its area.
-constexpr std::chrono::seconds kPatience(2);
+// How many broken rules a refusal tells, for a form that marks each field.
+constexpr unsigned int kViolations = 50;
 
-int statusOf(Fault fault) {
-  switch (fault) {
-    case Fault::kNoValue:
-      return 404;
-    case Fault::kNotStored:
-      return 409;
-    case Fault::kRefused:
-      return 422;
-    case Fault::kBusy:
-      return 423;
-    case Fault::kNoSession:
-      return 401;
-    default:
-      return 500;
+// {"error": sentence, "violations": [{path, keyword, message}]}
+Reply failed(const Failure& failure) {
+  const hearth::Value message = hearth::newObject();
+  static_cast<void>(hearth::set(message, "error", failure.sentence));
+  if (failure.fault == hearth::Fault::kRefused) {
+    hearth::Value violations = hearth::newArray();
+    for (const hearth::BrokenRule& rule : failure.broken) {
+      const hearth::Value one = hearth::newObject();
+      static_cast<void>(hearth::set(one, "path", rule.place));
+      static_cast<void>(hearth::set(one, "keyword", rule.keyword));
+      static_cast<void>(hearth::set(one, "message", rule.sentence));
+      static_cast<void>(hearth::append(violations, one));
+    }
+    static_cast<void>(hearth::set(message, "violations", std::move(violations)));
   }
+  return jsonReply(statusOf(failure.fault), message);
 }
 
-Answer failed(const hearth::Failure& failure) {
-  return {statusOf(failure.fault), "", failure.sentence};
+Reply notFound() {
+  return refusal(404, "nothing is at this path");
 }
 
-const Answer kNotFound = {404, "", "nothing is at this path"};
-const Answer kDoesNotFit = {409, "", "this cannot be done to the value at this path"};
+Reply doesNotFit() {
+  return refusal(409, "this cannot be done to the value at this path");
+}
 
 bool namesSecret(const std::vector<std::string>& segments) {
   return std::any_of(segments.begin(), segments.end(), hearth::isSecretName);
 }
 
-std::string forClient(View value) {
+Reply forClient(int status, View value) {
   const hearth::Result<hearth::Value> shown = hearth::withoutSecrets(value);
-  return shown ? hearth::toText(*shown) : "null";
+  return shown ? jsonReply(status, *shown) : failed(shown.failure());
 }
 
 // Merges the members of `changes` into an object, as a JSON merge patch does: null removes a
@@ -67,77 +71,126 @@ void merge(View object, View changes) {
   }
 }
 
+Reply withStatus(int status) {
+  Reply reply;
+  reply.status = status;
+  return reply;
+}
+
+Reply mergeAt(const hearth::Change& change, const Target& target, View value) {
+  if (target.kind == Target::Kind::kFree) {
+    return notFound();
+  }
+  const View object = hearth::find(change, target.path);
+  const hearth::Result<hearth::Value> changes = hearth::copy(value);
+  if (!object.isObject() || !changes || !View(*changes).isObject()) {
+    return doesNotFit();
+  }
+  merge(object, *changes);
+  return withStatus(200);
+}
+
+Reply patchAt(const hearth::Change& change, const Target& target, View steps) {
+  if (target.kind != Target::Kind::kRoot) {
+    return refusal(409, "a JSON patch is for a whole area");
+  }
+  const PatchResult result = applyPatch(change, steps);
+  return result.status < 400 ? withStatus(204) : refusal(result.status, result.problem);
+}
+
 // Makes the change in the copy. The status is a success's, or says why it cannot be made.
-Answer apply(hearth::Change& change, const Target& target, const Wanted& wanted) {
-  const bool isThere = target.kind == Target::Kind::kValue;
+Reply apply(hearth::Change& change, const Target& target, const Wanted& wanted) {
   const bool isRoot = target.kind == Target::Kind::kRoot;
   switch (wanted.action) {
     case Action::kReplace:
       if (isRoot) {
-        return kDoesNotFit;
+        return doesNotFit();
       }
       change.set(target.path, wanted.value);
-      return {isThere ? 200 : 201, "", ""};
-    case Action::kMerge: {
-      const View object = hearth::find(change, target.path);
-      const hearth::Result<hearth::Value> changes = hearth::copy(wanted.value);
-      if (!isThere && !isRoot) {
-        return kNotFound;
-      }
-      if (!object.isObject() || !changes || !View(*changes).isObject()) {
-        return kDoesNotFit;
-      }
-      merge(object, *changes);
-      return {200, "", ""};
-    }
+      return withStatus(target.kind == Target::Kind::kValue ? 200 : 201);
+    case Action::kMerge:
+      return mergeAt(change, target, wanted.value);
     case Action::kRemove:
-      if (!isRoot && !change.remove(target.path)) {
-        return kNotFound;
+      if (isRoot) {
+        return doesNotFit();
       }
-      return isRoot ? kDoesNotFit : Answer{200, "", ""};
+      return change.remove(target.path) ? withStatus(204) : notFound();
+    case Action::kPatch:
+      return patchAt(change, target, wanted.value);
   }
-  return kDoesNotFit;
+  return doesNotFit();
+}
+
+// Why the changed document is not saved; a status below 400 when it may be. The schema of the area
+// is compared by the commit.
+Reply judge(API_TYPE_T area, const Wanted& wanted, View usersBefore, hearth::Change& change,
+            const Who& who) {
+  if (area == API_GATEWAY) {
+    const hearth::Result<void> users =
+        settleUsers(usersBefore, hearth::find(change, "users"), who.role);
+    if (!users) {
+      return refusal(403, users.failure().sentence);
+    }
+  }
+  if (hearth::toText(change).size() > limits::kDocument) {
+    return refusal(413, "the area would become too large");
+  }
+  const hearth::Result<void> valid = validateRequest(area, wanted, change, who.session.key());
+  return valid ? Reply() : failed(valid.failure());
 }
 
 }  // namespace
 
-Answer readValue(API_TYPE_T area, const std::vector<std::string>& segments,
-                 const hearth::Session& session) {
+Reply readValue(API_TYPE_T area, const std::vector<std::string>& segments,
+                const hearth::Session& session) {
   if (namesSecret(segments)) {
-    return {403, "", "secrets can be set but not read"};
+    return refusal(403, "secrets can be set but not read");
   }
-  const hearth::Result<hearth::AreaLock> database =
-      hearth::AreaLock::take(area, "", session, kPatience);
+  const auto database = hearth::AreaLock::take(area, "", session, limits::kPatience);
   if (!database) {
     return failed(database.failure());
   }
   const Target target = findTarget(*database, segments);
-  if (target.kind == Target::Kind::kNothing || target.kind == Target::Kind::kFree) {
-    return kNotFound;
+  if (target.kind != Target::Kind::kValue && target.kind != Target::Kind::kRoot) {
+    return notFound();
   }
-  return {200, forClient(hearth::find(*database, target.path)), ""};
+  return forClient(200, hearth::find(*database, target.path));
 }
 
-Answer changeValue(API_TYPE_T area, const Wanted& wanted, const hearth::Session& session) {
-  hearth::Result<hearth::Change> change = hearth::Change::begin(area, "", session, kPatience);
+Reply readSchema(API_TYPE_T area) {
+  const auto schema = hearth::parseFile(hearth::databaseSchemaFile(area).value_or(""));
+  if (!schema) {
+    return schema.failure().fault == hearth::Fault::kNoFile
+               ? refusal(404, "the area has no schema")
+               : refusal(503, "the area's schema cannot be read");
+  }
+  return jsonReply(200, *schema);
+}
+
+Reply changeValue(API_TYPE_T area, const Wanted& wanted, const Who& who) {
+  auto change = hearth::Change::begin(area, "", who.session, limits::kPatience);
   if (!change) {
     return failed(change.failure());
   }
   const Target target = findTarget(*change, wanted.segments);
   if (target.kind == Target::Kind::kNothing) {
-    return kNotFound;
+    return notFound();
   }
-  Answer answer = apply(*change, target, wanted);
-  if (answer.status >= 400) {
-    return answer;
+  const hearth::Result<hearth::Value> users = hearth::copy(hearth::find(*change, "users"));
+  Reply reply = apply(*change, target, wanted);
+  if (reply.status >= 400 || !users) {
+    return reply;
   }
-  const hearth::Result<void> valid = validateRequest(area, wanted, *change, session.key());
-  if (!valid) {
-    return failed(valid.failure());
+  Reply judged = judge(area, wanted, *users, *change, who);
+  if (judged.status >= 400) {
+    return judged;
   }
-  if (wanted.action != Action::kRemove && !namesSecret(wanted.segments)) {
-    answer.value = forClient(hearth::find(*change, target.path));
+  if (reply.status != 204 && !namesSecret(wanted.segments)) {
+    reply = forClient(reply.status, hearth::find(*change, target.path));
   }
-  const hearth::Result<void> done = change->commit();
-  return done ? answer : failed(done.failure());
+  hearth::ChangeOptions options;
+  options.limit = kViolations;
+  options.isStrict = true;
+  const hearth::Result<void> done = change->commit(options);
+  return done ? reply : failed(done.failure());
 }

@@ -1,4 +1,7 @@
 // Reading and changing the areas' databases for a request.
+//
+// A change is made in a copy of the whole document, judged (users.h, the API's messages, the size,
+// the area's schema), and saved at once or not at all. An area without a schema takes none.
 #ifndef HEARTH_EXAMPLES_GATEWAYD_AREAS_H
 #define HEARTH_EXAMPLES_GATEWAYD_AREAS_H
 
@@ -7,22 +10,26 @@
 #include <string>
 #include <vector>
 
-struct Answer {
-  int status;           // of HTTP
-  std::string value;    // JSON text of the value, without secrets; empty where there is none
-  std::string problem;  // for a person, where the status is a failure
-};
+#include "exchange.h"
+#include "users.h"
 
-enum class Action { kReplace, kMerge, kRemove };
+enum class Action { kReplace, kMerge, kRemove, kPatch };
 
 struct Wanted {
   Action action;
   std::vector<std::string> segments;
-  hearth::View value;  // nothing for null, and where there is none
+  hearth::View value;  // nothing for null, and where there is none; of kPatch: its steps
 };
 
-Answer readValue(API_TYPE_T area, const std::vector<std::string>& segments,
-                 const hearth::Session& session);
-Answer changeValue(API_TYPE_T area, const Wanted& wanted, const hearth::Session& session);
+// For whom.
+struct Who {
+  const hearth::Session& session;
+  Role role;
+};
+
+Reply readValue(API_TYPE_T area, const std::vector<std::string>& segments,
+                const hearth::Session& session);
+Reply readSchema(API_TYPE_T area);
+Reply changeValue(API_TYPE_T area, const Wanted& wanted, const Who& who);
 
 #endif

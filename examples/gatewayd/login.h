@@ -1,36 +1,41 @@
-// Logging in, with the wait that hearth's login records impose on an address that keeps trying.
+// Logging in, and setting passwords.
+//
+//   POST /api/v1/login     {"user", "password"}
+//   POST /api/v1/password  {"user", "password", "current"}: one's own with the current one; that of
+//                          others without, for administrators
 #ifndef HEARTH_EXAMPLES_GATEWAYD_LOGIN_H
 #define HEARTH_EXAMPLES_GATEWAYD_LOGIN_H
 
-#include <mutex>
+#include <optional>
 #include <string>
 
+#include "exchange.h"
+#include "password_check.h"
 #include "sessions.h"
-
-struct LoginResult {
-  int status;         // of the HTTP answer
-  std::string token;  // where the login succeeded
-  std::string body;   // the response message, as JSON text
-  unsigned int waitMinutes;
-};
+#include "users.h"
 
 class Login {
  public:
-  Login(SessionStore& sessions, std::string user, std::string password)
-      : sessions_(sessions), user_(std::move(user)), password_(std::move(password)) {}
+  // With `isSecure` browsers send the cookies back over TLS only.
+  Login(SessionStore& sessions, Users& users, bool isSecure)
+      : sessions_(sessions), check_(users), isSecure_(isSecure) {}
 
-  // Judges a login request (its JSON text) from a client address.
-  LoginResult attempt(const std::string& request, const std::string& address);
+  Reply logIn(const Request& request);
+  Reply logOut(const Request& request);
+  Reply setPassword(const Request& request, const Session& session, Role role);
+
+  static std::string tokenOf(const Request& request);
 
  private:
-  bool isRight(hearth::View message) const;
-  LoginResult answer(int status, const std::string& token, const char* text,
-                     unsigned int waitMinutes) const;
+  Reply answer(int status, const char* text, std::chrono::seconds wait) const;
+  Reply welcome(const Verdict& verdict);
+  std::optional<Reply> refuseCurrent(const Request& request, const std::string& user,
+                                     const std::string& current);
+  void setCookie(Reply& reply, const char* name, const std::string& value, const char* more) const;
 
   SessionStore& sessions_;
-  const std::string user_;
-  const std::string password_;
-  std::mutex oneAtATime_;  // a burst of parallel guesses counts as one guess after the other
+  PasswordCheck check_;
+  const bool isSecure_;
 };
 
 #endif

@@ -1,90 +1,100 @@
 #include "sessions.h"
 
-#include <sys/random.h>
+#include "secrets.h"
+#include "server_limits.h"
 
-#include <array>
-#include <cstdio>
-
-SessionStore::~SessionStore() {
-  while (!sessions_.empty()) {
-    drop(sessions_.begin());
+Session::~Session() {
+  if (isOwner_) {
+    databases_.close();
   }
 }
 
 std::string SessionStore::open(const std::string& user) {
   std::string token = randomSecret();
-  const std::lock_guard<std::mutex> lock(lock_);
-  dropIdle();
-  if (token.empty() || sessions_.size() >= kMostSessions) {
-    return "";
+  Leaving leaving;
+  std::string key;
+  {
+    const std::lock_guard<std::mutex> lock(lock_);
+    key = "session-" + std::to_string(++made_);
   }
-  const std::string key = "session-" + std::to_string(++made_);
   const hearth::Result<hearth::Session> databases =
       ownDatabases_ ? hearth::Session::open(key) : hearth::Session::shared();
   if (!databases) {
     return "";
   }
-  sessions_.emplace(token, std::make_shared<Session>(
-                               Session{*databases, user, std::chrono::steady_clock::now()}));
+  auto session = std::make_shared<const Session>(*databases, user, ownDatabases_);
+  const std::lock_guard<std::mutex> lock(lock_);
+  dropIdle(leaving);
+  makeRoom(user, leaving);
+  if (token.empty() || sessions_.size() >= limits::kSessions) {
+    leaving.push_back(std::move(session));
+    return "";
+  }
+  sessions_[token] = {std::move(session), std::chrono::steady_clock::now()};
   return token;
 }
 
-std::shared_ptr<Session> SessionStore::find(const std::string& token) {
+SessionPointer SessionStore::find(const std::string& token) {
+  Leaving leaving;
   const std::lock_guard<std::mutex> lock(lock_);
-  dropIdle();
+  dropIdle(leaving);
   const auto entry = sessions_.find(token);
   if (entry == sessions_.end()) {
     return nullptr;
   }
-  entry->second->lastUse = std::chrono::steady_clock::now();
-  return entry->second;
+  entry->second.lastUse = std::chrono::steady_clock::now();
+  return entry->second.session;
 }
 
 void SessionStore::close(const std::string& token) {
+  SessionPointer leaving;
   const std::lock_guard<std::mutex> lock(lock_);
   const auto entry = sessions_.find(token);
   if (entry != sessions_.end()) {
-    drop(entry);
+    leaving = entry->second.session;
+    sessions_.erase(entry);
   }
 }
 
-void SessionStore::dropIdle() {
-  const auto now = std::chrono::steady_clock::now();
+void SessionStore::closeOthers(const std::string& user, const std::string& token) {
+  Leaving leaving;
+  const std::lock_guard<std::mutex> lock(lock_);
   for (auto entry = sessions_.begin(); entry != sessions_.end();) {
     const auto current = entry++;
-    if (now - current->second->lastUse > idleLimit_) {
-      drop(current);
+    if (current->second.session->user() == user && current->first != token) {
+      leaving.push_back(current->second.session);
+      sessions_.erase(current);
     }
   }
 }
 
-// A request that still works in the session keeps its slot until it is done; hearth waits for it.
-void SessionStore::drop(ByToken::iterator entry) {
-  if (ownDatabases_) {
-    entry->second->databases.close();
+void SessionStore::dropIdle(Leaving& leaving) {
+  const auto now = std::chrono::steady_clock::now();
+  for (auto entry = sessions_.begin(); entry != sessions_.end();) {
+    const auto current = entry++;
+    if (now - current->second.lastUse > idleLimit_) {
+      leaving.push_back(current->second.session);
+      sessions_.erase(current);
+    }
   }
-  sessions_.erase(entry);
 }
 
-bool equalInConstantTime(const std::string& left, const std::string& right) {
-  unsigned int difference = left.size() == right.size() ? 0 : 1;
-  for (std::size_t i = 0; i < left.size() && !right.empty(); ++i) {
-    difference |= static_cast<unsigned char>(left[i]) ^
-                  static_cast<unsigned int>(static_cast<unsigned char>(right[i % right.size()]));
+// Ends the user's least recently used session when the user, or everybody, has as many as allowed.
+void SessionStore::makeRoom(const std::string& user, Leaving& leaving) {
+  std::size_t count = 0;
+  auto oldest = sessions_.end();
+  for (auto entry = sessions_.begin(); entry != sessions_.end(); ++entry) {
+    if (entry->second.session->user() != user) {
+      continue;
+    }
+    ++count;
+    if (oldest == sessions_.end() || entry->second.lastUse < oldest->second.lastUse) {
+      oldest = entry;
+    }
   }
-  return difference == 0;
-}
-
-std::string randomSecret() {
-  std::array<unsigned char, 16> bytes{};
-  if (getrandom(bytes.data(), bytes.size(), 0) != static_cast<ssize_t>(bytes.size())) {
-    return "";
+  const bool isFull = sessions_.size() >= limits::kSessions || count >= limits::kSessionsOfUser;
+  if (isFull && oldest != sessions_.end()) {
+    leaving.push_back(oldest->second.session);
+    sessions_.erase(oldest);
   }
-  std::string text;
-  for (const unsigned char byte : bytes) {
-    char digits[3];
-    std::snprintf(digits, sizeof digits, "%02x", static_cast<unsigned int>(byte));
-    text += digits;
-  }
-  return text;
 }

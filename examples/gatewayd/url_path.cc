@@ -14,7 +14,43 @@ bool isIndex(const std::string& segment) {
 
 bool isPlain(const std::string& segment) {
   return !segment.empty() && segment[0] != '[' && segment.find('.') == std::string::npos &&
-         segment.find('\0') == std::string::npos;
+         std::none_of(segment.begin(), segment.end(),
+                      [](unsigned char c) { return c < ' ' || c == 0x7F; });
+}
+
+int digitOf(char c) {
+  const char small = static_cast<char>(c | ' ');
+  return c >= '0' && c <= '9' ? c - '0' : small >= 'a' && small <= 'f' ? small - 'a' + 10 : -1;
+}
+
+// The text of a segment with its escapes; nothing when one is cut or has other digits.
+std::optional<std::string> unescaped(const std::string& segment) {
+  std::string text;
+  for (std::size_t i = 0; i < segment.size(); ++i) {
+    if (segment[i] != '%') {
+      text.push_back(segment[i]);
+      continue;
+    }
+    const bool isWhole = i + 2 < segment.size();
+    const int high = isWhole ? digitOf(segment[i + 1]) : -1;
+    const int low = isWhole ? digitOf(segment[i + 2]) : -1;
+    if (high < 0 || low < 0) {
+      return std::nullopt;
+    }
+    text.push_back(static_cast<char>(high * 16 + low));
+    i += 2;
+  }
+  return text;
+}
+
+// The kit's parser knows what UTF-8 is: a JSON text with the segment as its string, in which only
+// the quote and the backslash need an escape.
+bool isUtf8(const std::string& segment) {
+  std::string json = "\"";
+  for (const char c : segment) {
+    json.append(c == '"' || c == '\\' ? "\\" : "").push_back(c);
+  }
+  return static_cast<bool>(hearth::parse(json + "\""));
 }
 
 }  // namespace
@@ -23,10 +59,11 @@ std::optional<std::vector<std::string>> splitSegments(const std::string& rest) {
   std::vector<std::string> segments;
   for (std::size_t start = 0; start < rest.size();) {
     const std::size_t end = std::min(rest.find('/', start), rest.size());
-    segments.push_back(rest.substr(start, end - start));
-    if (!isPlain(segments.back()) || segments.size() > kMostSegments) {
+    std::optional<std::string> segment = unescaped(rest.substr(start, end - start));
+    if (!segment || !isPlain(*segment) || !isUtf8(*segment) || segments.size() == kMostSegments) {
       return std::nullopt;
     }
+    segments.push_back(std::move(*segment));
     start = end + 1;
   }
   return segments;

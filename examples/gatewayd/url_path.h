@@ -13,7 +13,8 @@
 #include <string>
 #include <vector>
 
-// The segments of the rest of a URL; none when one of them cannot be part of a path.
+// The segments of the rest of a URL, with their escapes undone; none when one of them cannot be
+// part of a path: also one that is no UTF-8, or has a NUL or another control character.
 std::optional<std::vector<std::string>> splitSegments(const std::string& rest);
 
 // Where the segments lead in a database.

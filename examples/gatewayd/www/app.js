@@ -1,193 +1,282 @@
-// The gateway's page: log in, walk an area as a tree, change a value, read why a change was refused.
-// Whatever comes from the gateway is put on the page as text, never as HTML.
-"use strict";
+// The page of a gateway's owner: an overview, and a form for every area, made from the area's schema.
+// This file ties the others together: who is logged in, which place is shown, what is unsaved.
+import { byId, say } from "./dom.js";
+import { t } from "./text.js";
+import * as api from "./api.js";
+import { Draft } from "./draft.js";
+import { follow, here, hrefOf } from "./places.js";
+import { ask, askForPassword } from "./dialogs.js";
+import { askToLogIn, listenForLogIn, passwordRow, showEntry, whoIsThere } from "./account.js";
+import { areaTitle, showAreas, showCrumbs } from "./navigation.js";
+import { idOf } from "./fields.js";
+import { showBar, wordsOfChanges } from "./changes.js";
+import { listenForLooks } from "./looks.js";
+import { overview } from "./overview.js";
+import { place as formOf } from "./form.js";
+import { reasonOf } from "./reasons.js";
+import { discard, save } from "./saving.js";
 
-const $ = (id) => document.getElementById(id);
+// What the parts of the page share.
+const page = {
+  user: null, // {user, role, idleSeconds}
+  areas: [],
+  draft: null, // the area that is open
+  place: { area: null, path: [] },
+  render,
+  changed,
+  show,
+};
+let idle = 0; // the timer of the session
+const schemas = new Map();
 
-function say(text, kind) {
-  $("status").textContent = text;
-  $("status").className = kind || "";
+const isDirty = () => page.draft !== null && page.draft.isDirty();
+
+// --- What may be changed -----------------------------------------------------------------------
+
+function mayChange(path) {
+  if (page.user.role === "administer") {
+    return true;
+  }
+  return page.user.role === "change" && !(page.draft.area === "gateway" && path[0] === "users");
 }
 
-// Sends a request; gives the status and the JSON value of the answer.
-async function ask(method, path, body) {
-  const options = { method, headers: {} };
-  if (body !== undefined) {
-    options.headers["Content-Type"] = "application/json";
-    options.body = JSON.stringify(body);
-  }
-  let response;
-  try {
-    response = await fetch("/api/v1/" + path, options);
-  } catch (problem) {
-    return { status: 0, value: { error: "the gateway does not answer" } };
-  }
-  const text = await response.text();
-  let value = null;
-  try {
-    value = text === "" ? null : JSON.parse(text);
-  } catch (problem) {
-    value = { error: "the gateway's answer makes no sense" };
-  }
-  if (response.status === 401 && path !== "login") {
-    showLogin("Your session has ended. Log in again.");
-  }
-  return { status: response.status, value };
+// --- What is unsaved ---------------------------------------------------------------------------
+
+function changed() {
+  showBar(page.draft);
+  showAreas(page.areas, page.place, page.draft);
 }
 
-function make(tag, properties, ...children) {
-  const element = Object.assign(document.createElement(tag), properties);
-  element.append(...children);
-  return element;
+// Whether the open area may be left: it has no changes, or somebody says what becomes of them.
+async function mayLeave(next) {
+  if (!isDirty() || (next && next.area === page.draft.area)) {
+    return true;
+  }
+  const answer = await ask(
+    t("Save your changes?"),
+    t("{0} has changes that are not saved.", areaTitle(page.draft.area)),
+    wordsOfChanges(page.draft),
+    [
+      ["save", t("Save")],
+      ["discard", t("Discard")],
+      ["stay", t("Stay here")],
+    ],
+  );
+  if (answer === "discard") {
+    page.draft.take(page.draft.base);
+    return true;
+  }
+  return answer === "save" ? save(page) : false;
 }
 
-// --- Logging in and out ------------------------------------------------------------------------
+// --- Places ------------------------------------------------------------------------------------
 
-function showLogin(text) {
-  $("gateway").hidden = true;
-  $("logout").hidden = true;
-  $("login").hidden = false;
-  $("password").value = "";
-  $("values").replaceChildren();
-  say(text || "", text ? "bad" : "");
-  $("password").focus();
-}
-
-async function showGateway() {
-  const { status, value } = await ask("GET", "areas");
-  if (status !== 200) {
-    showLogin("");
-    return;
-  }
-  $("login").hidden = true;
-  $("logout").hidden = false;
-  $("gateway").hidden = false;
-  $("areas").replaceChildren(...value.map((area) => {
-    const button = make("button", { type: "button", textContent: area });
-    button.addEventListener("click", () => showArea(area));
-    return make("li", {}, button);
-  }));
-  showArea(value[0]);
-}
-
-$("login").addEventListener("submit", async (event) => {
-  event.preventDefault();
-  const { status, value } = await ask("POST", "login",
-    { user: $("user").value, password: $("password").value });
-  $("password").value = "";
-  if (status === 200) {
-    say("Logged in.", "good");
-    showGateway();
-    return;
-  }
-  const wait = value && value.data ? value.data.waitMinutes : 0;
-  if (wait > 0) {
-    say(`Too many failed attempts. Wait ${wait} ${wait === 1 ? "minute" : "minutes"} before the next one.`, "bad");
-  } else if (status === 401) {
-    say("Wrong user or password.", "bad");
-  } else {
-    say((value && (value.error || (value.status && value.status.text))) || `Login failed (${status}).`, "bad");
-  }
-  $("password").focus();
+const theForm = () => ({
+  draft: page.draft,
+  mayChange,
+  changed,
+  hrefOf: (path) => hrefOf(page.draft.area, path),
+  go: (path) => {
+    location.hash = hrefOf(page.draft.area, path);
+  },
+  passwordOf: (path) => passwordRow(page.draft, path, page.user, changePassword),
+  rearranged,
 });
 
-$("logout").addEventListener("click", async () => {
-  await ask("POST", "logout", {});
-  showLogin("");
-  say("Logged out.");
-});
+// A list has other elements than before: the form is made anew, and the keyboard stays where it was.
+function rearranged(focus, path = null) {
+  const inside = path === null ? null : idOf(path);
+  render();
+  changed();
+  const target =
+    inside === null ? byId(focus) : document.querySelector(`[id="${inside}"], [id^="${inside}/"]`);
+  const next =
+    target && target.disabled
+      ? target.parentElement.querySelector("button:not(:disabled)")
+      : target;
+  (next || byId("heading")).focus();
+}
 
-// --- The tree ----------------------------------------------------------------------------------
+async function changePassword(name, isOwn) {
+  if (await askForPassword(name, isOwn)) {
+    say(t("The password of {0} is set.", name), "good");
+  }
+}
 
-async function showArea(area) {
-  const { status, value } = await ask("GET", area);
-  if (status !== 200) {
-    say(value && value.error ? value.error : `Cannot read ${area} (${status}).`, "bad");
+function render() {
+  const { path } = page.place;
+  const value = page.draft.valueAt(path);
+  const isThere = value !== undefined;
+  const schema = page.draft.schemaAt(path);
+  heading(
+    isThere
+      ? path.length === 0
+        ? areaTitle(page.draft.area)
+        : page.draft.titleOf(path)
+      : t("Nothing here"),
+    isThere ? t(schema.description || "") : t("There is nothing at this place any more."),
+  );
+  showCrumbs(page.place, page.draft);
+  byId("settings").replaceChildren(...(isThere ? formOf(theForm(), path).filter(Boolean) : []));
+}
+
+function heading(title, about) {
+  byId("heading").textContent = title;
+  byId("about").textContent = about;
+  document.title = `${title} – ${t("Home gateway")}`;
+}
+
+async function openArea(area) {
+  if (page.draft !== null && page.draft.area === area && isDirty()) {
+    return true;
+  }
+  const [schema, document] = await Promise.all([
+    schemas.has(area) ? { status: 200, value: schemas.get(area) } : api.schemaOf(area),
+    api.read(area),
+  ]);
+  const bad = [schema, document].find((answer) => !api.isDone(answer));
+  if (bad) {
+    if (bad.status !== 401) {
+      page.draft = null;
+      heading(areaTitle(area), reasonOf(bad));
+      byId("settings").replaceChildren();
+      byId("crumbs").replaceChildren();
+    }
+    return false;
+  }
+  schemas.set(area, schema.value);
+  page.draft = new Draft(area, schema.value, document.value);
+  return true;
+}
+
+async function openOverview() {
+  page.draft = null;
+  const made = await overview();
+  if (made.problem && made.problem.status === 401) {
     return;
   }
-  for (const button of $("areas").querySelectorAll("button")) {
-    button.setAttribute("aria-current", String(button.textContent === area));
+  heading(t("Overview"), made.problem ? reasonOf(made.problem) : "");
+  byId("crumbs").replaceChildren();
+  byId("settings").replaceChildren(...(made.tiles ? [made.tiles] : []));
+}
+
+async function show(next, takesFocus = true) {
+  page.place = next;
+  if (next.area === null) {
+    await openOverview();
+  } else if (await openArea(next.area)) {
+    render();
   }
-  $("area-name").textContent = area;
-  $("values").replaceChildren(...branches(area, value));
-  $("area-name").focus();
+  if (page.user === null || page.place !== next) {
+    return;
+  }
+  changed();
+  if (takesFocus) {
+    byId("menu").setAttribute("aria-expanded", "false");
+    byId("heading").focus();
+    window.scrollTo(0, 0);
+  }
 }
 
-// One element for each member or element of a value. A branch is filled when it is first opened.
-function branches(path, value) {
-  return Object.keys(value).map((name) => {
-    const child = value[name];
-    const childPath = `${path}/${encodeURIComponent(name)}`;
-    return child !== null && typeof child === "object" ? branch(childPath, name, child)
-                                                       : leaf(childPath, name, child);
-  });
+// --- Sessions ----------------------------------------------------------------------------------
+
+function sessionEnded() {
+  if (page.user !== null) {
+    byId("bar").hidden = true;
+    clearTimeout(idle);
+    askToLogIn(
+      isDirty()
+        ? t("Your session has ended. Log in again; your changes are still here.")
+        : t("Your session has ended. Log in again."),
+    );
+    say("");
+  }
 }
 
-function branch(path, name, value) {
-  const count = Object.keys(value).length;
-  const hint = value.ssid || value.name || value.label || value.host || value.id;
-  const summary = make("summary", {}, name, " ");
-  summary.append(make("small", { textContent: hint !== undefined && typeof hint !== "object"
-    ? String(hint) : `${count} ${count === 1 ? "value" : "values"}` }));
-  const details = make("details", {}, summary);
-  details.addEventListener("toggle", () => {
-    if (details.open && details.children.length === 1) {
-      details.append(...branches(path, value));
+// A session that nothing was asked in ends by itself.
+function wasAsked() {
+  clearTimeout(idle);
+  if (page.user !== null && page.user.idleSeconds > 0) {
+    idle = setTimeout(sessionEnded, page.user.idleSeconds * 1000);
+  }
+}
+
+async function arrived(session) {
+  const isSame = page.user !== null && page.user.user === session.user;
+  page.user = session;
+  if (!isSame) {
+    page.draft = null;
+  }
+  const answer = await api.areas();
+  if (!api.isDone(answer)) {
+    askToLogIn(reasonOf(answer));
+    return;
+  }
+  page.areas = answer.value;
+  showEntry(false);
+  byId("who").textContent = page.user.user;
+  say(t("Logged in as {0}.", page.user.user));
+  await show(here());
+}
+
+async function leave() {
+  if (!(await mayLeave(null))) {
+    return;
+  }
+  await api.logOut();
+  clearTimeout(idle);
+  page.user = null;
+  page.draft = null;
+  byId("bar").hidden = true;
+  byId("settings").replaceChildren();
+  askToLogIn("");
+  say(t("Logged out."));
+}
+
+// --- Starting ----------------------------------------------------------------------------------
+
+function listen() {
+  listenForLooks(async () => {
+    say("");
+    if (page.user !== null && byId("entry").hidden) {
+      await show(page.place, false);
     }
   });
-  return details;
-}
-
-function leaf(path, name, value) {
-  const id = `value-${path}`;
-  const input = make("input", { id });
-  if (typeof value === "boolean") {
-    input.type = "checkbox";
-    input.checked = value;
-  } else if (typeof value === "number") {
-    input.type = "number";
-    input.step = "any";
-    input.value = String(value);
-  } else {
-    input.type = "text";
-    input.value = value === null ? "" : value;
-    input.placeholder = value === null ? "nothing" : "";
-  }
-  const save = make("button", { type: "submit", className: "save", textContent: "Save", hidden: true });
-  const problem = make("p", { className: "problem", id: `${id}-problem`, hidden: true });
-  input.setAttribute("aria-describedby", problem.id);
-  const form = make("form", { className: "value", noValidate: true },
-    make("label", { htmlFor: id, textContent: name }), input, save, problem);
-
-  const wanted = () => {
-    if (input.type === "checkbox") return input.checked;
-    if (input.type === "number") return input.value === "" ? null : Number(input.value);
-    return value === null && input.value === "" ? null : input.value;
-  };
-  input.addEventListener("input", () => {
-    save.hidden = wanted() === value;
-    problem.hidden = true;
-    input.removeAttribute("aria-invalid");
-  });
-  form.addEventListener("submit", async (event) => {
+  byId("menu").addEventListener("click", () =>
+    byId("menu").setAttribute(
+      "aria-expanded",
+      String(byId("menu").getAttribute("aria-expanded") !== "true"),
+    ),
+  );
+  byId("skip").addEventListener("click", (event) => {
     event.preventDefault();
-    const tried = wanted();
-    const { status, value: answer } = await ask("PUT", path, tried);
-    if (status === 200 || status === 201 || status === 204) {
-      value = tried;
-      save.hidden = true;
-      say(`Saved ${name}.`, "good");
-      return;
-    }
-    const why = answer && answer.error ? answer.error : `status ${status}`;
-    problem.textContent = `Not saved: ${why}`;
-    problem.hidden = false;
-    input.setAttribute("aria-invalid", "true");
-    say(`${name} was not saved.`, "bad");
-    form.scrollIntoView({ block: "center" });
-    input.focus({ preventScroll: true });
+    byId("heading").focus();
   });
-  return form;
+  byId("logout").addEventListener("click", leave);
+  byId("own-password").addEventListener("click", () => changePassword(page.user.user, true));
+  byId("discard").addEventListener("click", () => discard(page));
+  byId("settings").addEventListener("submit", (event) => {
+    event.preventDefault();
+    save(page);
+  });
+  window.addEventListener("beforeunload", (event) => {
+    if (isDirty()) {
+      event.preventDefault();
+    }
+  });
 }
 
-showGateway();
+async function start() {
+  listen();
+  api.listen(sessionEnded, wasAsked);
+  listenForLogIn(arrived);
+  follow(mayLeave, show);
+  const session = await whoIsThere();
+  if (session === null) {
+    askToLogIn("");
+  } else {
+    arrived(session);
+  }
+}
+
+start();
