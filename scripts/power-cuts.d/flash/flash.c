@@ -14,9 +14,16 @@
 
 static u8 *cells;
 
+/* How much the flash has been used, for whoever asks. */
+static ulong written; /* bytes */
+static ulong erased; /* blocks */
+module_param(written, ulong, 0444);
+module_param(erased, ulong, 0444);
+
 static int flash_erase(struct mtd_info *mtd, struct erase_info *block)
 {
 	memset(cells + block->addr, 0xff, block->len);
+	erased += block->len / FLASH_BLOCK;
 	return 0;
 }
 
@@ -33,6 +40,7 @@ static int flash_write(struct mtd_info *mtd, loff_t to, size_t size, size_t *don
 
 	for (i = 0; i < size; i++)
 		cells[to + i] &= data[i];
+	written += size;
 	*done = size;
 	return 0;
 }
