@@ -10,7 +10,6 @@ import subprocess
 import sys
 import time
 
-MEMORY = 208  # MiB in all; 16 of them, from 160 on, are the flash
 DISK = 64  # MiB
 FILE_SYSTEM = 60  # MiB of the disk; what is behind it is free for marks
 PATIENCE = 180  # seconds; a guest that says nothing for so long has failed
@@ -25,6 +24,34 @@ def drives(disk, log):
             "driver=blklogwrites,node-name=disk,file=below,log=log"]
 
 
+def pc(work):
+    """A PC whose memory has a hole from 160 MiB on: 16 MiB that a file of the host keeps, the flash."""
+    nodes = [("memory-backend-ram,id=low,size=160M", "node,memdev=low,cpus=0"),
+             (f"memory-backend-file,id=flash,size=16M,mem-path={work}/flash,share=on",
+              "node,memdev=flash"),
+             ("memory-backend-ram,id=high,size=32M", "node,memdev=high")]
+    command = ["qemu-system-x86_64", "-M", "pc", "-m", "208", "-device", "virtio-blk-pci,drive=disk",
+               "-append", "console=ttyS0 quiet panic=-1 mitigations=off no_timer_check tsc=unstable "
+               "numa=off memmap=16M$0xa000000"]
+    for backend, node in nodes:
+        command += ["-object", backend, "-numa", node]
+    return command
+
+
+def arm(_):
+    """A 32-bit ARM machine with a disk and no flash."""
+    return ["qemu-system-arm", "-M", "virt,highmem=off", "-cpu", "cortex-a15", "-m", "192",
+            "-device", "virtio-blk-device,drive=disk", "-append", "console=ttyAMA0 quiet panic=-1"]
+
+
+MACHINES = {"amd64": pc, "armhf": arm}
+
+
+def architecture_of(folder):
+    with open(f"{folder}/architecture", encoding="utf-8") as file:
+        return file.read().strip()
+
+
 class Guest:
     """One run of the emulator, from a start or from the kept memory to its end."""
 
@@ -35,23 +62,10 @@ class Guest:
         control = f"{work}/control"
         if os.path.exists(control):
             os.unlink(control)
-        memory = [
-            ("memory-backend-ram,id=low,size=160M", "node,memdev=low,cpus=0"),
-            (f"memory-backend-file,id=flash,size=16M,mem-path={work}/flash,share=on",
-             "node,memdev=flash"),
-            ("memory-backend-ram,id=high,size=32M", "node,memdev=high"),
-        ]
-        command = [
-            "nice", "-n", "10", "qemu-system-x86_64", "-M", "pc", "-m", str(MEMORY), "-nodefaults",
-            "-display", "none", "-no-reboot", "-serial", "stdio",
+        command = ["nice", "-n", "10"] + MACHINES[architecture_of(folder)](work) + [
+            "-nodefaults", "-display", "none", "-no-reboot", "-serial", "stdio",
             "-qmp", f"unix:{control},server=on,wait=off",
-            "-kernel", f"{folder}/kernel", "-initrd", f"{folder}/root.cpio", "-append",
-            "console=ttyS0 quiet panic=-1 mitigations=off no_timer_check tsc=unstable numa=off "
-            "memmap=16M$0xa000000",
-            "-device", "virtio-blk-pci,drive=disk",
-        ]
-        for backend, node in memory:
-            command += ["-object", backend, "-numa", node]
+            "-kernel", f"{folder}/kernel", "-initrd", f"{folder}/root.cpio"]
         for drive in drives(f"{work}/disk", log):
             command += ["-blockdev", drive]
         if is_resumed:
