@@ -162,7 +162,7 @@ TEST_F(StoreCommandTest, MakesAStore) {
       {"hearth init n/s && hearth --data n/s check && hearth init n/s",
        "8 files made in 'n/s'\n8 files below 'n/s', 0 problems\n0 files made in 'n/s'\n"},
       {"stat -c %a n/s/wifi/wifi.ldb", "600\n"},
-      {"rm -r n; hearth init --from data n >/dev/null; hearth --data n check | tail -c 12; "
+      {"rm -r n; hearth init --from data n >/dev/null; hearth --data n check | tail -c 11; "
        "rm n/gateway.conf 2>/dev/null; cp data/gateway.conf n; diff -r data n",
        "0 problems\n"},
       {"hearth init --from none m", 3, "'none': no such store"},

@@ -51,6 +51,15 @@ void runLine(Context& context, const std::vector<std::string>& words) {
   }
 }
 
+Failure inLine(std::size_t number, const Failure& failure) {
+  Failure named(failure.exit(),
+                "line " + std::to_string(number) + ": " + failure.what() + "; nothing is changed",
+                failure.broken);
+  named.area = failure.area;
+  named.path = failure.path;
+  return named;
+}
+
 // Runs the script line by line. Throws a Failure that names the line which ends it.
 void runLines(Context& context, std::string_view script) {
   for (std::size_t number = 1; !script.empty(); ++number) {
@@ -61,13 +70,7 @@ void runLines(Context& context, std::string_view script) {
         runLine(context, words);
       }
     } catch (const Failure& failure) {
-      Failure named(
-          failure.exit(),
-          "line " + std::to_string(number) + ": " + failure.what() + "; nothing is changed",
-          failure.broken);
-      named.area = failure.area;
-      named.path = failure.path;
-      throw named;
+      throw inLine(number, failure);
     }
     script.remove_prefix(std::min(end + 1, script.size()));
   }

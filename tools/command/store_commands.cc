@@ -147,10 +147,13 @@ void init(Context& context, const StoreOptions& options) {
   // A database may hold secrets one day; the sample's files are as open as any.
   const MadeWithMode mode(from.empty() ? 0600 : 0644);
   for (const std::string& area : areaNames()) {
-    const std::string folder = options.name + "/" + area;
-    makeFolder(folder);
-    made += from.empty() ? (makeFile(folder + "/" + area + ".ldb", "{}") ? 1U : 0U)
-                         : copyArea(from + "/" + area, folder);
+    const std::filesystem::path folder = std::filesystem::path(options.name) / area;
+    makeFolder(folder.string());
+    if (from.empty()) {
+      made += makeFile((folder / area).string() + ".ldb", "{}") ? 1U : 0U;
+    } else {
+      made += copyArea((std::filesystem::path(from) / area).string(), folder.string());
+    }
   }
   context.out.line(counted(made, "file") + " made in " + inQuotes(options.name));
 }

@@ -8,6 +8,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <ctime>
+#include <filesystem>
 
 #include "base/json_ref.h"
 #include "base/utf8.h"
@@ -114,7 +115,8 @@ Snapshot readStore(const std::string& location,
   Snapshot snapshot;
   for (unsigned int area = 0; area < areaNames().size(); ++area) {
     const std::string name = API_DATA_DIR[area];
-    const std::string file = location + "/" + name + "/" + name + ".ldb";
+    const std::string file =
+        (std::filesystem::path(location) / name / std::string(name).append(".ldb")).string();
     step(area);
     if (exists(file)) {
       snapshot.push_back(readDatabase(area, file));
