@@ -172,7 +172,9 @@ TEST_F(CommandTest, KeepsSecrets) {
        "value (secret) is not"},
       {"printf '\\001hush' | hearth set --secret wifi" + passphrase, 5, "does not satisfy"},
       Row("{ printf hush\\\\1 | hearth set --secret wifi country; hearth set wifi" + passphrase +
-           " hush; } 2>&1 | grep -c hush", 1, "").printing("0\n"),
+              " hush; } 2>&1 | grep -c hush",
+          1, "")
+          .printing("0\n"),
       {"echo x | hearth set --secret f.json new y", 2, "VALUE and --secret do not go together"},
       typed("'hush\\n=secret:' 'hush\\n=once more:'", "0\necho\n"),
       typed("'hush\\n=secret:' 'hash\\n=once more:'", "2\necho\n"),
