@@ -22,6 +22,7 @@ struct Frames {
 
 _Unwind_Reason_Code addFrame(_Unwind_Context* context, void* argument) {
   auto& frames = *static_cast<Frames*>(argument);
+  // NOLINTNEXTLINE(performance-no-int-to-ptr): the unwinder tells numbers
   const auto address = reinterpret_cast<void*>(_Unwind_GetIP(context));
   if (frames.count == frames.most || address == nullptr) {
     return _URC_END_OF_STACK;
@@ -43,6 +44,7 @@ void writePlace(int fd, const char* function, const void* start, const void* add
   write(fd, "(");
   write(fd, function != nullptr ? function : "");
   write(fd, "+");
+  // NOLINTNEXTLINE(performance-no-int-to-ptr): an offset is printed as an address is
   write(fd, offset != 0 ? hearth::Address(reinterpret_cast<const void*>(offset)).text() : "0x0");
   write(fd, ")");
 }

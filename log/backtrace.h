@@ -13,6 +13,7 @@ int backtrace(void** frames, int most);
 
 // Writes a line for each frame as glibc does: the file of the code, the function and the place in
 // it where these are known, the address. Takes no memory from the heap. Threads: any.
+// NOLINTNEXTLINE(readability-identifier-naming): glibc's name
 void backtrace_symbols_fd(void* const* frames, int count, int fd);
 
 #endif
