@@ -6,7 +6,7 @@ target_compile_options(
                          -Woverloaded-virtual -Wformat=2 -Wundef $<$<BOOL:${HEARTH_WERROR}>:-Werror>)
 # 64-bit file offsets and times also where the default is 32.
 target_compile_definitions(hearth_flags INTERFACE _FILE_OFFSET_BITS=64 _TIME_BITS=64)
-# Not every C library can name the frames of a stack; a crash is then reported without them.
+# Not every C library can name the frames of a stack; log/backtrace.cc does it in its place.
 if(Backtrace_FOUND)
   target_compile_definitions(hearth_flags INTERFACE HEARTH_HAS_BACKTRACE)
 endif()

@@ -1,5 +1,6 @@
 // The check of a message against its schema: file_names.cc knows which file the schema is in, the
 // document services do the rest.
+#include "base/address.h"
 #include "base/status.h"
 #include "hearth/json_data.h"
 #include "hearth/local_db_ctrl.h"
@@ -14,8 +15,8 @@ int LocalDbCtrl::validateObject(TreeMapObject* obj, unsigned int apiT, unsigned 
     return hearth::kFailure;
   }
   if (obj == nullptr || obj->jobj == nullptr) {
-    HEARTH_LOG(LOG_ERROR, "%s: incorrect object obj=%p jobj=%p\n", kOperation,
-               static_cast<void*>(obj), static_cast<void*>(nullptr));
+    HEARTH_LOG(LOG_ERROR, "%s: incorrect object obj=%s jobj=%s\n", kOperation,
+               hearth::Address(obj).text(), hearth::Address(nullptr).text());
     return hearth::kFailure;
   }
   return JsonData::validateFile(obj, schemaFile);

@@ -23,6 +23,7 @@
 // the states are the same; each lock then reads the file again until it holds one.
 #include "localdb/slot.h"
 
+#include "base/address.h"
 #include "base/atomic_word.h"
 #include "base/no_cancellation.h"
 #include "base/status.h"
@@ -186,9 +187,8 @@ int Slot::leaveLockedState(const LockEnd& end) const {
 int Slot::save(const char* operation) const {
   const NoCancellation finish;
   const char* const name = LocalDbCtrl::getFileName(area_);
-  HEARTH_LOG(LOG_DEBUG, "%s: type=%d save object %p to file %s\n", operation,
-             static_cast<int>(area_), static_cast<void*>(object()),
-             name != nullptr ? name : kNoName);
+  HEARTH_LOG(LOG_DEBUG, "%s: type=%d save object %s to file %s\n", operation,
+             static_cast<int>(area_), Address(object()).text(), name != nullptr ? name : kNoName);
   const int written = name != nullptr ? JsonData::saveObjectToFile(name, object()) : kFailure;
   discardObject();
   return written;

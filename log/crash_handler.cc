@@ -15,16 +15,8 @@
 
 #include "base/no_cancellation.h"
 #include "hearth/logger.h"
+#include "log/backtrace.h"
 #include "log/line_output.h"
-
-#ifdef HEARTH_HAS_BACKTRACE
-#include <execinfo.h>
-#else
-static int backtrace(void**, int) {
-  return 0;
-}
-static void backtrace_symbols_fd(void* const*, int, int) {}
-#endif
 
 namespace hearth {
 namespace {

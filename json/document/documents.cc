@@ -3,6 +3,7 @@
 //
 // A missing file gives no handle at all. A file that is there but cannot be read or parsed gives a
 // handle without a value: callers tell the two apart.
+#include "base/address.h"
 #include "base/status.h"
 #include "files/replace_file.h"
 #include "hearth/json_data.h"
@@ -44,10 +45,10 @@ const char* JsonData::getJson(TreeMapObject* obj) {
 json_object* JsonData::cloneObject(json_object* jobj) {
   constexpr char kOperation[] = "cloneObject";
   if (jobj == nullptr) {
-    HEARTH_LOG(LOG_ERROR, "%s: bad pobj param jobj=%p\n", kOperation, static_cast<void*>(jobj));
+    HEARTH_LOG(LOG_ERROR, "%s: bad pobj param jobj=%s\n", kOperation, hearth::Address(jobj).text());
     return nullptr;
   }
-  HEARTH_LOG(LOG_DEBUG, "%s: clone json object %p\n", kOperation, static_cast<void*>(jobj));
+  HEARTH_LOG(LOG_DEBUG, "%s: clone json object %s\n", kOperation, hearth::Address(jobj).text());
   hearth::DeepCopy copy = hearth::deepCopy(jobj);
   if (copy.hasText) {
     HEARTH_LOG(LOG_DEBUG, "%s: parser json to create new object\n", kOperation);
@@ -62,10 +63,10 @@ json_object* JsonData::cloneObject(json_object* jobj) {
 
 int JsonData::saveObjectToFile(const char* path, TreeMapObject* obj) {
   constexpr char kOperation[] = "saveObjectToFile";
-  HEARTH_LOG(LOG_DEBUG, "%s: save obj=%p\n", kOperation, static_cast<void*>(obj));
+  HEARTH_LOG(LOG_DEBUG, "%s: save obj=%s\n", kOperation, hearth::Address(obj).text());
   if (path == nullptr || obj == nullptr) {
-    HEARTH_LOG(LOG_ERROR, "%s: wrong params path=%s obj=%p\n", kOperation, hearth::printable(path),
-               static_cast<void*>(obj));
+    HEARTH_LOG(LOG_ERROR, "%s: wrong params path=%s obj=%s\n", kOperation, hearth::printable(path),
+               hearth::Address(obj).text());
     return hearth::kFailure;
   }
   if (!hearth::replaceFileWithJson(path, obj->jobj, hearth::Durability::kFlushed)) {
@@ -80,7 +81,7 @@ int JsonData::saveObjectToFile(const char* path, TreeMapObject* obj) {
 void JsonData::dumpObject(TreeMapObject* obj, const char* path) {
   constexpr char kOperation[] = "dumpObject";
   if (obj == nullptr || obj->jobj == nullptr || path == nullptr) {
-    HEARTH_LOG(LOG_ERROR, "%s: wrong params obj=%p\n", kOperation, static_cast<void*>(obj));
+    HEARTH_LOG(LOG_ERROR, "%s: wrong params obj=%s\n", kOperation, hearth::Address(obj).text());
     return;
   }
   json_object* const value = path[0] == '\0' ? obj->jobj : getJObj(obj->jobj, path);

@@ -4,6 +4,7 @@
 // warning; a schema file that exists and does not parse fails everything.
 #include <sys/stat.h>
 
+#include "base/address.h"
 #include "base/json_ref.h"
 #include "base/status.h"
 #include "hearth/json_data.h"
@@ -31,12 +32,13 @@ constexpr char kValidateFile[] = "validateFile";
 int JsonData::validateObject(TreeMapObject* obj, const char* schemaText) {
   using hearth::kValidateObject;
   if (obj == nullptr || obj->jobj == nullptr) {
-    HEARTH_LOG(LOG_ERROR, "%s: bad pobj param obj=%p\n", kValidateObject, static_cast<void*>(obj));
+    HEARTH_LOG(LOG_ERROR, "%s: bad pobj param obj=%s\n", kValidateObject,
+               hearth::Address(obj).text());
     return hearth::kFailure;
   }
   if (obj->error != 0) {
-    HEARTH_LOG(LOG_ERROR, "%s: bad pobj param error=%d jobj=%p\n", kValidateObject, obj->error,
-               static_cast<void*>(obj->jobj));
+    HEARTH_LOG(LOG_ERROR, "%s: bad pobj param error=%d jobj=%s\n", kValidateObject, obj->error,
+               hearth::Address(obj->jobj).text());
     return hearth::kFailure;
   }
   const hearth::JsonRef schema(schemaText != nullptr ? json_tokener_parse(schemaText) : nullptr);
@@ -71,7 +73,8 @@ int JsonData::validateFile(const char* instanceFile, const char* schemaFile) {
 int JsonData::validateFile(TreeMapObject* obj, const char* schemaFile) {
   using hearth::kValidateFile;
   if (obj == nullptr || obj->jobj == nullptr) {
-    HEARTH_LOG(LOG_ERROR, "%s: bad pobj param obj=%p\n", kValidateFile, static_cast<void*>(obj));
+    HEARTH_LOG(LOG_ERROR, "%s: bad pobj param obj=%s\n", kValidateFile,
+               hearth::Address(obj).text());
     return hearth::kFailure;
   }
   HEARTH_LOG(LOG_DEBUG, "%s: validate file %s\n", kValidateFile, hearth::printable(schemaFile));

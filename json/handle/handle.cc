@@ -8,6 +8,7 @@
 #include <cstring>
 #include <new>
 
+#include "base/address.h"
 #include "hearth/json_data.h"
 #include "hearth/tree_map_object.h"
 #include "json/path/index.h"
@@ -27,20 +28,20 @@ TreeMapObject::TreeMapObject(json_object* adopted)
     : jobj(adopted), key_obj(), jobj_parent(nullptr), error(0) {}
 
 TreeMapObject::~TreeMapObject() {
-  HEARTH_LOG(LOG_DEBUG, "%s: this=%p\n", "~TreeMapObject", static_cast<void*>(this));
+  HEARTH_LOG(LOG_DEBUG, "%s: this=%s\n", "~TreeMapObject", hearth::Address(this).text());
   // A value with a container belongs to that container.
   if (jobj != nullptr && jobj_parent == nullptr) {
-    HEARTH_LOG(LOG_DEBUG, "     release jobj=%p\n", static_cast<void*>(jobj));
+    HEARTH_LOG(LOG_DEBUG, "     release jobj=%s\n", hearth::Address(jobj).text());
     json_object_put(jobj);
   } else {
-    HEARTH_LOG(LOG_DEBUG, "     ignore jobj=%p jobj_parent=%p key_obj=%s\n",
-               static_cast<void*>(jobj), static_cast<void*>(jobj_parent), key_obj);
+    HEARTH_LOG(LOG_DEBUG, "     ignore jobj=%s jobj_parent=%s key_obj=%s\n",
+               hearth::Address(jobj).text(), hearth::Address(jobj_parent).text(), key_obj);
   }
 }
 
 void TreeMapObject::set(const char* path, TreeMapObject* obj) {
-  HEARTH_LOG(LOG_DEBUG, "TreeMapObject::set: %s %p\n", hearth::printable(path),
-             static_cast<void*>(obj));
+  HEARTH_LOG(LOG_DEBUG, "TreeMapObject::set: %s %s\n", hearth::printable(path),
+             hearth::Address(obj).text());
   if (obj == nullptr) {
     HEARTH_LOG(LOG_ERROR, "TreeMapObject::set: obj=null\n");
     return;

@@ -10,6 +10,7 @@
 #include <new>
 #include <type_traits>
 
+#include "base/json_members.h"
 #include "base/json_ref.h"
 #include "hearth/json_data.h"
 #include "hearth/tree_map_object.h"
@@ -83,7 +84,7 @@ inline void ValueSearch::enter(json_object* container, json_type type) {
     return;
   }
   const bool isObject = type == json_type_object;
-  lh_entry* const first = isObject ? lh_table_head(json_object_get_object(container)) : nullptr;
+  lh_entry* const first = isObject ? firstMember(json_object_get_object(container)) : nullptr;
   const std::size_t length = isObject ? 0 : json_object_array_length(container);
   levels_[depth_++] = {container, first, 0, length, isObject};
 }
@@ -104,11 +105,11 @@ bool ValueSearch::makeRoom() {
 bool ValueSearch::resumeObject() {
   Level& level = levels_[depth_ - 1];
   bool matched = false;
-  for (lh_entry* entry = level.member; entry != nullptr; entry = lh_entry_next(entry)) {
+  for (lh_entry* entry = level.member; entry != nullptr; entry = memberAfter(entry)) {
     auto* const member = static_cast<json_object*>(lh_entry_v(entry));
     const json_type type = json_object_get_type(member);
     if (isContainerType(type)) {
-      level.member = lh_entry_next(entry);
+      level.member = memberAfter(entry);
       enter(member, type);
       return true;
     }

@@ -5,6 +5,7 @@
 // element that holds it counts as not found and has a line of its own.
 #include "json/path/lookup.h"
 
+#include "base/address.h"
 #include "json/path/index.h"
 #include "json/path/walk_log.h"
 
@@ -66,8 +67,7 @@ bool PathLookup::lookUp(Cursor token, json_object* container) {
 // nothing was.
 void PathLookup::noteParent(Cursor token, json_object* parent) {
   parent_ = parent;
-  WALK_LOG(LOG_INFO, "%s: FOUND parent=%p, key=%s\n", kOperation, static_cast<void*>(parent),
-           *token);
+  WALK_LOG(LOG_INFO, "%s: FOUND parent=%s, key=%s\n", kOperation, Address(parent).text(), *token);
 }
 
 PathLookup::Outcome PathLookup::walk(json_object* root, const char* path) {
@@ -94,8 +94,8 @@ PathLookup::Outcome PathLookup::walk(json_object* root, const char* path) {
 
 PathLookup::Outcome PathLookup::find(json_object* root, const char* path) {
   if (root == nullptr || path == nullptr) {
-    HEARTH_LOG(LOG_ERROR, "%s: wrong params jobj=%p path=%p\n", kOperation,
-               static_cast<void*>(root), static_cast<const void*>(path));
+    HEARTH_LOG(LOG_ERROR, "%s: wrong params jobj=%s path=%s\n", kOperation, Address(root).text(),
+               hearth::Address(path).text());
     return Outcome::kRefused;
   }
   // The empty path has no token, and the root no container.

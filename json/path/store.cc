@@ -5,6 +5,7 @@
 
 #include <cstdio>
 
+#include "base/address.h"
 #include "base/json_ref.h"
 #include "json/depth.h"
 #include "json/path/containment.h"
@@ -47,15 +48,15 @@ bool PathStore::store() {
   }
   // The last step has put the value, and the tree owns the reference from there on.
   static_cast<void>(reference.release());
-  WALK_LOG(LOG_DEBUG, "%s: FOUND parent=%p key=%s\n", kShortName, static_cast<void*>(current_),
+  WALK_LOG(LOG_DEBUG, "%s: FOUND parent=%s key=%s\n", kShortName, Address(current_).text(),
            tokens_.last());
   return true;
 }
 
 bool PathStore::cutPath() {
   if (current_ == nullptr || path_ == nullptr || path_[0] == '\0') {
-    HEARTH_LOG(LOG_ERROR, "%s: wrong params jobj=%p path=%p\n", kOperation,
-               static_cast<void*>(current_), static_cast<const void*>(path_));
+    HEARTH_LOG(LOG_ERROR, "%s: wrong params jobj=%s path=%s\n", kOperation,
+               Address(current_).text(), Address(path_).text());
     return false;
   }
   if (!tokens_.cut(appendsToRoot() ? AppendPath(current_, path_).text : path_)) {
@@ -96,11 +97,11 @@ bool PathStore::enterMember() {
 
 // The last step of a path that ends with a name.
 bool PathStore::putMember() {
-  WALK_LOG(LOG_DEBUG, "%s: set jval to current object jcrr=%p jval=%p %s.%s\n", kOperation,
-           static_cast<void*>(current_), static_cast<void*>(value_), previousKey(), *token_);
+  WALK_LOG(LOG_DEBUG, "%s: set jval to current object jcrr=%s jval=%s %s.%s\n", kOperation,
+           Address(current_).text(), Address(value_).text(), previousKey(), *token_);
   if (memberClosesCycle() || !addMember(value_, isNew_)) {
-    HEARTH_LOG(LOG_ERROR, "%s: fail to add jval '%s' to jcrr=%p jprt=%p\n", kOperation, *token_,
-               static_cast<void*>(current_), static_cast<void*>(parent_));
+    HEARTH_LOG(LOG_ERROR, "%s: fail to add jval '%s' to jcrr=%s jprt=%s\n", kOperation, *token_,
+               Address(current_).text(), Address(parent_).text());
     return false;
   }
   return true;
@@ -151,8 +152,8 @@ bool PathStore::replaceByArray() {
     HEARTH_LOG(LOG_ERROR, "%s: existing object is not array '%s'\n", kOperation, previousKey());
     return false;
   }
-  WALK_LOG(LOG_DEBUG, "%s: recreate array object '%s' delete %p=%d\n", kShortName, previousKey(),
-           static_cast<void*>(current_), 1);
+  WALK_LOG(LOG_DEBUG, "%s: recreate array object '%s' delete %s=%d\n", kShortName, previousKey(),
+           Address(current_).text(), 1);
   JsonRef array(json_object_new_array());
   bool isReplaced = false;
   if (array != nullptr) {

@@ -7,6 +7,7 @@
 #include <cstddef>
 #include <cstring>
 
+#include "base/json_members.h"
 #include "schema/effort.h"
 
 namespace hearth::schema {
@@ -32,7 +33,7 @@ class OrderedLookup {
   // A null object has no members.
   OrderedLookup(json_object* object, Effort& effort)
       : table_(object != nullptr ? json_object_get_object(object) : nullptr),
-        guess_(table_ != nullptr ? lh_table_head(table_) : nullptr),
+        guess_(table_ != nullptr ? firstMember(table_) : nullptr),
         effort_(effort) {}
 
   // Null when there is no such member, and when the effort is stopped.
@@ -42,7 +43,7 @@ class OrderedLookup {
       found = effort_.spend(costOfName(name)) ? lh_table_lookup_entry(table_, name) : nullptr;
     }
     if (found != nullptr) {
-      guess_ = lh_entry_next(found);
+      guess_ = memberAfter(found);
     }
     return found;
   }

@@ -15,6 +15,7 @@
 #include <cstdlib>
 #include <cstring>
 
+#include "base/json_members.h"
 #include "schema/keywords/members.h"
 #include "schema/resource/identifiers.h"
 #include "schema/resource/metaschemas.h"
@@ -198,8 +199,8 @@ void Resources::scanBelow(json_object* schema, ResourceIndex resource, const std
         scan(json_object_array_get_idx(value, i), resource, base, depth + 1);
       }
     } else if (isObject(value) && manyBelow) {
-      for (lh_entry* entry = lh_table_head(json_object_get_object(value)); entry != nullptr;
-           entry = lh_entry_next(entry)) {
+      for (lh_entry* entry = firstMember(json_object_get_object(value)); entry != nullptr;
+           entry = memberAfter(entry)) {
         scan(valueOfMember(entry), resource, base, depth + 1);
       }
     } else {

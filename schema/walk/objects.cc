@@ -2,6 +2,7 @@
 //
 // "properties", "patternProperties" and "additionalProperties" are settled in one pass over the
 // instance's members, since the last of them is for members that neither of the others knows.
+#include "base/json_members.h"
 #include "schema/keywords/members.h"
 #include "schema/walk/questions.h"
 
@@ -42,8 +43,8 @@ bool membersConform(Walker& walker, const Frame& frame, const Pending& pending, 
     return walker.report().fail(frame, Id::kProperties, nullptr);
   }
   std::size_t position = 0;
-  for (lh_entry* entry = lh_table_head(table); entry != nullptr;
-       entry = lh_entry_next(entry), ++position) {
+  for (lh_entry* entry = firstMember(table); entry != nullptr;
+       entry = memberAfter(entry), ++position) {
     lh_entry* const property = properties.find(nameOfMember(entry));
     bool isKnown = property != nullptr;
     // A look-up that could not be paid for is no answer.
@@ -145,8 +146,8 @@ bool unmarkedMembersConform(Walker& walker, const Frame& frame, json_object* sch
                             const Marks& marks) {
   std::size_t position = 0;
   lh_table* const table = json_object_get_object(frame.instance);
-  for (lh_entry* entry = lh_table_head(table); entry != nullptr;
-       entry = lh_entry_next(entry), ++position) {
+  for (lh_entry* entry = firstMember(table); entry != nullptr;
+       entry = memberAfter(entry), ++position) {
     if (!marks.has(position) &&
         !memberConforms(walker, frame, schema, entry, Id::kUnevaluatedProperties)) {
       return false;

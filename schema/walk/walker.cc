@@ -8,6 +8,7 @@
 // if one was there, the schema is read once more, in the place where it belongs.
 #include "schema/walk/walker.h"
 
+#include "base/json_members.h"
 #include "schema/walk/questions.h"
 
 namespace hearth::schema {
@@ -125,7 +126,7 @@ Walker::Reading Walker::readMembers(Frame& frame, Pending& pending, bool isSettl
     (void)report_.fail(frame, Id::kNone, nullptr);
     return Reading::kFailed;
   }
-  for (lh_entry* entry = lh_table_head(members); entry != nullptr; entry = lh_entry_next(entry)) {
+  for (lh_entry* entry = firstMember(members); entry != nullptr; entry = memberAfter(entry)) {
     const Keyword* const keyword = findKeyword(nameOfMember(entry), draft);
     if (keyword == nullptr || (keyword->vocabulary & silent)) {
       continue;

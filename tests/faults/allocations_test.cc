@@ -1,10 +1,11 @@
 // What takes no memory from the heap: a path that resolves, a log line, a lock that is refused.
-#include <execinfo.h>
+#include <fcntl.h>
 
 #include <functional>
 #include <utility>
 
 #include "hearth/hearth.h"
+#include "log/backtrace.h"
 #include "tests/faults/memory_faults.h"
 #include "tests/support/scratch.h"
 
@@ -34,9 +35,10 @@ class Allocations : public Scratch {
     BEConfig::LOG_FILE = "log";
     Logger::enableFileLog = 1;
     LocalDbCtrl::init();
-    console_ = stdout;
-    stdout = fopen("/dev/null", "w");
-    setvbuf(stdout, buffer_, _IOFBF, sizeof(buffer_));
+    fflush(stdout);
+    const int nowhere = open("/dev/null", O_WRONLY);
+    dup2(nowhere, STDOUT_FILENO);
+    close(nowhere);
     wifi_ = LocalDbCtrl::lockDbObject(API_WIFI, "", nullptr);
   }
 
@@ -44,12 +46,12 @@ class Allocations : public Scratch {
     LocalDbCtrl::unlockDbObject(API_WIFI, nullptr);
     LocalDbCtrl::removeDB("default");
     Logger::mask = 0;
-    fclose(stdout);
-    stdout = console_;
+    fflush(stdout);
+    dup2(console_, STDOUT_FILENO);
+    close(console_);
   }
 
-  FILE* console_ = nullptr;
-  char buffer_[4096];
+  const int console_ = dup(STDOUT_FILENO);
   TreeMapObject* wifi_ = nullptr;
 };
 

@@ -1,20 +1,15 @@
 // Defines malloc and its kin: each counts its call, refuses it if that is due, and else hands it on
-// to the C library under the name that glibc keeps for that.
+// to the function behind this library, the C library's own.
 #include "tests/faults/memory_faults.h"
 
 #include <dlfcn.h>
-#include <execinfo.h>
 
 #include <cerrno>
 #include <cstddef>
+#include <cstdlib>
 #include <cstring>
 
-// NOLINTBEGIN(bugprone-reserved-identifier): the C library's own names
-extern "C" void* __libc_malloc(std::size_t size);
-extern "C" void* __libc_calloc(std::size_t count, std::size_t size);
-extern "C" void* __libc_realloc(void* memory, std::size_t size);
-extern "C" void __libc_free(void* memory);
-// NOLINTEND(bugprone-reserved-identifier)
+#include "log/backtrace.h"
 
 namespace {
 
@@ -38,6 +33,11 @@ bool isRefused() {
   }
   errno = ENOMEM;
   return true;
+}
+
+template <typename Function>
+Function* behind(Function* /*ours*/, const char* name) {
+  return reinterpret_cast<Function*>(dlsym(RTLD_NEXT, name));
 }
 
 void* counted(void* memory) {
@@ -76,22 +76,26 @@ int blocksInUse() {
 }
 
 extern "C" void* malloc(std::size_t size) {
-  return isRefused() ? nullptr : counted(__libc_malloc(size));
+  static auto* const allocate = behind(malloc, "malloc");
+  return isRefused() ? nullptr : counted(allocate(size));
 }
 
 extern "C" void* calloc(std::size_t count, std::size_t size) {
-  return isRefused() ? nullptr : counted(__libc_calloc(count, size));
+  static auto* const allocate = behind(calloc, "calloc");
+  return isRefused() ? nullptr : counted(allocate(count, size));
 }
 
 extern "C" void* realloc(void* memory, std::size_t size) {
   if (isRefused()) {
     return nullptr;
   }
-  void* const moved = __libc_realloc(memory, size);
+  static auto* const allocate = behind(realloc, "realloc");
+  void* const moved = allocate(memory, size);
   return memory == nullptr ? counted(moved) : moved;
 }
 
 extern "C" void free(void* memory) {
   blocks -= memory != nullptr ? 1 : 0;
-  __libc_free(memory);
+  static auto* const release = behind(free, "free");
+  release(memory);
 }

@@ -4,8 +4,11 @@
 
 #include <gtest/gtest.h>
 #include <json-c/json.h>
+#define PCRE2_CODE_UNIT_WIDTH 8
+#include <pcre2.h>
 
 #include <cstdint>
+#include <cstdlib>
 #include <string>
 
 #include "base/json_ref.h"
@@ -21,6 +24,14 @@ inline JsonRef parsed(const std::string& text) {
   EXPECT_EQ(json_tokener_success, json_tokener_get_error(tokener)) << text.substr(0, 200);
   json_tokener_free(tokener);
   return value;
+}
+
+// False where PCRE2 is older than 10.40: it then lacks properties that patterns with scripts and
+// the formats of international names need.
+inline bool knowsScripts() {
+  char version[64] = {};
+  pcre2_config(PCRE2_CONFIG_VERSION, version);
+  return std::strtod(version, nullptr) >= 10.40;
 }
 
 inline std::string repeated(const std::string& text, int times) {

@@ -11,6 +11,8 @@
 namespace hearth {
 namespace {
 
+static_assert(sizeof(time_t) == 8 && sizeof(off_t) == 8, "also on 32-bit processors");
+
 using UptimeTest = Scratch;
 
 TEST_F(UptimeTest, IsTheFirstNumberInWholeSeconds) {

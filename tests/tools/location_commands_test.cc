@@ -98,7 +98,9 @@ TEST_F(CommandTest, RefusesWhatASampleAreasSchemaDoesNotKnow) {
 
 TEST_F(CommandTest, MovesWholeDatabases) {
   runAll({
-    {"hearth export wifi w.json && cmp w.json data/wifi/wifi.ldb; rm w.json"},
+    // Imported first: json-c's releases print empty arrays in two ways.
+    {"hearth import wifi data/wifi/wifi.ldb && hearth export wifi w.json && "
+     "cmp w.json data/wifi/wifi.ldb; rm w.json"},
         {"hearth export wifi | hearth import wifi - && hearth check | tail -1",
          "48 files below './data', 0 problems\n"},
         {"hearth import wifi f.json", 5, "'f.json' does not conform"},

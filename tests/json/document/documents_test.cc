@@ -103,6 +103,8 @@ TEST_F(Documents, ACopyTakesTheTextOfSerializers) {
       EXPECT_EQ(row.lines, linesOf([&] { copy.reset(JsonData::cloneObject(value.get())); }));
       EXPECT_EQ(row.copied, plain(copy.get()));
       EXPECT_EQ(row.copiedInside, plain(JsonRef(JsonData::cloneObject(array.get())).get()));
+      // json-c 0.19 takes the user data of a container that it frees for another container.
+      json_object_set_serializer(value.get(), nullptr, nullptr, nullptr);
     }
   }
   EXPECT_EQ("ERROR: cloneObject: bad pobj param jobj=(nil)\n",
@@ -122,8 +124,8 @@ TEST_F(Documents, CloneSharesNothing) {
 }
 
 TEST_F(Documents, Save) {
-  constexpr char kSaved[] = "{\n  \"a\":[\n    1.50,\n    [\n    ]\n  ]\n}";
-  TreeMapObject handle(R"({"a":[1.50,[]]})");
+  constexpr char kSaved[] = "{\n  \"a\":[\n    1.50,\n    [\n      2\n    ]\n  ]\n}";
+  TreeMapObject handle(R"({"a":[1.50,[2]]})");
   TreeMapObject empty;
   CapturedLog log({LOG_DEBUG});
   EXPECT_EQ(0, JsonData::saveObjectToFile("f", &handle));

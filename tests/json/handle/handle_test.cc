@@ -5,6 +5,7 @@
 
 #include "hearth/json_data.h"
 #include "tests/support/captured_log.h"
+#include "tests/support/references.h"
 
 namespace {
 
@@ -23,7 +24,7 @@ TEST(Handle, OwnsWhatItsConstructorSays) {
     EXPECT_STREQ("", handle.key_obj);
     EXPECT_EQ(0, handle.error);
   }
-  EXPECT_EQ(1, json_object_put(value));
+  EXPECT_TRUE(wasLastReference(value));
 }
 
 TEST(Handle, ReleasesOrIgnores) {
