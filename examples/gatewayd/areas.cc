@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "area_turn.h"
 #include "bodies.h"
 #include "json_patch.h"
 #include "messages.h"
@@ -146,7 +147,8 @@ Reply readValue(API_TYPE_T area, const std::vector<std::string>& segments,
   if (namesSecret(segments)) {
     return refusal(403, "secrets can be set but not read");
   }
-  const auto database = hearth::AreaLock::take(area, "", session, limits::kPatience);
+  const AreaTurn turn(area);
+  const auto database = hearth::AreaLock::take(area, "", session, turn.patience());
   if (!database) {
     return failed(database.failure());
   }
@@ -168,7 +170,8 @@ Reply readSchema(API_TYPE_T area) {
 }
 
 Reply changeValue(API_TYPE_T area, const Wanted& wanted, const Who& who) {
-  auto change = hearth::Change::begin(area, "", who.session, limits::kPatience);
+  const AreaTurn turn(area);
+  auto change = hearth::Change::begin(area, "", who.session, turn.patience());
   if (!change) {
     return failed(change.failure());
   }

@@ -1,9 +1,9 @@
 #include "login.h"
 
+#include "area_turn.h"
 #include "bodies.h"
 #include "request_head.h"
 #include "secrets.h"
-#include "server_limits.h"
 
 namespace {
 
@@ -36,7 +36,8 @@ void logVerdict(const Request& request, const Verdict& verdict) {
 
 hearth::Result<void> storeHash(const std::string& user, const std::string& hash,
                                const hearth::Session& session) {
-  auto change = hearth::Change::begin(API_GATEWAY, "", session, limits::kPatience);
+  const AreaTurn turn(API_GATEWAY);
+  auto change = hearth::Change::begin(API_GATEWAY, "", session, turn.patience());
   if (!change) {
     return change.failure();
   }
