@@ -79,8 +79,8 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   static const fuzz::Folder folder;
   const std::string input(reinterpret_cast<const char*>(data), size);
   fuzz::Folder::write(kFile, input);
-  // json-c's reader waits for more behind a number or a comment that ends with its file; the library
-  // takes the end of the file for their end.
+  // json-c's reader waits for more behind a number or a comment that ends with its file; the
+  // library takes the end of the file for their end.
   fuzz::Folder::write("with-line-end", input + "\n");
   const fuzz::JsonRef before = records("with-line-end");
   BELoginRecord::isRunning = true;
