@@ -1,6 +1,7 @@
 """A router owner's way through the page: run with the path of gatewayd, and a folder for pictures of
 every view if they are wanted. AXE names axe-core's script; without it nobody looks for barriers."""
 
+import json
 import os
 import sys
 import unittest
@@ -16,6 +17,7 @@ AXE = open(os.environ["AXE"], encoding="utf-8").read() if os.environ.get("AXE") 
 NETWORK = "wifi/radios/0/networks/0"
 PASSPHRASE = "/radios/0/networks/0/security/passphrase"
 OTHER = "another password"
+AREAS = ("gateway", "wifi", "network", "security", "service", "mediashare", "qos", "misc")
 
 
 class Walk:
@@ -170,6 +172,22 @@ class Walk:
         radio = self.gateway.database("wifi")["radios"][0]
         self.assertEqual((1, 55), (radio["channel"], radio["txPower"]))
 
+    def test_keeps_what_two_browsers_add(self):
+        mine, theirs = self.page, self.open()
+        for page, name in ((mine, "mine"), (theirs, "theirs")):
+            page.log_in()
+            page.go("service/wakeOnLan", "Wake-up")
+            page.click("[id='field-/wakeOnLan/devices-add']")
+            page.fill("/wakeOnLan/devices/2/name", name)
+            page.fill("/wakeOnLan/devices/2/mac", "02:00:5E:10:00:41")
+        mine.save()
+        theirs.save("somebody else has changed this meanwhile")
+        theirs.go("service/wakeOnLan", "Wake-up")
+        theirs.save()
+        self.assertEqual([("study-desktop", 1), ("storage-box", 2), ("mine", 3), ("theirs", 4)],
+                         [(one["name"], one["id"])
+                          for one in self.gateway.database("service")["wakeOnLan"]["devices"]])
+
     def test_saves_by_keyboard_alone(self):
         page = self.page
         page.log_in()
@@ -286,8 +304,24 @@ class Walk:
         page.find("#areas a, #menu", "Menü" if self.width < 400 else "Übersicht")
 
 
+def sentences(schema):
+    """The descriptions and hints of a schema."""
+    for name, value in schema.items() if isinstance(schema, dict) else enumerate(schema):
+        if name in ("description", "hint") and isinstance(value, str):
+            yield value
+        elif isinstance(value, (dict, list)):
+            yield from sentences(value)
+
+
 class OnADesk(Walk, unittest.TestCase):
     width = 1280
+
+    def test_knows_every_sentence_of_the_schemas_in_german(self):
+        known = set(self.page.browser.execute_async_script(
+            "import('/german_about.js').then((m) => arguments[0](Object.keys(m.about)))"))
+        for area in AREAS:
+            with open(self.gateway.file(area).replace(".ldb", "_SCHEMA.ldb"), encoding="utf-8") as file:
+                self.assertEqual(set(), set(sentences(json.load(file))) - known, area)
 
 
 class InAHand(Walk, unittest.TestCase):

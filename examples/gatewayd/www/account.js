@@ -1,5 +1,6 @@
-// Logging in and out. The form is all there is until somebody has logged in, and gone afterwards.
-import { byId } from "./dom.js";
+// Logging in, and passwords. The log-in form is all there is until somebody has logged in, and gone
+// afterwards.
+import { button, byId, make } from "./dom.js";
 import { t } from "./text.js";
 import { isDone, logIn, session } from "./api.js";
 import { reasonOf } from "./reasons.js";
@@ -27,6 +28,32 @@ function problemOf(answer) {
     return t("Wrong user or password.");
   }
   return reasonOf(answer);
+}
+
+// A user's password is no value of the form: a button asks for it, and it is set by a request of its
+// own. Nothing for who may not set it. `me` is the session.
+export function passwordRow(draft, path, me, set) {
+  const parent = path.slice(0, -1);
+  const { name } = draft.valueAt(parent);
+  const isOwn = name === me.user;
+  if (!isOwn && me.role !== "administer") {
+    return null;
+  }
+  const isStored = draft.valueBefore(parent) !== undefined;
+  return make(
+    "div",
+    { className: "field" },
+    make("strong", {}, t("Password")),
+    make(
+      "div",
+      {},
+      isStored
+        ? button(t("Set the password…"), () => set(name, isOwn), {
+            "aria-label": t("Set the password of {0}", name),
+          })
+        : make("p", { className: "about" }, t("Save the new user first, then set a password.")),
+    ),
+  );
 }
 
 // Who is logged in: {user, role, idleSeconds}; null when nobody is.

@@ -15,7 +15,7 @@ export function listen(sessionEnded, asked) {
 function valueOf(text) {
   try {
     return text === "" ? null : JSON.parse(text);
-  } catch (problem) {
+  } catch {
     return { error: "" };
   }
 }
@@ -31,7 +31,7 @@ async function ask(method, path, body, type = "application/json") {
   try {
     response = await fetch("/api/v1/" + path, options);
     text = await response.text();
-  } catch (problem) {
+  } catch {
     return { status: 0, value: null, wait: 0 };
   }
   if (response.status === 401 && path !== "login" && path !== "session" && path !== "password") {

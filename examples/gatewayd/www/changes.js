@@ -12,7 +12,9 @@ function removed(draft, path) {
   const name = path[path.length - 1];
   const before = draft.valueBefore(parent);
   const schema = schemaOfChild(draft.root, draft.schemaAt(parent), name, before[name]);
-  const title = Array.isArray(before) ? draft.titleOfElement(schema, before[name], name) : t(schema.title);
+  const title = Array.isArray(before)
+    ? draft.titleOfElement(schema, before[name], name)
+    : t(schema.title);
   return [draft.nameOf(parent), title].filter(Boolean).join(", ");
 }
 
@@ -24,12 +26,18 @@ function words(draft, { op, path, from, value }) {
   const name = draft.nameOf(at);
   const schema = draft.schemaAt(at);
   if (op === "move") {
-    return t("{0}: moved from place {1} to {2}", name, Number(pathOf(from).pop()) + 1, Number(at[at.length - 1]) + 1);
+    return t(
+      "{0}: moved from place {1} to {2}",
+      name,
+      Number(pathOf(from).pop()) + 1,
+      Number(at[at.length - 1]) + 1,
+    );
   }
   if (isSecret(schema)) {
     return t("{0}: set anew", name);
   }
-  return op === "add" ? t("{0}: new", name)
+  return op === "add"
+    ? t("{0}: new", name)
     : `${name}: ${inWords(draft.root, schema, draft.valueBefore(at))} → ${inWords(draft.root, schema, value)}`;
 }
 
@@ -40,6 +48,7 @@ export function showBar(draft) {
   const lines = draft === null ? [] : wordsOfChanges(draft);
   byId("bar").hidden = lines.length === 0;
   byId("bar").setAttribute("aria-label", t("Unsaved changes"));
-  byId("count").textContent = lines.length === 1 ? t("1 unsaved change") : t("{0} unsaved changes", lines.length);
+  byId("count").textContent =
+    lines.length === 1 ? t("1 unsaved change") : t("{0} unsaved changes", lines.length);
   byId("changes").replaceChildren(...lines.map((line) => make("li", {}, line)));
 }

@@ -14,11 +14,22 @@ function open(dialog) {
 // Asks, with the choices as [value, text] from the safest on; answers the value, or null for Escape.
 export function ask(title, text, lines, choices) {
   return new Promise((answer) => {
-    const dialog = make("dialog", { "aria-labelledby": "question" },
-      make("h2", { id: "question" }, title), make("p", {}, text),
-      lines.length > 0 ? make("ul", { className: "list-of-changes" }, ...lines.map((one) => make("li", {}, one))) : null,
-      make("div", { className: "choices" }, ...choices.map(([value, words], index) =>
-        button(words, () => dialog.close(value), { className: index === 0 ? "primary" : "" }))));
+    const dialog = make(
+      "dialog",
+      { "aria-labelledby": "question" },
+      make("h2", { id: "question" }, title),
+      make("p", {}, text),
+      lines.length > 0
+        ? make("ul", { className: "list-of-changes" }, ...lines.map((one) => make("li", {}, one)))
+        : null,
+      make(
+        "div",
+        { className: "choices" },
+        ...choices.map(([value, words], index) =>
+          button(words, () => dialog.close(value), { className: index === 0 ? "primary" : "" }),
+        ),
+      ),
+    );
     dialog.addEventListener("close", () => answer(dialog.returnValue || null));
     open(dialog);
   });
@@ -37,20 +48,37 @@ export function askForPassword(user, isOwn) {
     const fresh = passwordInput("password-new", "new-password");
     const again = passwordInput("password-again", "new-password");
     const problem = make("p", { className: "problem", role: "alert" });
-    const form = make("form", { className: "stacked", noValidate: true },
+    const form = make(
+      "form",
+      { className: "stacked", noValidate: true },
       make("h2", { id: "password-title" }, t("Password of {0}", user)),
-      make("input", { type: "text", autocomplete: "username", value: user, hidden: true, "aria-label": t("User") }),
+      make("input", {
+        type: "text",
+        autocomplete: "username",
+        value: user,
+        hidden: true,
+        "aria-label": t("User"),
+      }),
       ...(isOwn ? [make("label", { htmlFor: current.id }, t("Current password")), current] : []),
-      make("label", { htmlFor: fresh.id }, t("New password")), fresh,
+      make("label", { htmlFor: fresh.id }, t("New password")),
+      fresh,
       make("p", { className: "hint" }, t("8 to 64 characters.")),
-      make("label", { htmlFor: again.id }, t("New password again")), again, problem,
-      make("div", { className: "choices" }, make("button", { type: "submit", className: "primary" }, t("Set the password")),
-        button(t("Cancel"), () => dialog.close())));
+      make("label", { htmlFor: again.id }, t("New password again")),
+      again,
+      problem,
+      make(
+        "div",
+        { className: "choices" },
+        make("button", { type: "submit", className: "primary" }, t("Set the password")),
+        button(t("Cancel"), () => dialog.close()),
+      ),
+    );
     const dialog = make("dialog", { "aria-labelledby": "password-title" }, form);
     form.addEventListener("submit", async (event) => {
       event.preventDefault();
       if (wrongLength(fresh.value) || fresh.value !== again.value) {
-        problem.textContent = wrongLength(fresh.value) ? t("The new password must have 8 to 64 characters.")
+        problem.textContent = wrongLength(fresh.value)
+          ? t("The new password must have 8 to 64 characters.")
           : t("The two new passwords differ.");
         (wrongLength(fresh.value) ? fresh : again).focus();
         return;
@@ -59,8 +87,10 @@ export function askForPassword(user, isOwn) {
       if (isDone(result)) {
         dialog.close("done");
       } else {
-        problem.textContent = result.status === 401 || result.status === 403
-          ? t("The current password is another one, or you may not do this.") : reasonOf(result);
+        problem.textContent =
+          result.status === 401 || result.status === 403
+            ? t("The current password is another one, or you may not do this.")
+            : reasonOf(result);
       }
     });
     dialog.addEventListener("close", () => answer(dialog.returnValue === "done"));

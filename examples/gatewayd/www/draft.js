@@ -1,17 +1,46 @@
 // An area that is being edited: the document as it was read, the edited copy, and why parts of it
 // were refused. A path is a list of member names and indices.
 import { t } from "./text.js";
-import { brokenKeyword, choiceTitle, explain, hasInside, isLarge, isScalar, isSecret, isState, newElement,
-  resolve, schemaOfChild, typeOf } from "./schema.js";
+import {
+  brokenKeyword,
+  choiceTitle,
+  explain,
+  hasInside,
+  isLarge,
+  isScalar,
+  isSecret,
+  isState,
+  newElement,
+  resolve,
+  schemaOfChild,
+  typeOf,
+} from "./schema.js";
 import { copyToEdit, isSame, origins, patchOf, rebase } from "./patch.js";
 
 export const pointerOf = (path) =>
   path.map((step) => "/" + String(step).replace(/~/g, "~0").replace(/\//g, "~1")).join("");
-export const pathOf = (pointer) => pointer.split("/").slice(1)
-  .map((step) => step.replace(/~1/g, "/").replace(/~0/g, "~"));
+export const pathOf = (pointer) =>
+  pointer
+    .split("/")
+    .slice(1)
+    .map((step) => step.replace(/~1/g, "/").replace(/~0/g, "~"));
 
-const NAMES = ["ssid", "name", "hostName", "label", "host", "pattern", "user", "path", "category",
-  "zone", "version", "mac", "code", "id"];
+const NAMES = [
+  "ssid",
+  "name",
+  "hostName",
+  "label",
+  "host",
+  "pattern",
+  "user",
+  "path",
+  "category",
+  "zone",
+  "version",
+  "mac",
+  "code",
+  "id",
+];
 
 export class Draft {
   constructor(area, schema, document) {
@@ -37,8 +66,10 @@ export class Draft {
   }
 
   valueAt(path) {
-    return path.reduce((value, step) => (value === null || value === undefined ? undefined : value[step]),
-      this.work);
+    return path.reduce(
+      (value, step) => (value === null || value === undefined ? undefined : value[step]),
+      this.work,
+    );
   }
 
   // What was read for the value that is now at the path.
@@ -47,8 +78,11 @@ export class Draft {
     let work = this.work;
     for (const step of path) {
       work = work === undefined || work === null ? undefined : work[step];
-      const from = origins.has(Object(work)) ? origins.get(work) : Array.isArray(base) &&
-        typeof work === "object" ? undefined : step;
+      const from = origins.has(Object(work))
+        ? origins.get(work)
+        : Array.isArray(base) && typeof work === "object"
+          ? undefined
+          : step;
       base = base === undefined || base === null || from === undefined ? undefined : base[from];
     }
     return base;
@@ -107,11 +141,17 @@ export class Draft {
     return this.patch().filter((one) => one.op !== "test");
   }
 
+  isDirty() {
+    return this.changes().length > 0;
+  }
+
   // A list is tested as a whole, unless it has secrets, which cannot be tested, or values that the
   // gateway itself changes all the time; then by the names of its elements.
   guard(list, pointer) {
     const schema = this.schemaAt(pathOf(pointer));
-    if (!hasInside(this.root, { ...schema, readOnly: false }, (one) => isSecret(one) || isState(one))) {
+    if (
+      !hasInside(this.root, { ...schema, readOnly: false }, (one) => isSecret(one) || isState(one))
+    ) {
       return [{ op: "test", path: pointer, value: list }];
     }
     const tests = [];
@@ -149,7 +189,12 @@ export class Draft {
     for (const name of Object.keys(value)) {
       const child = value[name];
       const isAdded = isNew || (Array.isArray(value) && !origins.has(Object(child)));
-      this.checkValue([...path, name], schemaOfChild(this.root, schema, name, child), child, isAdded);
+      this.checkValue(
+        [...path, name],
+        schemaOfChild(this.root, schema, name, child),
+        child,
+        isAdded,
+      );
     }
     for (const name of schema.required || []) {
       const member = schemaOfChild(this.root, schema, name);
@@ -165,10 +210,14 @@ export class Draft {
     for (const one of violations) {
       const path = pathOf(one.path);
       const schema = this.schemaAt(path);
-      const missing = one.keyword === "required" && typeOf(schema) === "object"
-        ? (schema.required || []).find((name) => !(name in (this.valueAt(path) || {}))) : null;
-      this.refusals.set(pointerOf(missing ? [...path, missing] : path),
-        explain(schema, one.keyword, one.message));
+      const missing =
+        one.keyword === "required" && typeOf(schema) === "object"
+          ? (schema.required || []).find((name) => !(name in (this.valueAt(path) || {})))
+          : null;
+      this.refusals.set(
+        pointerOf(missing ? [...path, missing] : path),
+        explain(schema, one.keyword, one.message),
+      );
     }
   }
 
@@ -197,14 +246,18 @@ export class Draft {
     const schema = this.schemaAt(path);
     const last = path[path.length - 1];
     return typeOf(this.schemaAt(path.slice(0, -1))) === "array"
-      ? this.titleOfElement(schema, this.valueAt(path), last) : t(schema.title || String(last));
+      ? this.titleOfElement(schema, this.valueAt(path), last)
+      : t(schema.title || String(last));
   }
 
   // An element is called by its first member that is a name, or else by its number.
   titleOfElement(schema, element, index) {
-    const name = element !== null && typeof element === "object"
-      ? NAMES.find((one) => element[one] !== undefined && element[one] !== "") : undefined;
-    return name === undefined || typeof element[name] === "number" ? `${t(schema.title || "")} ${Number(index) + 1}`
+    const name =
+      element !== null && typeof element === "object"
+        ? NAMES.find((one) => element[one] !== undefined && element[one] !== "")
+        : undefined;
+    return name === undefined || typeof element[name] === "number"
+      ? `${t(schema.title || "")} ${Number(index) + 1}`
       : choiceTitle(schemaOfChild(this.root, schema, name), element[name]);
   }
 }

@@ -11,38 +11,66 @@ const isNumber = (schema) => ["integer", "number"].includes(typeOf(schema));
 
 function selectOf(schema, value) {
   const choices = schema.enum.includes(value) ? schema.enum : [value, ...schema.enum];
-  const select = make("select", {}, ...choices.map((one) =>
-    make("option", { value: String(one), selected: one === value }, choiceTitle(schema, one))));
+  const select = make(
+    "select",
+    {},
+    ...choices.map((one) =>
+      make("option", { value: String(one), selected: one === value }, choiceTitle(schema, one)),
+    ),
+  );
   return { control: select, read: () => choices[select.selectedIndex] };
 }
 
 function numberOf(schema, value) {
   const input = make("input", {
-    type: "number", value: value === null ? "" : String(value), inputMode: "decimal",
-    min: schema.minimum, max: schema.maximum, step: typeOf(schema) === "integer" ? "1" : "any",
+    type: "number",
+    value: value === null ? "" : String(value),
+    inputMode: "decimal",
+    min: schema.minimum,
+    max: schema.maximum,
+    step: typeOf(schema) === "integer" ? "1" : "any",
   });
   return { control: input, read: () => (input.value === "" ? null : Number(input.value)) };
 }
 
 function textOf(schema, value) {
-  const input = schema.widget === "text" ? make("textarea", { rows: 3 })
-    : make("input", { type: schema.widget === "time" ? "time" : "text", autocapitalize: "none", spellcheck: false });
+  const input =
+    schema.widget === "text"
+      ? make("textarea", { rows: 3 })
+      : make("input", {
+          type: schema.widget === "time" ? "time" : "text",
+          autocapitalize: "none",
+          spellcheck: false,
+        });
   input.value = value ?? "";
-  return { control: input, read: () => (mayBeNull(schema) && input.value === "" ? null : input.value) };
+  return {
+    control: input,
+    read: () => (mayBeNull(schema) && input.value === "" ? null : input.value),
+  };
 }
 
 // A secret is never read: the field is empty, and stays unchanged while it is.
 function secretOf(schema, value, isKnown) {
   const input = make("input", {
-    type: "password", autocomplete: "new-password", value: value ?? "",
+    type: "password",
+    autocomplete: "new-password",
+    value: value ?? "",
     placeholder: isKnown ? t("unchanged") : "",
   });
-  const look = button(t("Show"), () => {
-    input.type = input.type === "password" ? "text" : "password";
-    look.textContent = input.type === "password" ? t("Show") : t("Hide");
-    look.setAttribute("aria-pressed", String(input.type === "text"));
-  }, { "aria-pressed": "false", className: "quiet" });
-  return { control: input, after: look, read: () => (input.value === "" ? undefined : input.value) };
+  const look = button(
+    t("Show"),
+    () => {
+      input.type = input.type === "password" ? "text" : "password";
+      look.textContent = input.type === "password" ? t("Show") : t("Hide");
+      look.setAttribute("aria-pressed", String(input.type === "text"));
+    },
+    { "aria-pressed": "false", className: "quiet" },
+  );
+  return {
+    control: input,
+    after: look,
+    read: () => (input.value === "" ? undefined : input.value),
+  };
 }
 
 function switchOf(value) {
@@ -68,7 +96,12 @@ function hintOf(schema) {
   if (schema.hint) {
     return t(schema.hint);
   }
-  if (isNumber(schema) && !schema.enum && schema.minimum !== undefined && schema.maximum !== undefined) {
+  if (
+    isNumber(schema) &&
+    !schema.enum &&
+    schema.minimum !== undefined &&
+    schema.maximum !== undefined
+  ) {
     return t("From {0} to {1}", schema.minimum, schema.maximum);
   }
   return "";
@@ -111,7 +144,12 @@ function watch(form, path, schema, row, { control, read }) {
 }
 
 // The row of a scalar at a path. `title` replaces the schema's where that says too little.
-export function field(form, path, schema, title = t(schema.title || String(path[path.length - 1]))) {
+export function field(
+  form,
+  path,
+  schema,
+  title = t(schema.title || String(path[path.length - 1])),
+) {
   const { draft } = form;
   const id = idOf(path);
   const isKnown = draft.valueBefore(path.slice(0, -1)) !== undefined;
@@ -121,15 +159,32 @@ export function field(form, path, schema, title = t(schema.title || String(path[
   made.control.id = id;
   made.control.setAttribute("aria-describedby", describedBy.filter(Boolean).join(" "));
   const isChanged = draft.isChanged(path);
-  const row = make("div", { className: isChanged ? "field changed" : "field" },
-    make("div", { className: "what" },
-      make("label", { htmlFor: id }, title), changeMark(isChanged),
-      schema.description ? make("p", { className: "about", id: `${id}-about` }, t(schema.description)) : null),
-    make("div", { className: "under" },
-      make("div", { className: "control" }, made.control, made.after,
-        schema.unit ? make("span", { className: "unit" }, t(schema.unit)) : null),
+  const row = make(
+    "div",
+    { className: isChanged ? "field changed" : "field" },
+    make(
+      "div",
+      { className: "what" },
+      make("label", { htmlFor: id }, title),
+      changeMark(isChanged),
+      schema.description
+        ? make("p", { className: "about", id: `${id}-about` }, t(schema.description))
+        : null,
+    ),
+    make(
+      "div",
+      { className: "under" },
+      make(
+        "div",
+        { className: "control" },
+        made.control,
+        made.after,
+        schema.unit ? make("span", { className: "unit" }, t(schema.unit)) : null,
+      ),
       hint ? make("p", { className: "hint", id: `${id}-hint` }, hint) : null,
-      make("p", { className: "problem", id: `${id}-problem`, hidden: true })));
+      make("p", { className: "problem", id: `${id}-problem`, hidden: true }),
+    ),
+  );
   row.dataset.title = title;
   watch(form, path, schema, row, made);
   tell(row, made.control, draft.refusals.get(pointerOf(path)));

@@ -5,7 +5,16 @@
 // inside, and what to call when something has changed.
 import { button, make } from "./dom.js";
 import { t } from "./text.js";
-import { isScalar, isSecret, isState, resolve, newValue, schemaOfChild, typeOf } from "./schema.js";
+import {
+  isLarge,
+  isScalar,
+  isSecret,
+  isState,
+  newValue,
+  resolve,
+  schemaOfChild,
+  typeOf,
+} from "./schema.js";
 import { field, idOf } from "./fields.js";
 import { list } from "./lists.js";
 import { inWords, line, part, show } from "./show.js";
@@ -15,23 +24,43 @@ function group(form, path, schema, level) {
   const name = path[path.length - 1];
   const parent = form.draft.schemaAt(path.slice(0, -1));
   const isOptional = typeOf(parent) === "object" && !(parent.required || []).includes(name);
-  const remove = isOptional ? button(t("Remove: {0}", t(schema.title)), () => {
-    form.draft.set(path, undefined);
-    form.rearranged(null);
-  }, { className: "quiet" }) : null;
-  return make("fieldset", { className: "group", id: idOf(path), tabIndex: -1 },
+  const remove = isOptional
+    ? button(
+        t("Remove: {0}", t(schema.title)),
+        () => {
+          form.draft.set(path, undefined);
+          form.rearranged(null);
+        },
+        { className: "quiet" },
+      )
+    : null;
+  return make(
+    "fieldset",
+    { className: "group", id: idOf(path), tabIndex: -1 },
     make("legend", {}, t(schema.title)),
     schema.description ? make("p", { className: "about" }, t(schema.description)) : null,
-    ...members(form, path, schema, level), remove);
+    ...members(form, path, schema, level),
+    remove,
+  );
 }
 
 function shown(form, path, schema, level) {
   const value = form.draft.valueAt(path);
   const { root } = form.draft;
-  const isPart = value !== null && typeof value === "object" &&
+  const isPart =
+    value !== null &&
+    typeof value === "object" &&
     !(Array.isArray(value) && value.every((one) => typeof one !== "object"));
-  return isPart && !(Array.isArray(value) && value.length === 0) ? part(root, schema, value, level)
+  return isPart && !(Array.isArray(value) && value.length === 0)
+    ? part(root, schema, value, level)
     : make("dl", {}, line(t(schema.title), inWords(root, schema, value)));
+}
+
+// True for a list whose elements have places of their own.
+function leadsOn(form, schema) {
+  return (
+    typeOf(schema) === "array" && isLarge(form.draft.root, resolve(form.draft.root, schema.items))
+  );
 }
 
 // What is at the path: a field, a list, a group, or a value to look at.
@@ -40,8 +69,13 @@ function member(form, path, level) {
   if (schema.set === "password") {
     return form.passwordOf(path);
   }
+  if (!form.mayChange(path) && !isState(schema) && leadsOn(form, schema)) {
+    return list(form, path, { ...schema, fixed: true });
+  }
   if (!form.mayChange(path) || isState(schema)) {
-    return isSecret(schema) ? make("dl", {}, line(t(schema.title), t("(secret)"))) : shown(form, path, schema, level);
+    return isSecret(schema)
+      ? make("dl", {}, line(t(schema.title), t("(secret)")))
+      : shown(form, path, schema, level);
   }
   if (isScalar(schema)) {
     return field(form, path, schema);
@@ -62,8 +96,10 @@ function adder(form, path, name) {
 
 // The members of an object with their schemas; what only the gateway changes comes last.
 function inOrder(form, schema, value) {
-  const all = Object.keys(schema.properties || {})
-    .map((name) => [name, schemaOfChild(form.draft.root, schema, name, value[name])]);
+  const all = Object.keys(schema.properties || {}).map((name) => [
+    name,
+    schemaOfChild(form.draft.root, schema, name, value[name]),
+  ]);
   return [...all.filter(([, one]) => !isState(one)), ...all.filter(([, one]) => isState(one))];
 }
 
@@ -91,8 +127,18 @@ function contents(form) {
     if (isScalar(one)) {
       scalars.push(form.member([name], 2));
     } else {
-      links.push(make("li", {}, make("a", { href: form.hrefOf([name]), className: "card" },
-        make("strong", {}, t(one.title)), make("span", { className: "about" }, t(one.description)))));
+      links.push(
+        make(
+          "li",
+          {},
+          make(
+            "a",
+            { href: form.hrefOf([name]), className: "card" },
+            make("strong", {}, t(one.title)),
+            make("span", { className: "about" }, t(one.description)),
+          ),
+        ),
+      );
     }
   }
   return [make("ul", { className: "cards" }, ...links), ...scalars];

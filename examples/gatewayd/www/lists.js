@@ -11,26 +11,36 @@ function frame(form, path, schema, ...inside) {
   const problem = form.draft.refusals.get(pointerOf(path));
   const title = t(schema.title);
   const isChanged = form.draft.isChanged(path);
-  return make("fieldset", { className: isChanged ? "list changed" : "list", id: idOf(path), tabIndex: -1 },
+  return make(
+    "fieldset",
+    { className: isChanged ? "list changed" : "list", id: idOf(path), tabIndex: -1 },
     make("legend", {}, title, changeMark(isChanged)),
     schema.description ? make("p", { className: "about" }, t(schema.description)) : null,
     make("p", { className: "problem", hidden: !problem }, problem ? `${title}: ${problem}` : ""),
-    ...inside);
+    ...inside,
+  );
 }
 
 function boxes(form, path, schema, items) {
   const chosen = new Set(form.draft.valueAt(path));
-  const all = make("div", { className: "boxes" }, ...items.enum.map((value) => {
-    const box = make("input", { type: "checkbox", checked: chosen.has(value) });
-    box.addEventListener("change", () => {
-      (box.checked ? chosen.add(value) : chosen.delete(value));
-      form.draft.set(path, items.enum.filter((one) => chosen.has(one)));
-      form.changed();
-      const list = box.closest("fieldset");
-      list.querySelector(".mark").hidden = !form.draft.isChanged(path);
-    });
-    return make("label", { className: "box" }, box, " ", choiceTitle(items, value));
-  }));
+  const all = make(
+    "div",
+    { className: "boxes" },
+    ...items.enum.map((value) => {
+      const box = make("input", { type: "checkbox", checked: chosen.has(value) });
+      box.addEventListener("change", () => {
+        box.checked ? chosen.add(value) : chosen.delete(value);
+        form.draft.set(
+          path,
+          items.enum.filter((one) => chosen.has(one)),
+        );
+        form.changed();
+        const list = box.closest("fieldset");
+        list.querySelector(".mark").hidden = !form.draft.isChanged(path);
+      });
+      return make("label", { className: "box" }, box, " ", choiceTitle(items, value));
+    }),
+  );
   return frame(form, path, schema, all);
 }
 
@@ -48,16 +58,28 @@ function tools(form, path, index, name, schema) {
   };
   const remove = () => {
     form.draft.removeElement(path, index);
-    form.rearranged(list.length > 0 ? `${idOf([...path, Math.min(index, list.length - 1)])}-remove`
-      : `${idOf(path)}-add`);
+    form.rearranged(
+      list.length > 0
+        ? `${idOf([...path, Math.min(index, list.length - 1)])}-remove`
+        : `${idOf(path)}-add`,
+    );
     say(t("{0} is taken out when you save.", name));
   };
   const tool = (sign, action, end, words, disabled) =>
     button(sign, action, { id: `${id}-${end}`, disabled, "aria-label": words, title: words });
-  return make("div", { className: "tools" },
+  return make(
+    "div",
+    { className: "tools" },
     tool("↑", move(index - 1, "{0} has moved up."), "up", t("Move {0} up", name), index === 0),
-    tool("↓", move(index + 1, "{0} has moved down."), "down", t("Move {0} down", name), index === list.length - 1),
-    tool("✕", remove, "remove", t("Remove {0}", name), list.length <= (schema.minItems || 0)));
+    tool(
+      "↓",
+      move(index + 1, "{0} has moved down."),
+      "down",
+      t("Move {0} down", name),
+      index === list.length - 1,
+    ),
+    tool("✕", remove, "remove", t("Remove {0}", name), list.length <= (schema.minItems || 0)),
+  );
 }
 
 function adder(form, path, schema, isPlace) {
@@ -95,35 +117,53 @@ function words(root, schema, value) {
     return [];
   }
   const { from, to } = value;
-  return from !== undefined && to !== undefined ? [from === to ? String(from) : `${from}–${to}`]
-    : Object.keys(value).flatMap((name) => words(root, schemaOfChild(root, schema, name, value[name]), value[name]));
+  return from !== undefined && to !== undefined
+    ? [from === to ? String(from) : `${from}–${to}`]
+    : Object.keys(value).flatMap((name) =>
+        words(root, schemaOfChild(root, schema, name, value[name]), value[name]),
+      );
 }
 
 function summary(form, path) {
   const value = form.draft.valueAt(path);
   const title = form.draft.titleOf(path);
   return words(form.draft.root, form.draft.schemaAt(path), value)
-    .filter((one) => one !== title).slice(0, 4).join(" · ");
+    .filter((one) => one !== title)
+    .slice(0, 4)
+    .join(" · ");
 }
 
 function linked(form, path, schema, index) {
   const here = [...path, index];
   const name = form.draft.titleOf(here);
-  return make("li", { className: form.draft.isChanged(here) ? "row changed" : "row" },
-    make("a", { href: form.hrefOf(here), className: "row-link" }, make("strong", {}, name),
-      make("span", { className: "about" }, summary(form, here))),
-    changeMark(form.draft.isChanged(here)), tools(form, path, index, name, schema));
+  return make(
+    "li",
+    { className: form.draft.isChanged(here) ? "row changed" : "row" },
+    make(
+      "a",
+      { href: form.hrefOf(here), className: "row-link" },
+      make("strong", {}, name),
+      make("span", { className: "about" }, summary(form, here)),
+    ),
+    changeMark(form.draft.isChanged(here)),
+    tools(form, path, index, name, schema),
+  );
 }
 
 function inline(form, path, schema, index) {
   const here = [...path, index];
   const items = form.draft.schemaAt(here);
   const name = form.draft.titleOf(here);
-  const inside = isScalar(items) ? [field(form, here, items, `${t(items.title)} ${index + 1}`)]
+  const inside = isScalar(items)
+    ? [field(form, here, items, `${t(items.title)} ${index + 1}`)]
     : Object.keys(items.properties).map((member) => form.member([...here, member], 2));
   const role = isScalar(items) ? {} : { role: "group", "aria-label": name };
-  return make("li", { className: "row inline" },
-    make("div", { className: "inside", ...role }, ...inside), tools(form, path, index, name, schema));
+  return make(
+    "li",
+    { className: "row inline" },
+    make("div", { className: "inside", ...role }, ...inside),
+    tools(form, path, index, name, schema),
+  );
 }
 
 export function list(form, path, schema) {
@@ -133,9 +173,16 @@ export function list(form, path, schema) {
     return boxes(form, path, schema, items);
   }
   const isPlace = typeOf(items) === "object" && isLarge(draft.root, items);
-  const rows = draft.valueAt(path)
+  const rows = draft
+    .valueAt(path)
     .map((element, index) => (isPlace ? linked : inline)(form, path, schema, index));
-  return frame(form, path, schema,
-    rows.length > 0 ? make("ol", { className: "rows" }, ...rows) : make("p", { className: "about" }, t("None yet.")),
-    adder(form, path, schema, isPlace));
+  return frame(
+    form,
+    path,
+    schema,
+    rows.length > 0
+      ? make("ol", { className: "rows" }, ...rows)
+      : make("p", { className: "about" }, t("None yet.")),
+    adder(form, path, schema, isPlace),
+  );
 }

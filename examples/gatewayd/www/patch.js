@@ -33,8 +33,10 @@ export function isSame(left, right) {
   }
   if (isObject(left) && isObject(right)) {
     const names = Object.keys(left);
-    return names.length === Object.keys(right).length &&
-      names.every((name) => name in right && isSame(left[name], right[name]));
+    return (
+      names.length === Object.keys(right).length &&
+      names.every((name) => name in right && isSame(left[name], right[name]))
+    );
   }
   return left === right;
 }
@@ -112,13 +114,27 @@ export function patchOf(base, work, guard) {
 
 const keyOf = (element) => element.id ?? element.name ?? element.mac ?? element.host ?? undefined;
 
+// Adds our new elements; one whose number they have given, too, gets the next free one.
+function addTo(list, added) {
+  for (const element of added) {
+    while (element.id !== undefined && list.some((one) => one.id === element.id)) {
+      element.id += 1;
+    }
+    list.push(element);
+  }
+  return list;
+}
+
 // Elements of theirs that we kept, with our edits, and then those that we added.
 function rebaseList(base, work, theirs) {
-  const ours = new Map(work.filter((one) => origins.has(one)).map((one) => [origins.get(one), one]));
+  const ours = new Map(
+    work.filter((one) => origins.has(one)).map((one) => [origins.get(one), one]),
+  );
   const merged = [];
   theirs.forEach((element, index) => {
-    const was = base.findIndex((one, place) => (keyOf(one) === undefined ? place === index
-      : keyOf(one) === keyOf(element)));
+    const was = base.findIndex((one, place) =>
+      keyOf(one) === undefined ? place === index : keyOf(one) === keyOf(element),
+    );
     if (was >= 0 && !ours.has(was)) {
       return;
     }
@@ -126,7 +142,10 @@ function rebaseList(base, work, theirs) {
     origins.set(copy, index);
     merged.push(copy);
   });
-  return [...merged, ...work.filter((one) => !origins.has(one))];
+  return addTo(
+    merged,
+    work.filter((one) => !origins.has(one)),
+  );
 }
 
 // What was read anew, with the edits that led from `base` to `work`.

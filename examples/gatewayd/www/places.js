@@ -5,19 +5,27 @@
 // undone in the right direction.
 
 export const hrefOf = (area, path = []) =>
-  "#/" + [area, ...path].filter((step) => step !== null).map(encodeURIComponent).join("/");
+  "#/" +
+  [area, ...path]
+    .filter((step) => step !== null)
+    .map(encodeURIComponent)
+    .join("/");
 
 function decoded(step) {
   try {
     return decodeURIComponent(step);
-  } catch (problem) {
+  } catch {
     return step;
   }
 }
 
 // The place of the address bar.
 export function here() {
-  const [area = "", ...path] = location.hash.replace(/^#\/?/, "").split("/").filter(Boolean).map(decoded);
+  const [area = "", ...path] = location.hash
+    .replace(/^#\/?/, "")
+    .split("/")
+    .filter(Boolean)
+    .map(decoded);
   return { area: area === "" ? null : area, path };
 }
 

@@ -14,7 +14,8 @@ const SENTENCES = {
 // `answer` is what api.js gives.
 export function reasonOf({ status, value, wait }) {
   if (status === 429) {
-    return wait > 90 ? t("Too many attempts. Wait {0} minutes.", Math.ceil(wait / 60))
+    return wait > 90
+      ? t("Too many attempts. Wait {0} minutes.", Math.ceil(wait / 60))
       : t("Too many attempts. Wait {0} seconds.", Math.max(wait, 1));
   }
   if (SENTENCES[status]) {

@@ -31,8 +31,9 @@ function merge(schema, more) {
 
 // Whether a value meets a condition: members that are a constant.
 function meets(condition, value) {
-  return Object.entries(condition.properties || {})
-    .every(([name, member]) => !value || value[name] === undefined || value[name] === member.const);
+  return Object.entries(condition.properties || {}).every(
+    ([name, member]) => !value || value[name] === undefined || value[name] === member.const,
+  );
 }
 
 // The schema of a value, with references followed and conditions decided.
@@ -56,24 +57,30 @@ export function resolve(root, schema, value) {
 
 // The schema of a member, or of the elements.
 export function schemaOfChild(root, schema, name, value) {
-  const child = typeOf(schema) === "array" ? schema.items
-    : (schema.properties && schema.properties[name]) || schema.additionalProperties || {};
+  const child =
+    typeOf(schema) === "array"
+      ? schema.items
+      : (schema.properties && schema.properties[name]) || schema.additionalProperties || {};
   return resolve(root, child, value);
 }
 
 // True when a place of its own, and not a row, shows an element: it has many members or deep ones.
 export function isLarge(root, schema) {
   const members = Object.values(schema.properties || {}).map((one) => resolve(root, one));
-  return typeOf(schema) === "object" &&
-    (members.length > 4 || members.some((one) => !isScalar(one) || isSecret(one)));
+  return (
+    typeOf(schema) === "object" &&
+    (members.length > 4 || members.some((one) => !isScalar(one) || isSecret(one)))
+  );
 }
 
-// True when some value below has this: isSecret or isState.
+// True when some value below has this: isSecret or isState. The number of an element does not count:
+// it is given once.
 export function hasInside(root, schema, test) {
   if (test(schema)) {
     return true;
   }
-  const below = schema.items ? [schema.items] : Object.values(schema.properties || {});
+  const members = Object.entries(schema.properties || {}).filter(([name]) => name !== "id");
+  const below = schema.items ? [schema.items] : members.map(([, member]) => member);
   return below.some((one) => hasInside(root, resolve(root, one), test));
 }
 
@@ -84,9 +91,11 @@ export function newValue(root, schema) {
   }
   switch (typeOf(schema)) {
     case "object":
-      return Object.fromEntries((schema.required || [])
-        .filter((name) => !resolve(root, schema.properties[name]).set)
-        .map((name) => [name, newValue(root, resolve(root, schema.properties[name]))]));
+      return Object.fromEntries(
+        (schema.required || [])
+          .filter((name) => !resolve(root, schema.properties[name]).set)
+          .map((name) => [name, newValue(root, resolve(root, schema.properties[name]))]),
+      );
     case "array":
       return schema.minItems ? [newValue(root, resolve(root, schema.items))] : [];
     case "boolean":
@@ -124,30 +133,42 @@ function rangeSentence(low, high, unit) {
   if (low !== undefined && high !== undefined) {
     return t("must be from {0} to {1}", low, high + end);
   }
-  return low !== undefined ? t("must be at least {0}", low + end) : t("must be at most {0}", high + end);
+  return low !== undefined
+    ? t("must be at least {0}", low + end)
+    : t("must be at most {0}", high + end);
 }
 
 function lengthSentence({ minLength, maxLength }) {
   if (minLength && maxLength) {
     return t("must have {0} to {1} characters", minLength, maxLength);
   }
-  return minLength ? t("must have at least {0} characters", minLength)
+  return minLength
+    ? t("must have at least {0} characters", minLength)
     : t("must have at most {0} characters", maxLength);
 }
 
 // Why a value is refused, in the words of its own schema. `message` is the gateway's sentence.
 export function explain(schema, keyword, message) {
   switch (keyword) {
-    case "minimum": case "maximum": case "exclusiveMinimum": case "exclusiveMaximum":
+    case "minimum":
+    case "maximum":
+    case "exclusiveMinimum":
+    case "exclusiveMaximum":
       return rangeSentence(schema.minimum, schema.maximum, schema.unit);
-    case "minLength": case "maxLength":
+    case "minLength":
+    case "maxLength":
       return lengthSentence(schema);
-    case "pattern": case "format": case "anyOf":
+    case "pattern":
+    case "format":
+    case "anyOf":
       return schema.hint ? t("is not valid") + ". " + t(schema.hint) : t("is not valid");
-    case "enum": case "const":
+    case "enum":
+    case "const":
       return t("must be one of the choices");
     case "type":
-      return ["integer", "number"].includes(typeOf(schema)) ? t("must be a number") : t("is not valid");
+      return ["integer", "number"].includes(typeOf(schema))
+        ? t("must be a number")
+        : t("is not valid");
     case "required":
       return t("is missing");
     case "uniqueItems":

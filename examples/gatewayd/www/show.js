@@ -35,7 +35,8 @@ function withUnit(schema, value) {
   }
 }
 
-const isTable = (value) => Array.isArray(value) && value.some((one) => one !== null && typeof one === "object");
+const isTable = (value) =>
+  Array.isArray(value) && value.some((one) => one !== null && typeof one === "object");
 
 // The columns of a table: the scalars of an element, those of its objects with their titles before.
 function columns(root, schema, element, path = [], title = "") {
@@ -61,13 +62,22 @@ function cellOf(root, schema, value) {
 
 export function table(root, schema, value, title) {
   const items = resolve(root, schema.items);
-  const shown = columns(root, items, value[0])
-    .filter((column) => value.some((one) => at(one, column.path) !== undefined));
+  const shown = columns(root, items, value[0]).filter((column) =>
+    value.some((one) => at(one, column.path) !== undefined),
+  );
   const head = make("tr", {}, ...shown.map((column) => make("th", { scope: "col" }, column.title)));
-  const rows = value.map((one) => make("tr", {},
-    ...shown.map((column) => make("td", {}, cellOf(root, column.schema, at(one, column.path))))));
-  return make("div", { className: "scroll", tabIndex: 0, role: "region", "aria-label": title },
-    make("table", {}, make("thead", {}, head), make("tbody", {}, ...rows)));
+  const rows = value.map((one) =>
+    make(
+      "tr",
+      {},
+      ...shown.map((column) => make("td", {}, cellOf(root, column.schema, at(one, column.path)))),
+    ),
+  );
+  return make(
+    "div",
+    { className: "scroll", tabIndex: 0, role: "region", "aria-label": title },
+    make("table", {}, make("thead", {}, head), make("tbody", {}, ...rows)),
+  );
 }
 
 // One member as a line of a list, or as a part of its own.
@@ -99,7 +109,8 @@ export function show(root, schema, value, level) {
 export function part(root, schema, value, level) {
   const title = t(schema.title);
   const heading = make("h" + Math.min(level, 6), {}, title);
-  const inside = Array.isArray(value) ? [table(root, schema, value, title)]
+  const inside = Array.isArray(value)
+    ? [table(root, schema, value, title)]
     : show(root, schema, value, level + 1);
   return make("section", { className: "part" }, heading, ...inside);
 }

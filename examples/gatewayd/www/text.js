@@ -28,21 +28,35 @@ export function t(english, ...values) {
   return text.replace(/\{(\d)\}/g, (all, index) => String(values[Number(index)]));
 }
 
-export const number = (value) => new Intl.NumberFormat(current, { maximumFractionDigits: 2 }).format(value);
+export const number = (value) =>
+  new Intl.NumberFormat(current, { maximumFractionDigits: 2 }).format(value);
 
 export const moment = (text) => {
   const time = new Date(text);
-  return Number.isNaN(time.getTime()) ? text
+  return Number.isNaN(time.getTime())
+    ? text
     : new Intl.DateTimeFormat(current, { dateStyle: "medium", timeStyle: "short" }).format(time);
 };
 
 // 93784 seconds are "1 d 2 h".
 export function duration(seconds) {
-  const parts = [[86400, "d"], [3600, "h"], [60, "min"], [1, "s"]]
-    .map(([length, unit], index, all) => [Math.floor((index ? seconds % all[index - 1][0] : seconds) / length), unit]);
+  const parts = [
+    [86400, "d"],
+    [3600, "h"],
+    [60, "min"],
+    [1, "s"],
+  ].map(([length, unit], index, all) => [
+    Math.floor((index ? seconds % all[index - 1][0] : seconds) / length),
+    unit,
+  ]);
   const first = parts.findIndex(([count]) => count > 0);
-  return first < 0 ? "0 s" : parts.slice(first, first + 2).filter(([count]) => count > 0)
-    .map(([count, unit]) => `${number(count)} ${unit}`).join(" ");
+  return first < 0
+    ? "0 s"
+    : parts
+        .slice(first, first + 2)
+        .filter(([count]) => count > 0)
+        .map(([count, unit]) => `${number(count)} ${unit}`)
+        .join(" ");
 }
 
 // 91823344512 bytes are "91.8 GB".

@@ -1,0 +1,36 @@
+// The language and the colours of the page: chosen in the header, kept by the browser.
+import { byId, make } from "./dom.js";
+import { language, languages, speak, t } from "./text.js";
+
+const KEPT = "gatewayd-theme";
+
+// Texts of the page's own file carry their English in data-t.
+function translate() {
+  document.documentElement.lang = language();
+  for (const element of document.querySelectorAll("[data-t]")) {
+    element.textContent = t(element.dataset.t);
+  }
+}
+
+function choose(theme) {
+  document.documentElement.dataset.theme = theme;
+  localStorage.setItem(KEPT, theme);
+  byId("theme").value = theme;
+}
+
+// Calls translated() whenever another language is chosen.
+export function listenForLooks(translated) {
+  byId("language").append(
+    ...Object.entries(languages).map(([value, name]) =>
+      make("option", { value, lang: value, selected: value === language() }, name),
+    ),
+  );
+  byId("language").addEventListener("change", () => {
+    speak(byId("language").value);
+    translate();
+    translated();
+  });
+  byId("theme").addEventListener("change", () => choose(byId("theme").value));
+  choose(localStorage.getItem(KEPT) || "system");
+  translate();
+}
