@@ -41,8 +41,10 @@ constexpr char kHelp[] =
     "  written   4 somebody else is changing it   5 it does not conform to its schema\n\n"
     "Quote paths: a shell may take [0] for a pattern. Put -- before a word that begins with -.\n\n"
     "A save replaces the file in one step: readers see the old document or the new one. Edits by\n"
-    "hearth commands wait for each other, and none overwrites a change that it has not seen. The\n"
-    "backend takes no part in that: what it holds in memory, it may save over an edit later.";
+    "hearth commands, and by a backend that uses the kit, wait for each other, and none overwrites "
+    "a\n"
+    "change that it has not seen. What any other backend holds in memory, it may save over an "
+    "edit.";
 
 // The options of all commands.
 struct GlobalOptions {

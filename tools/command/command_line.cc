@@ -66,7 +66,9 @@ std::string wrongIn(const CLI::App& app, const std::string& surplusWord,
     return "VALUE and " + options[0] + " do not go together";
   }
   if (kind == CLI::ExitCodes::ArgumentMismatch && !options.empty()) {
-    return options[0] + " needs a word behind it";
+    const bool isRepeated =
+        text.find("At Most") != std::string::npos || text.find(", got 2") != std::string::npos;
+    return options[0] + (isRepeated ? " stands there twice" : " needs a word behind it");
   }
   return options.empty() ? "the command line makes no sense" : options[0] + " makes no sense here";
 }
