@@ -62,7 +62,7 @@ void refuseDeepPath(const Path& path) {
 // refuses only paths that it cannot follow, and those can be explained.
 Path storeAt(const LoadedFile& document, const Path& path, json_object* value) {
   refuseMemberOfArray(document, path);
-  const Path stored = whereStored(document.root(), path);
+  Path stored = whereStored(document.root(), path);
   if (JsonData::setJObj(document.root(), path.text().c_str(), value) != 0) {
     document.explainMissing(path);
   }

@@ -205,7 +205,10 @@ Handle GivenValue::make(json_object* replaced) const {
   if (replaced != nullptr) {
     return makeInPlaceOf(replaced, text_, shown());
   }
-  return isHidden_ ? newString(text_) : makeInferred(text_);
+  if (isHidden_) {
+    return newString(text_);
+  }
+  return makeInferred(text_);
 }
 
 }  // namespace hearth::tool

@@ -49,8 +49,8 @@ constexpr Capitals kCapitals[] = {
     {0x1E00, 0x1E95, kPairs}, {0x1EA0, 0x1EFF, kPairs}, {0xFF21, 0xFF3A, 32},
 };
 
-template <std::size_t N>
-bool isIn(const Range (&ranges)[N], uint32_t code) {
+template <std::size_t kCount>
+bool isIn(const Range (&ranges)[kCount], uint32_t code) {
   return std::any_of(std::begin(ranges), std::end(ranges), [code](const Range& range) {
     return code >= range.first && code <= range.last;
   });
