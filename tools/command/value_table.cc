@@ -74,10 +74,7 @@ Cell memberCell(View row, const std::string& name) {
 Report tableOf(View values, const std::vector<std::string>& columns) {
   const std::vector<View> rows = rowsOf(values);
   const std::vector<std::string> names = columns.empty() ? namesIn(rows) : columns;
-  std::vector<Path> paths;
-  for (const std::string& column : columns) {
-    paths.emplace_back(column);
-  }
+  const std::vector<Path> paths(columns.begin(), columns.end());
   Report report(names);
   for (const View row : rows) {
     std::vector<Cell> cells;
