@@ -122,7 +122,7 @@ TEST_F(StoreCommandTest, FinishesWhatWasInterrupted) {
            "hearth set wifi 'radios.[0].channel' 11" +
            left,
        "1\n0\n", "is now finished (1 area left to do)"},
-      {"cmp data/misc/misc.ldb " HEARTH_SAMPLE "/misc/misc.ldb"},
+      {"hearth diff data/misc/misc.ldb " HEARTH_SAMPLE "/misc/misc.ldb"},
       {interrupt + "sed -i s/revision/x/ data/misc/misc.ldb"},
       {"hearth set wifi 'radios.[0].channel' 1", 4, "'hearth batch --drop' gives up"},
       {"hearth batch --resume --force; hearth get misc revision" + left, "64\n0\n", "finished"},
@@ -174,7 +174,8 @@ TEST_F(StoreCommandTest, ImportsAndExportsWithCare) {
   runAll({
       {"hearth import misc data/qos/qos.ldb", 1, "looks like a database of area qos, not misc"},
       {"echo y | script -qec '" HEARTH_COMMAND " import misc data/qos/qos.ldb' /dev/null "
-       ">/dev/null; cmp data/misc/misc.ldb data/qos/qos.ldb && hearth undo misc >/dev/null && "
+       ">/dev/null; hearth diff data/misc/misc.ldb data/qos/qos.ldb && hearth undo misc >/dev/null "
+       "&& "
        "hearth import --yes misc data/qos/qos.ldb",
        "", kUnguarded},
       {"chmod 600 data/wifi/wifi.ldb; echo >open; for f in new open; do hearth export wifi $f; "
