@@ -1,6 +1,6 @@
 // An address as text, for a log line. C libraries differ in what they make of %p; hearth's lines
-// say
-// "(nil)" for null and hexadecimal digits behind "0x" for the rest, whatever they are built with.
+// say "(nil)" for null and hexadecimal digits behind "0x" for the rest, whatever they are built
+// with.
 #ifndef HEARTH_BASE_ADDRESS_H
 #define HEARTH_BASE_ADDRESS_H
 

@@ -95,7 +95,7 @@ PathLookup::Outcome PathLookup::walk(json_object* root, const char* path) {
 PathLookup::Outcome PathLookup::find(json_object* root, const char* path) {
   if (root == nullptr || path == nullptr) {
     HEARTH_LOG(LOG_ERROR, "%s: wrong params jobj=%s path=%s\n", kOperation, Address(root).text(),
-               hearth::Address(path).text());
+               Address(path).text());
     return Outcome::kRefused;
   }
   // The empty path has no token, and the root no container.

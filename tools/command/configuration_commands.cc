@@ -200,14 +200,8 @@ void config(Context& context, const FileOptions& options) {
 // Seconds since the epoch as a date and time in UTC; left as they are when no calendar reaches
 // there.
 std::string timeText(const char* seconds) {
-  const auto time = static_cast<time_t>(strtoull(seconds, nullptr, 10));
-  struct tm parts;
-  char text[64];
-  if (gmtime_r(&time, &parts) == nullptr ||
-      strftime(text, sizeof(text), "%Y-%m-%dT%H:%M:%SZ", &parts) == 0) {
-    return seconds;
-  }
-  return text;
+  const std::string text = utcText(static_cast<time_t>(strtoull(seconds, nullptr, 10)));
+  return text.empty() ? seconds : text;
 }
 
 // Adds a record that has an address; the library passes over others. `seen` are the addresses so

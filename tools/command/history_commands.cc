@@ -29,14 +29,8 @@ struct HistoryOptions {
 };
 
 std::string timeOf(int64_t seconds) {
-  const auto time = static_cast<time_t>(seconds);
-  struct tm fields {};
-  char text[32] = "";
-  if (gmtime_r(&time, &fields) == nullptr ||
-      strftime(text, sizeof(text), "%Y-%m-%dT%H:%M:%SZ", &fields) == 0) {
-    return "-";
-  }
-  return text;
+  const std::string text = utcText(static_cast<time_t>(seconds));
+  return text.empty() ? "-" : text;
 }
 
 // What a former file held; null for what is no document.

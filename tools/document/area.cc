@@ -92,4 +92,9 @@ bool exists(const std::string& file) {
   return stat(file.c_str(), &status) == 0;
 }
 
+mode_t modeOf(const std::string& file) {
+  struct stat status;
+  return stat(file.c_str(), &status) == 0 ? status.st_mode & 0777U : 0;
+}
+
 }  // namespace hearth::tool

@@ -2,6 +2,8 @@
 #ifndef HEARTH_TOOLS_DOCUMENT_AREA_H
 #define HEARTH_TOOLS_DOCUMENT_AREA_H
 
+#include <sys/types.h>
+
 #include <string>
 #include <vector>
 
@@ -40,6 +42,9 @@ struct AreaOrFile {
 [[nodiscard]] unsigned int messageOf(unsigned int area, const std::string& text);
 
 [[nodiscard]] bool exists(const std::string& file);
+
+// The permissions of a file, without the bits above them; 0 where there is none.
+[[nodiscard]] mode_t modeOf(const std::string& file);
 
 }  // namespace hearth::tool
 

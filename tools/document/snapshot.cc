@@ -2,8 +2,6 @@
 // first database is handed out.
 #include "tools/document/snapshot.h"
 
-#include <sys/stat.h>
-
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>
@@ -26,16 +24,6 @@ namespace {
 constexpr int64_t kVersion = 1;
 constexpr int kOwnLevels = 3;  // the snapshot, "areas", the area
 
-std::string timeNow() {
-  const time_t now = time(nullptr);
-  struct tm fields {};
-  char text[32] = "";
-  if (gmtime_r(&now, &fields) != nullptr) {
-    static_cast<void>(strftime(text, sizeof(text), "%Y-%m-%dT%H:%M:%SZ", &fields));
-  }
-  return text;
-}
-
 bool hasRoomInside(const TreeMapObject& document) {
   return !detail::isNestedDeeperThan(View(document.jobj), detail::kParserLevels - kOwnLevels);
 }
@@ -52,8 +40,7 @@ StoredDatabase readDatabase(unsigned int area, const std::string& file) {
     }
     database.text = std::move(text);
   }
-  struct stat status {};
-  database.mode = stat(file.c_str(), &status) == 0 ? status.st_mode & 0777U : 0;
+  database.mode = modeOf(file);
   return database;
 }
 
@@ -134,7 +121,8 @@ Handle jsonOf(const Snapshot& snapshot, const char* kind) {
   }
   json_object_object_add(whole->jobj, "hearth", json_object_new_string(kind));
   json_object_object_add(whole->jobj, "version", json_object_new_int64(kVersion));
-  json_object_object_add(whole->jobj, "made", json_object_new_string(timeNow().c_str()));
+  json_object_object_add(whole->jobj, "made",
+                         json_object_new_string(utcText(time(nullptr)).c_str()));
   json_object_object_add(whole->jobj, "areas", areas);
   json_object_object_add(whole->jobj, "checksum",
                          json_object_new_string(fingerprintOf(View(areas)).c_str()));

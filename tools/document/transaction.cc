@@ -1,7 +1,5 @@
 #include "tools/document/transaction.h"
 
-#include <sys/stat.h>
-
 #include "hearth/local_db_ctrl.h"
 #include "tools/document/area.h"
 #include "tools/document/replacement.h"
@@ -17,11 +15,6 @@ FolderLock lockFinishedStore() {
     finishInterrupted(false);
   }
   return lockStore();
-}
-
-mode_t modeOf(const std::string& file) {
-  struct stat status {};
-  return stat(file.c_str(), &status) == 0 ? status.st_mode & 0777U : 0;
 }
 
 }  // namespace

@@ -87,6 +87,16 @@ std::size_t columns(std::string_view text) {
   return count;
 }
 
+std::string utcText(std::time_t time) {
+  struct tm fields {};
+  char text[64];
+  if (gmtime_r(&time, &fields) == nullptr ||
+      strftime(text, sizeof(text), "%Y-%m-%dT%H:%M:%SZ", &fields) == 0) {
+    return "";
+  }
+  return text;
+}
+
 std::string counted(std::size_t count, const char* thing) {
   return std::to_string(count) + " " + thing + (count == 1 ? "" : "s");
 }

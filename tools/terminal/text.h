@@ -3,6 +3,7 @@
 #define HEARTH_TOOLS_TERMINAL_TEXT_H
 
 #include <cstddef>
+#include <ctime>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -25,6 +26,9 @@ enum class Escapes {
 
 // "1 element", "2 elements".
 [[nodiscard]] std::string counted(std::size_t count, const char* thing);
+
+// "2026-11-23T12:00:00Z"; empty for a time that no calendar reaches.
+[[nodiscard]] std::string utcText(std::time_t time);
 
 // "; did you mean 'wifi'?" for the candidate that is nearest to the word; empty when none is near.
 [[nodiscard]] std::string didYouMean(std::string_view word,
