@@ -17,6 +17,8 @@ AXE = open(os.environ["AXE"], encoding="utf-8").read() if os.environ.get("AXE") 
 NETWORK = "wifi/radios/0/networks/0"
 PASSPHRASE = "/radios/0/networks/0/security/passphrase"
 OTHER = "another password"
+DARK = "rgb(23, 20, 17)"
+BACKGROUND = "return getComputedStyle(document.body).backgroundColor"
 AREAS = ("gateway", "wifi", "network", "security", "service", "mediashare", "qos", "misc")
 
 
@@ -288,13 +290,17 @@ class Walk:
             page.click("#menu")
         page.choose("#language", "Deutsch")
         page.find("h1", "Übersicht")
+        for device, background in (("dark", DARK), ("light", "rgb(244, 242, 239)")):
+            page.browser.execute_cdp_cmd("Emulation.setEmulatedMedia", {
+                "features": [{"name": "prefers-color-scheme", "value": device}]})
+            page.wait(lambda: background == page.run(BACKGROUND), f"the page does not follow a {device} device")
         page.choose("#theme", "Dunkel")
         page.resize(800, 360 if self.width < 400 else None)
         for place, heading in (("", "Übersicht"), (NETWORK, "Garden Path"), ("service/portForwarding", "Portweiterleitungen")):
             page.go(place, heading)
             self.assertEqual([], page.faults())
             page.shoot("dark-" + (place.replace("/", "-") or "overview"))
-        self.assertEqual("rgb(23, 20, 17)", page.run("return getComputedStyle(document.body).backgroundColor"))
+        self.assertEqual(DARK, page.run(BACKGROUND))
         self.assertEqual("de", page.run("return document.documentElement.lang"))
         page.go(NETWORK, "Garden Path")
         page.fill(PASSPHRASE, "kurz")

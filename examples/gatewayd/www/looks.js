@@ -12,10 +12,19 @@ function translate() {
   }
 }
 
+// The device's wish, which the page follows when it is not told otherwise.
+const wishesDark = matchMedia("(prefers-color-scheme: dark)");
+
+function colour() {
+  const theme = byId("theme").value;
+  const isDark = theme === "dark" || (theme === "system" && wishesDark.matches);
+  document.documentElement.dataset.theme = isDark ? "dark" : "light";
+}
+
 function choose(theme) {
-  document.documentElement.dataset.theme = theme;
   localStorage.setItem(KEPT, theme);
   byId("theme").value = theme;
+  colour();
 }
 
 // Calls translated() whenever another language is chosen.
@@ -31,6 +40,7 @@ export function listenForLooks(translated) {
     translated();
   });
   byId("theme").addEventListener("change", () => choose(byId("theme").value));
+  wishesDark.addEventListener("change", colour);
   choose(localStorage.getItem(KEPT) || "system");
   translate();
 }
