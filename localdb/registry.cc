@@ -209,7 +209,9 @@ int LocalDbCtrl::cloneNewDB(const char* sessionKey) {
     return 0;
   }
   for (unsigned int area = 0; area < hearth::kAreaCount; ++area) {
-    hearth::Slot(*handler, area).load(kOperation);
+    const hearth::Slot slot(*handler, area);
+    slot.load(kOperation);
+    slot.tightenLoaded();
   }
   switch (hearth::registerHandler(sessionKey, &handler->face)) {
     case Registering::kDone:

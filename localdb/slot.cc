@@ -30,6 +30,7 @@
 #include "hearth/json_data.h"
 #include "json/handle/handle.h"
 #include "json/json_file.h"
+#include "json/tighten.h"
 #include "localdb/area.h"
 #include "localdb/holds.h"
 #include "log/library_log.h"
@@ -128,6 +129,12 @@ bool Slot::loadFirst(const char* name) const {
   const bool isRead = file.reading == Reading::kValue || file.reading == Reading::kNoValue;
   object() = isRead ? newOwningHandle(file.value.release()) : nullptr;
   return object() != nullptr;
+}
+
+void Slot::tightenLoaded() const {
+  if (object() != nullptr) {
+    tighten(object()->jobj);
+  }
 }
 
 bool Slot::loadAgain(const char* name) const {

@@ -48,6 +48,9 @@ class Slot {
   // whose file held no value reads it again, and logs when there is one now.
   void load(const char* operation) const;
 
+  // Makes what has just been loaded smaller, for a slot that will keep it in memory.
+  void tightenLoaded() const;
+
   // The handle that a lock on the path hands out; null when the database or the value is missing.
   [[nodiscard]] TreeMapObject* open(const char* path) const;
 

@@ -74,6 +74,16 @@ TEST_F(SessionsTest, AreMadeFromTheFilesAndRemoved) {
   }
 }
 
+// A session keeps eight databases in memory for as long as it lives.
+TEST_F(SessionsTest, ReserveNoRoomForMembersToCome) {
+  LocalDbCtrl::cloneNewDB("s");
+  for (const TreeMapObject* database : LocalDbCtrl::getDBByKey("s")->localdb) {
+    EXPECT_GT(json_object_get_object(parse(kFreshFile).get())->size,
+              json_object_get_object(database->jobj)->size);
+    EXPECT_EQ(plain(parse(kFreshFile).get()), plain(*database));
+  }
+}
+
 // A removal waits for the holder of any slot, the first or the last, without a line. The holder
 // ends its lock on the handler that it locked, whatever the key names by then, and does not disturb
 // the default handler, which another thread holds.
