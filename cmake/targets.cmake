@@ -32,6 +32,11 @@ function(hearth_add_objects name)
   # Sections of their own let the linker drop what nobody calls. Unwind tables give a backtrace its
   # frames, also on ARM where C++ code without exceptions has none by default.
   target_compile_options(${name} PRIVATE -ffunction-sections -fdata-sections -funwind-tables)
+  # These objects hold ordinary code as well, and tests and tools link that.
+  if(HEARTH_LTO AND hearth_library_type STREQUAL "SHARED")
+    target_compile_options(${name} PRIVATE -flto -ffat-lto-objects)
+    target_link_options(${name} INTERFACE -fno-lto)
+  endif()
   target_link_libraries(${name} PRIVATE hearth_flags)
 endfunction()
 
@@ -58,6 +63,7 @@ function(hearth_link_library name)
   endif()
   if(hearth_library_type STREQUAL "SHARED")
     hearth_limit_exports(${name})
+    target_link_options(${name} PRIVATE $<$<BOOL:${HEARTH_LTO}>:-flto=auto>)
   endif()
 endfunction()
 
