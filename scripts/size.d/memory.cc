@@ -1,7 +1,7 @@
-// What a process pays for hearth: the libraries that come with it, and the heap for a database.
-// Linked to nothing of hearth's, so that the load can be seen.
+// What a process pays for hearth: the libraries that come with it, and the heap for a database and
+// for a session of its own. Linked to nothing of hearth's, so that the load can be seen.
 //
-//   memory LIBRARY DATABASE
+//   memory LIBRARY DATABASE      in the folder that holds "data", the sessions' databases
 #include <dlfcn.h>
 #include <link.h>
 #include <malloc.h>
@@ -9,6 +9,7 @@
 #include <unistd.h>
 
 #include <cstdio>
+#include <cstdlib>
 #include <cstring>
 #include <set>
 #include <string>
@@ -47,6 +48,19 @@ std::size_t heap() {
   return mallinfo2().uordblks;
 }
 
+// The library's function of that symbol; ends the program if there is none.
+template <typename Function>
+Function* functionOf(void* library, const char* symbol) {
+  void* const address = dlsym(library, symbol);
+  if (address == nullptr) {
+    std::fprintf(stderr, "%s\n", dlerror());
+    std::exit(1);
+  }
+  Function* function = nullptr;
+  std::memcpy(&function, &address, sizeof function);
+  return function;
+}
+
 }  // namespace
 
 int main(int, char** arguments) {
@@ -61,16 +75,19 @@ int main(int, char** arguments) {
   const std::size_t loaded = heap();
   std::printf("%-24s %8zu bytes\n", "heap for loading", loaded - before);
 
-  using Load = void* (*)(const char*);
-  void* const load = dlsym(library, "_ZN8JsonData20createObjectFromFileEPKc");
-  Load call = nullptr;
-  std::memcpy(&call, &load, sizeof call);
-  if (call == nullptr || call(arguments[2]) == nullptr) {
+  auto* const load =
+      functionOf<void*(const char*)>(library, "_ZN8JsonData20createObjectFromFileEPKc");
+  if (load(arguments[2]) == nullptr) {
     return 1;
   }
   struct stat file {};
   (void)stat(arguments[2], &file);
   std::printf("%-24s %8zu bytes, file of %ld bytes\n", "heap for a database", heap() - loaded,
               static_cast<long>(file.st_size));
-  return 0;
+
+  functionOf<void()>(library, "_ZN11LocalDbCtrl4initEv")();
+  const std::size_t started = heap();
+  const int made = functionOf<int(const char*)>(library, "_ZN11LocalDbCtrl10cloneNewDBEPKc")("one");
+  std::printf("%-24s %8zu bytes\n", "heap for a session", heap() - started);
+  return made == 1 ? 0 : 1;
 }
