@@ -99,3 +99,11 @@ extern "C" void free(void* memory) {
   static auto* const release = behind(free, "free");
   release(memory);
 }
+
+// Not the C library's own, which has no unwind tables on some architectures: a backtrace from its
+// call of malloc would end there.
+extern "C" char* strdup(const char* text) {
+  const std::size_t size = std::strlen(text) + 1;
+  void* const copy = malloc(size);
+  return copy != nullptr ? static_cast<char*>(std::memcpy(copy, text, size)) : nullptr;
+}
