@@ -173,6 +173,7 @@ def keep_booted(folder, work):
     """Boots a guest and keeps its memory in the work folder."""
     guest = Guest(folder, work)
     if not guest.listen(PATIENCE, "READY"):
+        guest.cut()
         sys.exit(f"the guest did not start: {guest.text[-500:]}")
     guest.keep_memory()
     guest.cut()
