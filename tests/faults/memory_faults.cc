@@ -1,5 +1,5 @@
-// Defines malloc and its kin: each counts its call, refuses it if that is due, and else hands it on
-// to the function behind this library, the C library's own.
+// Defines malloc and its kin: each counts its call, refuses it if that is due, and else has it done
+// by the functions behind this library, the C library's own.
 #include "tests/faults/memory_faults.h"
 
 #include <dlfcn.h>
@@ -80,9 +80,15 @@ extern "C" void* malloc(std::size_t size) {
   return isRefused() ? nullptr : counted(allocate(size));
 }
 
+// Without the C library's own, which may call malloc and would be counted twice.
 extern "C" void* calloc(std::size_t count, std::size_t size) {
-  static auto* const allocate = behind(calloc, "calloc");
-  return isRefused() ? nullptr : counted(allocate(count, size));
+  static auto* const allocate = behind(malloc, "malloc");
+  std::size_t all = 0;
+  if (__builtin_mul_overflow(count, size, &all) || isRefused()) {
+    return nullptr;
+  }
+  void* const memory = counted(allocate(all));
+  return memory != nullptr ? std::memset(memory, 0, all) : nullptr;
 }
 
 extern "C" void* realloc(void* memory, std::size_t size) {
