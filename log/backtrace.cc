@@ -1,6 +1,7 @@
 // Frames come from the unwinder of C++ exceptions, which every compiler's run-time library has.
 // Where the C library has no unwind tables, as musl's has none, it knows a signal's frame by the
-// code that the signal returns to. Names come from dladdr, so only exported functions have one.
+// code that the signal returns to, and a stack that goes through the C library's functions ends
+// there. Names come from dladdr, so only exported functions have one.
 #ifndef HEARTH_HAS_BACKTRACE
 #include "log/backtrace.h"
 
