@@ -107,7 +107,7 @@ def browse(board):
     begun = time.monotonic()
     with open(f"{board.work}/browser.log", "w+", encoding="utf-8") as log:
         status = subprocess.run(
-            [sys.executable, "-B", "browser_test.py", board.url, pictures, "-v"],
+            ["/usr/bin/python3", "-B", "browser_test.py", board.url, pictures, "-v"],
             cwd=f"{ROOT}/tests/e2e", stdout=log, stderr=log, check=False,
             env=dict(os.environ, GATEWAYD_SHELL=f"{CONSOLE} {board.work}/console",
                      GATEWAYD_PASSWORD=board.password, GATEWAYD_PATIENCE="60")).returncode
@@ -147,7 +147,7 @@ def look(image, work):
         checks = board.run("self-check").split("\n")
         tell("request road and the command's own checks", f"{sum(line.startswith('ok') for line in checks)} passed")
         tell_requests(board)
-        if not os.environ.get("NO_BROWSER"): browse(board)
+        browse(board)
         tell_memory(board, "after all that")
         tell_flash(board, image)
         outlive_a_cut(board, image)
