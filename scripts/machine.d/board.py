@@ -39,7 +39,7 @@ class Board:
             "qemu-system-arm", "-M", "ast2600-evb,fmc-model=s25fl129p1", "-nodefaults", "-display",
             "none", "-no-reboot", "-kernel", f"{self.image}/kernel", "-dtb", f"{self.image}/board.dtb",
             "-device", f"loader,file={self.image}/initramfs,addr=0x84000000,force-raw=on",
-            "-append", f"console=ttyS4 mem={MEMORY}M quiet panic=-1 password={self.password}",
+            "-append", f"console=ttyS4 mem={MEMORY}M maxcpus=1 quiet panic=-1 password={self.password}",
             "-drive", f"file={self.work}/flash,format=raw,if=mtd", "-chardev",
             f"socket,id=console,path={self.work}/console,server=on,wait=off,logfile={self.work}/console.log",
             "-serial", "chardev:console", "-nic",
