@@ -1,5 +1,6 @@
 """A router owner's way through the page: run with the path of gatewayd, or the URL of one that runs
-elsewhere (gateway.py says how it is reached), and a folder for pictures of every view if they are wanted. AXE names axe-core's script; without it nobody looks for barriers."""
+elsewhere (gateway.py says how it is reached), and a folder for pictures of every view if they are
+wanted. AXE names axe-core's script; without it nobody looks for barriers."""
 
 import json
 import os
