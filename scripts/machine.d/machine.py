@@ -72,7 +72,7 @@ def tell_requests(board):
     client = Client(board)
     client.log_in()
     rows = [("read one value", 50, lambda i: client.ask("GET", "/api/v1/wifi/radios/0/channel")),
-            ("read an area of 17 KB", 25, lambda i: client.ask("GET", "/api/v1/wifi")),
+            ("read an area of 16 KB", 25, lambda i: client.ask("GET", "/api/v1/wifi")),
             ("change, check and save a value", 25, client.save),
             ("log in", 2, lambda i: client.log_in())]
     for what, turns, request in rows:
