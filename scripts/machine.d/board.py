@@ -31,7 +31,7 @@ class Board:
         shutil.copy(f"{image}/flash", f"{work}/flash")
 
     def start(self, is_counted=True):
-        """Switches it on; True when its gateway answers, on the board itself."""
+        """Switches it on and waits until its gateway answers on the board itself."""
         for old in ("console", "console.log"):
             if os.path.exists(f"{self.work}/{old}"):
                 os.unlink(f"{self.work}/{old}")

@@ -17,7 +17,7 @@ import time
 from board import Board, CONSOLE, HERE, MEMORY
 
 ROOT = os.path.dirname(os.path.dirname(HERE))
-SYSTEM_START, DATA_START = 7 << 20, 12 << 20  # in the flash, as board.dts has them
+DATA_START = 12 << 20  # in the flash, as board.dts has it; what is before is read-only
 COUNTER = "/api/v1/misc/counters/machine"
 
 
@@ -162,6 +162,7 @@ def serve(image, work, port):
         print(f"machine: {board.url}/, user admin, password {board.password}; Ctrl-C ends it\n"
               f"machine: its console: {os.path.relpath(CONSOLE)} {os.path.relpath(work)}/console 'hearth areas'",
               flush=True)
+        signal.pthread_sigmask(signal.SIG_BLOCK, {signal.SIGINT, signal.SIGTERM})
         signal.sigwait({signal.SIGINT, signal.SIGTERM})
     finally:
         board.cut()
