@@ -1,5 +1,6 @@
-"""A router owner's way through the page: run with the path of gatewayd, and a folder for pictures of
-every view if they are wanted. AXE names axe-core's script; without it nobody looks for barriers."""
+"""A router owner's way through the page: run with the path of gatewayd, or the URL of one that runs
+elsewhere (gateway.py says how it is reached), and a folder for pictures of every view if they are
+wanted. AXE names axe-core's script; without it nobody looks for barriers."""
 
 import json
 import os
@@ -8,7 +9,7 @@ import unittest
 
 from selenium.webdriver.common.keys import Keys
 
-from gateway import Gateway, PASSWORD
+from gateway import PASSWORD, ROOT, gateway_of
 from page import Page
 
 PROGRAM = sys.argv.pop(1)
@@ -26,7 +27,7 @@ class Walk:
     width = 0
 
     def setUp(self):
-        self.gateway = Gateway(PROGRAM)
+        self.gateway = gateway_of(PROGRAM)
         self.pages = []
         self.page = self.open()
 
@@ -326,7 +327,7 @@ class OnADesk(Walk, unittest.TestCase):
         known = set(self.page.browser.execute_async_script(
             "import('/german_about.js').then((m) => arguments[0](Object.keys(m.about)))"))
         for area in AREAS:
-            with open(self.gateway.file(area).replace(".ldb", "_SCHEMA.ldb"), encoding="utf-8") as file:
+            with open(f"{ROOT}/examples/data/{area}/{area}_SCHEMA.ldb", encoding="utf-8") as file:
                 self.assertEqual(set(), set(sentences(json.load(file))) - known, area)
 
 

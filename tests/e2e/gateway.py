@@ -1,8 +1,10 @@
-"""A gatewayd of its own on a fresh copy of the sample data, for the tests that talk to it."""
+"""A gatewayd of its own on a fresh copy of the sample data, for the tests that talk to it; or one that
+runs elsewhere, on a machine of its own."""
 
 import json
 import os
 import re
+import shlex
 import shutil
 import socket
 import subprocess
@@ -17,13 +19,18 @@ warnings.simplefilter("ignore", DeprecationWarning)
 import crypt  # noqa: E402  (libcrypt's own; Python's last version of it is 3.12)
 
 ROOT = os.path.dirname(os.path.dirname(os.path.dirname(os.path.abspath(__file__))))
-PASSWORD = "only for this test"
+PASSWORD = os.environ.get("GATEWAYD_PASSWORD", "only for this test")
 COUNTERS = "/api/v1/misc/counters/"
 
 
 def cheap_hash(password):
     """A hash that takes 4 ms and 1 MiB to check: a password's hash says itself what it costs."""
     return crypt.crypt(password, "$y$j75$" + os.urandom(6).hex())
+
+
+def gateway_of(program):
+    """`program`: the path of gatewayd, or the URL at which one answers."""
+    return Elsewhere(program) if program.startswith("http://") else Gateway(program)
 
 
 class Gateway:
@@ -146,3 +153,25 @@ class Gateway:
             except OSError:
                 pass  # it was closed while we sent
         return got.decode("latin-1")
+
+
+class Elsewhere(Gateway):
+    """One that is there already, with GATEWAYD_PASSWORD. It is neither started nor ended here, but set
+    back to the sample data, by `gateway reset` on its machine. GATEWAYD_SHELL is a command that runs a
+    line of shell there, in the folder of its data."""
+
+    def __init__(self, url):
+        self.url = url
+        self.port = int(url.rsplit(":", 1)[1])
+        self.cookie = ""
+        self.run("gateway reset")
+
+    def __exit__(self, *unused):
+        pass
+
+    def run(self, line):
+        shell = shlex.split(os.environ["GATEWAYD_SHELL"])
+        return subprocess.run([*shell, line], check=True, stdout=subprocess.PIPE, text=True).stdout
+
+    def database(self, area):
+        return json.loads(self.run(f"cat data/{area}/{area}.ldb"))

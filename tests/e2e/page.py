@@ -16,7 +16,7 @@ from gateway import PASSWORD
 FLAGS = ["--headless", "--no-sandbox", "--disable-gpu", "--disable-quic", "--no-first-run",
          "--disable-background-networking", "--disable-component-update", "--disable-sync",
          "--disable-dev-shm-usage", "--lang=en-GB"]
-PATIENCE = 10
+PATIENCE = float(os.environ.get("GATEWAYD_PATIENCE", "10"))  # seconds
 
 
 class Page:
