@@ -162,6 +162,10 @@ async function openOverview() {
 
 async function show(next, takesFocus = true) {
   page.place = next;
+  if (takesFocus) {
+    // Before the wait for the gateway: who opens the menu meanwhile wants it open.
+    byId("menu").setAttribute("aria-expanded", "false");
+  }
   if (next.area === null) {
     await openOverview();
   } else if (await openArea(next.area)) {
@@ -172,7 +176,6 @@ async function show(next, takesFocus = true) {
   }
   changed();
   if (takesFocus) {
-    byId("menu").setAttribute("aria-expanded", "false");
     byId("heading").focus();
     window.scrollTo(0, 0);
   }
