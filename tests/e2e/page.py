@@ -98,6 +98,7 @@ class Page:
     def go(self, place, heading=""):
         self.run("location.hash = arguments[0]", "#/" + place)
         self.wait(lambda: self.run("return location.hash") == "#/" + place, place)
+        self.wait(lambda: not self.seen("#content[aria-busy='true']"), f"{place} stays on its way")
         self.find("h1", heading)
 
     def save(self, told="Saved."):

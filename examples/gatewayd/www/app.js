@@ -162,6 +162,7 @@ async function openOverview() {
 
 async function show(next, takesFocus = true) {
   page.place = next;
+  byId("content").setAttribute("aria-busy", "true");
   if (takesFocus) {
     // Before the wait for the gateway: who opens the menu meanwhile wants it open.
     byId("menu").setAttribute("aria-expanded", "false");
@@ -171,7 +172,11 @@ async function show(next, takesFocus = true) {
   } else if (await openArea(next.area)) {
     render();
   }
-  if (page.user === null || page.place !== next) {
+  if (page.place !== next) {
+    return; // another place is on its way
+  }
+  byId("content").setAttribute("aria-busy", "false");
+  if (page.user === null) {
     return;
   }
   changed();
