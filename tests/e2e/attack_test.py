@@ -286,10 +286,10 @@ class LoginTest(unittest.TestCase):
         with Gateway(PROGRAM) as gateway:
             times = []
             for user in ("admin", "nobody"):
-                begun = time.monotonic()
+                before = gateway.cpu_seconds()
                 for _ in range(3):
                     gateway.log_in("not the password", user)
-                times.append(time.monotonic() - begun)
+                times.append(gateway.cpu_seconds() - before)
                 gateway.end()
                 gateway.start()
             self.assertLess(max(times), 2 * min(times))

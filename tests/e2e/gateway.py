@@ -100,6 +100,12 @@ class Gateway:
         with open(os.path.join(self.folder, "gateway.log"), encoding="utf-8") as file:
             return file.read()
 
+    def cpu_seconds(self):
+        """The processor's time that the process has had, which other work on the machine does not stretch."""
+        with open(f"/proc/{self.process.pid}/stat", encoding="utf-8") as file:
+            fields = file.read().rsplit(")", 1)[1].split()
+        return (int(fields[11]) + int(fields[12])) / os.sysconf("SC_CLK_TCK")
+
     def memory(self):
         """MiB that the process holds and no file backs; 0 where a sanitizer holds more of it."""
         if os.environ.get("GATEWAYD_SANITIZED"):
