@@ -46,11 +46,9 @@ class Board:
             f"user,restrict=on,hostfwd=tcp:127.0.0.1:{self.port}-127.0.0.1:8080"]
         if is_counted:
             command += ["-plugin", f"{self.image}/instructions.so,into={self.work}/instructions"]
-        begun = time.monotonic()
         with open(f"{self.work}/emulator.log", "w", encoding="utf-8") as log:
             self.process = subprocess.Popen(command, stdin=subprocess.DEVNULL, stdout=log, stderr=log)
         ready = self._wait_for("READY")
-        self.start_took = time.monotonic() - begun
         self.boot_seconds = float(ready.split()[1])
 
     def _wait_for(self, word):
